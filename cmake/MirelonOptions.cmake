@@ -1,0 +1,31 @@
+# What all of our own code is compiled with: target mirelon_options, and
+# mirelon_room(NAME SOURCES ... [LINK ...]) for the plug-in's rooms.
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+
+add_library(mirelon_options INTERFACE)
+target_compile_features(mirelon_options INTERFACE cxx_std_20)
+target_include_directories(mirelon_options INTERFACE "${CMAKE_SOURCE_DIR}")
+# The arithmetic is exact to the bit: products and sums are rounded as written
+# and fused only where the code says std::fma.
+target_compile_options(mirelon_options INTERFACE -ffp-contract=off -Wall -Wextra -Wconversion)
+if(MIRELON_WERROR)
+  target_compile_options(mirelon_options INTERFACE -Werror)
+endif()
+
+# Sanitizers cover the toolkit as well: mixed builds give false reports.
+if(MIRELON_SANITIZE)
+  add_compile_options("-fsanitize=${MIRELON_SANITIZE}" -fno-omit-frame-pointer)
+  if(MIRELON_SANITIZE MATCHES "undefined")
+    add_compile_options(-fno-sanitize-recover=undefined -fno-sanitize=vptr)
+  endif()
+  add_link_options("-fsanitize=${MIRELON_SANITIZE}")
+endif()
+
+function(mirelon_room name)
+  cmake_parse_arguments(PARSE_ARGV 1 ARG "" "" "SOURCES;LINK")
+  add_library(mirelon_${name} OBJECT ${ARG_SOURCES})
+  target_link_libraries(mirelon_${name} PRIVATE mirelon_options PUBLIC ${ARG_LINK})
+endfunction()

@@ -1,0 +1,24 @@
+# mirelon_test(NAME SOURCES ... [LINK ...] [ROOMS] [LABELS ...] [TIMEOUT s])
+# makes one GoogleTest executable and registers each of its tests with CTest.
+# ROOMS links the plug-in's own objects; tests that see the plug-in as a host
+# does load the built .so instead, whose path is the macro MIRELON_PLUGIN_FILE.
+include(GoogleTest)
+find_package(GTest REQUIRED)
+
+function(mirelon_test name)
+  cmake_parse_arguments(PARSE_ARGV 1 ARG "ROOMS" "TIMEOUT" "SOURCES;LINK;LABELS")
+  add_executable(${name} ${ARG_SOURCES})
+  target_link_libraries(${name} PRIVATE mirelon_options ${ARG_LINK} GTest::gmock GTest::gtest
+                                        GTest::gtest_main)
+  if(ARG_ROOMS)
+    target_link_libraries(${name} PRIVATE mirelon_rooms)
+  endif()
+  target_compile_definitions(${name} PRIVATE
+    "MIRELON_PLUGIN_FILE=\"$<TARGET_FILE:mirelon>\"")
+  add_dependencies(${name} mirelon)
+  if(NOT ARG_TIMEOUT)
+    set(ARG_TIMEOUT 120)
+  endif()
+  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST
+    PROPERTIES TIMEOUT ${ARG_TIMEOUT} LABELS "${ARG_LABELS}")
+endfunction()

@@ -1,0 +1,37 @@
+# Target vstgui: the toolkit and its VST 2 editor binding as one static library.
+#
+# Without VSTGUI_ROOT the pinned sources are fetched into the build folder. A
+# checkout given by the user must have `final` taken off `class CFrame`
+# (vstgui/lib/cframe.h): the editor's frame derives from it.
+if(VSTGUI_ROOT)
+  set(MIRELON_VSTGUI_DIR "${VSTGUI_ROOT}")
+else()
+  set(MIRELON_VSTGUI_DIR "${CMAKE_SOURCE_DIR}/build/vstgui-4.13.3")
+  execute_process(COMMAND "${CMAKE_SOURCE_DIR}/scripts/fetch-vstgui" "${MIRELON_VSTGUI_DIR}"
+                  COMMAND_ERROR_IS_FATAL ANY)
+endif()
+file(STRINGS "${MIRELON_VSTGUI_DIR}/vstgui/lib/cframe.h" _cframe REGEX "^class CFrame ")
+if(NOT _cframe OR _cframe MATCHES "final")
+  message(FATAL_ERROR "${MIRELON_VSTGUI_DIR}: not VSTGUI 4, or `class CFrame` is still final there")
+endif()
+
+find_package(PkgConfig REQUIRED)
+pkg_check_modules(VSTGUI_DEPS REQUIRED IMPORTED_TARGET
+  x11 xcb xcb-util xcb-cursor xcb-keysyms xcb-xkb xkbcommon xkbcommon-x11
+  glib-2.0 cairo pangocairo pangoft2 fontconfig freetype2)
+
+add_library(vstgui STATIC
+  "${MIRELON_VSTGUI_DIR}/vstgui/vstgui_linux.cpp"
+  "${MIRELON_VSTGUI_DIR}/vstgui/plugin-bindings/aeffguieditor.cpp")
+target_compile_features(vstgui PUBLIC cxx_std_17)
+target_include_directories(vstgui SYSTEM PUBLIC "${MIRELON_VSTGUI_DIR}"
+  # The include names that the editor binding asks for, served by our shell.
+  "${CMAKE_SOURCE_DIR}/shell/forward")
+target_include_directories(vstgui PRIVATE "${CMAKE_SOURCE_DIR}")
+# These change the layout of the toolkit's classes: whoever includes its headers
+# must see the same ones.
+target_compile_definitions(vstgui PUBLIC
+  NDEBUG RELEASE VSTGUI_ENABLE_DEPRECATED_METHODS=1 VSTGUI_OPENGL_SUPPORT=0)
+target_compile_options(vstgui PRIVATE -w -ffunction-sections -fdata-sections)
+target_compile_options(vstgui PUBLIC -Wno-multichar)
+target_link_libraries(vstgui PUBLIC PkgConfig::VSTGUI_DEPS ${CMAKE_DL_LIBS})

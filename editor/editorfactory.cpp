@@ -1,0 +1,5 @@
+#include "processor/editorfactory.h"
+
+AEffEditor* createEditor(Mirelon& /*effect*/) {
+    return nullptr;
+}

@@ -1,0 +1,2 @@
+// Preset and bank files: open, transfer whole images, close; split a path.
+#pragma once

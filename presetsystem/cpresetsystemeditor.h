@@ -1,0 +1,89 @@
+// The editor class with the preset system: moves presets and banks between the
+// effect's store, files and the user's preferences, and shows the preset panel.
+#pragma once
+
+#include "platform/toolkit.h"
+#include "presetsystem/cpresetsystemeffect.h"
+#include "presetsystem/editorlink.h"
+#include "presetsystem/presetimages.h"
+
+#include <array>
+
+class IdleTimer;
+
+// Everything here runs on the thread that opened the editor, except what
+// EditorLink says. The file operations need an open window; the others work
+// without one.
+class CPresetSystemEditor : public VSTGUI::AEffGUIEditor,
+                            public VSTGUI::IControlListener,
+                            public EditorLink {
+  public:
+    explicit CPresetSystemEditor(AudioEffect* effect);
+    ~CPresetSystemEditor() override;
+
+    // --- The panel (presetpanel.cpp) ---
+    // Adds the panel to the frame and starts the idle timer; false without a
+    // frame or an effect.
+    bool open(void* parent) override;
+    void close() override;
+    void idle() override;
+    void valueChanged(VSTGUI::CControl* control) override;
+    virtual void endLearn();
+    virtual void endCancel();
+    // Shows `name` in the name field and as the menu's current entry.
+    void nameChangedExternal(char* name) override;
+    // The same, and renames the effect's current preset.
+    void nameChangedInternal(char* name);
+    void bankReplaced() override;
+
+    // --- Images, files and preferences (presetfiles.cpp, storedpresets.cpp) ---
+    void loadDefaults() override;
+    virtual void BufferToBank(bankfilestruct* image, bool reversed);
+    virtual void BankToBuffer(bankfilestruct* image);
+    virtual void BufferToPreset(presetfilestruct* image, bool reversed);
+    virtual void PresetToBuffer(presetfilestruct* image);
+    virtual void BufferToMidi(midifilestruct* image, bool reversed);
+    virtual void MidiToBuffer(midifilestruct* image);
+    virtual void loadBank(bool reversed);
+    virtual void saveBank();
+    virtual void saveDefaultBank();
+    virtual void resetDefaultBank();
+    virtual void loadDefaultBank();
+    virtual void loadPreset(bool reversed);
+    virtual void savePreset();
+    virtual void saveDefaultPreset();
+    virtual void resetDefaultPreset();
+    virtual void loadDefaultPreset();
+    virtual void storeA();
+    virtual void storeB();
+    virtual void recallA();
+    virtual void recallB();
+    virtual void loadMidi(bool reversed);
+    virtual void saveMidi();
+    virtual void saveDefaultMidi();
+    virtual void resetDefaultMidi();
+    virtual void loadDefaultMidi();
+    virtual void storePathsAndFilenames();
+    virtual void recallPathsAndFilenames();
+
+  protected:
+    // The toolkit's setParameter(int, float) stays empty; the effect's news
+    // arrive through EditorLink's setParameter(long, float).
+    using AEffGUIEditor::setParameter;
+    using EditorLink::setParameter;
+
+    CPresetSystemEffect& presetEffect() const;
+
+    // --- For the image readers: where a loaded name is shown, if anywhere ---
+    void showCurrentName(const mirelon::PresetName& name);
+    void showBankName(int preset, const mirelon::PresetName& name);
+
+    // Last directory and file names used; the terminated texts that file
+    // selectors are started with.
+    using PathBuffer = std::array<char, 257>;
+    PathBuffer currentDir{};
+    PathBuffer currentBankName{};
+    PathBuffer currentPresetName{};
+
+    IdleTimer* idleTimer = nullptr; // owned; null while the editor is closed
+};

@@ -1,0 +1,86 @@
+// The effect class with the preset store: a bank of eleven presets, of which
+// the current one is the parameter state.
+#pragma once
+
+#include "presetsystem/chunkimage.h"
+#include "presetsystem/editorlink.h"
+#include "presetsystem/presetrecord.h"
+#include "shell/audioeffectx.h"
+
+#include <atomic>
+#include <memory>
+
+// The host sees one program; its program-name commands read and rename the
+// current preset. Names keep 24 bytes; the host's buffers receive 25.
+class CPresetSystemEffect : public AudioEffectX {
+  public:
+    explicit CPresetSystemEffect(audioMasterCallback audioMaster);
+    ~CPresetSystemEffect() override;
+
+    // The preset system's own operations. An index outside 0 to 10 is refused.
+    virtual VstInt32 getPresetNo();
+    // Makes preset n current and pushes its values through setParameter, then
+    // asks the host to refresh its display and announces an edit of parameter 0.
+    virtual void setPresetNo(long n);
+    // Renames the current preset (null: only refreshes the host's display).
+    virtual void setPresetName(const char* name);
+
+    // MIDI controller assignment is switched off: all of these do nothing.
+    virtual void attachMidi(VstInt32 param, VstInt32 cc);
+    virtual void detachMidiParam(VstInt32 param);
+    virtual void detachMidiCC(VstInt32 cc);
+    virtual VstInt32 getMidiCC(VstInt32 param);
+    virtual VstInt32 getMidiParam(VstInt32 cc);
+    virtual VstInt32 getMidiActivity();
+    virtual void beginLearn();
+    virtual void endLearn();
+    virtual void setLearnParam(VstInt32 param);
+    virtual void beginCancel();
+    virtual void endCancel();
+
+    // The owner tag of chunks and files.
+    virtual VstInt32 getUniqueID();
+    // Loads the stored defaults through the editor, if there is one.
+    virtual void loadDefaults();
+    // Fills the bank with the derived effect's factory presets.
+    virtual void initPresets();
+    virtual void initMidi();
+
+    void resume() override;
+    // Stores into the current preset; indices outside 0 to 8 do nothing.
+    void setParameter(VstInt32 index, float value) override;
+    // From the current preset; -1 for indices outside 0 to 8.
+    float getParameter(VstInt32 index) override;
+    VstInt32 getProgram() override;
+    void setProgram(VstInt32 program) override;
+    void setProgramName(char* name) override;
+    void getProgramName(char* name) override;
+    bool getProgramNameIndexed(VstInt32 category, VstInt32 index, char* text) override;
+    VstInt32 getChunk(void** data, bool isPreset) override;
+    VstInt32 setChunk(void* data, VstInt32 byteSize, bool isPreset) override;
+    VstInt32 processEvents(VstEvents* events) override;
+    VstInt32 canDo(char* text) override;
+
+    // The bank, for the editor's loads and saves.
+    PresetBank& bank() { return *presetBank; }
+
+    // Called by the editor's constructor with itself, by its destructor with
+    // null.
+    void setEditorLink(EditorLink* link) { editorLink = link; }
+
+  protected:
+    // Up while a preset's values are being pushed into the parameters, so that
+    // applying a preset does not write it back into itself.
+    bool isPresetLoading() const { return presetLoading.load(std::memory_order_relaxed) != 0; }
+    EditorLink* linkToEditor() const { return editorLink; }
+
+  private:
+    PresetRecord& currentPreset();
+
+    std::unique_ptr<PresetBank> presetBank;
+    std::atomic<VstInt32> presetNo{0};
+    // Its address is what getChunk hands to the host.
+    std::unique_ptr<mirelon::ChunkImage> chunkBuffer;
+    std::atomic<VstInt32> presetLoading{0};
+    EditorLink* editorLink = nullptr; // not owned
+};
