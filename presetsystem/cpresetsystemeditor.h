@@ -2,12 +2,17 @@
 // effect's store, files and the user's preferences, and shows the preset panel.
 #pragma once
 
+#include "platform/preferences.h"
 #include "platform/toolkit.h"
 #include "presetsystem/cpresetsystemeffect.h"
 #include "presetsystem/editorlink.h"
+#include "presetsystem/filequestion.h"
 #include "presetsystem/presetimages.h"
 
 #include <array>
+#include <memory>
+#include <optional>
+#include <string>
 
 class IdleTimer;
 
@@ -74,6 +79,10 @@ class CPresetSystemEditor : public VSTGUI::AEffGUIEditor,
 
     CPresetSystemEffect& presetEffect() const;
 
+    // Asks the user for one file and waits for the answer: its full path, or
+    // nothing. Must not touch the editor once the wait is over: it may be gone.
+    virtual std::optional<std::string> askForFile(const mirelon::FileQuestion& question);
+
     // --- For the image readers: where a loaded name is shown, if anywhere ---
     void showCurrentName(const mirelon::PresetName& name);
     void showBankName(int preset, const mirelon::PresetName& name);
@@ -86,4 +95,20 @@ class CPresetSystemEditor : public VSTGUI::AEffGUIEditor,
     PathBuffer currentPresetName{};
 
     IdleTimer* idleTimer = nullptr; // owned; null while the editor is closed
+
+  private:
+    // Asks, and puts the parts of the path into `name` and currentDir. False
+    // when there is nothing to do or no editor left to do it: the caller
+    // returns at once.
+    bool chooseFile(const mirelon::FileType& type, bool save, const char* title, PathBuffer& name);
+
+    void storePreset(const char* key);
+    void recallPreset(const char* key);
+    void removePreference(const char* key);
+    std::string storedText(const char* key) const;
+
+    // The folder that the environment named when the editor was built.
+    mirelon::Preferences preferences{mirelon::userPreferencesFolder()};
+    // Ends with the editor: who has waited for the user looks whether it has.
+    std::shared_ptr<const bool> lifeMark = std::make_shared<const bool>(true);
 };
