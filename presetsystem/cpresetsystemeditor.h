@@ -8,6 +8,8 @@
 #include "presetsystem/presetimages.h"
 
 #include <array>
+#include <atomic>
+#include <cstdint>
 
 class IdleTimer;
 
@@ -74,6 +76,13 @@ class CPresetSystemEditor : public VSTGUI::AEffGUIEditor,
 
     CPresetSystemEffect& presetEffect() const;
 
+    // Whether news may be shown now: the window is open and this is the thread
+    // that owns it. Any thread.
+    bool showsAtOnce() const noexcept;
+    // Leaves a mark for the next idle on the window's thread: a parameter has a
+    // new value (0 to 8). No lock, no allocation; any thread.
+    void markParameter(long index) noexcept;
+
     // --- For the image readers: where a loaded name is shown, if anywhere ---
     void showCurrentName(const mirelon::PresetName& name);
     void showBankName(int preset, const mirelon::PresetName& name);
@@ -85,5 +94,22 @@ class CPresetSystemEditor : public VSTGUI::AEffGUIEditor,
     PathBuffer currentBankName{};
     PathBuffer currentPresetName{};
 
+    // The panel's views that are read again; the frame owns them. Null while
+    // the editor is closed.
+    VSTGUI::CTextEdit* nameField = nullptr;
+    VSTGUI::COptionMenu* presetMenu = nullptr;
+
     IdleTimer* idleTimer = nullptr; // owned; null while the editor is closed
+
+  private:
+    void addPanel();
+    void showName(const mirelon::PresetName& name);
+    void showBank();
+    void renamePreset();
+    void stepPreset(float direction);
+    void choosePreset(float menuValue);
+    void showMarked();
+
+    std::atomic<bool> windowOpen{false};
+    std::atomic<std::uint32_t> marks{0}; // a bit for each of what to show again
 };
