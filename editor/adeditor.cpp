@@ -1,6 +1,5 @@
 #include "editor/adeditor.h"
 
-#include "editor/layout.h"
 #include "platform/display.h"
 #include "platform/toolkitconnection.h"
 #include "presetsystem/bitmaps.h"
@@ -11,7 +10,6 @@
 
 using namespace VSTGUI;
 using mirelon::RunLoop;
-namespace layout = mirelon::layout;
 
 namespace {
 
@@ -27,7 +25,7 @@ VstInt16 scaled(int pixels, double scale) {
 ADEditor::ADEditor(Mirelon& effect)
     : CPresetSystemEditor(&effect)
     , mirelonEffect(effect) {
-    const mirelon::PictureSize size = mirelon::pictureSize(layout::backgroundPicture);
+    const mirelon::PictureSize size = mirelon::pictureSize(mirelon::kPictureBackground);
     rect = {0, 0, scaled(size.height, scale), scaled(size.width, scale)};
 }
 
@@ -36,8 +34,8 @@ ADEditor::~ADEditor() {
 }
 
 void ADEditor::updateScale() {
-    scale = mirelon::desktopScale();
-    const mirelon::PictureSize size = mirelon::pictureSize(layout::backgroundPicture);
+    scale = mirelon::nearestPictureScale(mirelon::desktopScale());
+    const mirelon::PictureSize size = mirelon::pictureSize(mirelon::kPictureBackground);
     rect.right = static_cast<VstInt16>(rect.left + scaled(size.width, scale));
     rect.bottom = static_cast<VstInt16>(rect.top + scaled(size.height, scale));
 }
@@ -77,21 +75,21 @@ bool ADEditor::open(void* parent) {
 
 void ADEditor::loadBitmaps() {
     if (background == nullptr || backgroundScale != scale)
-        background = mirelon::loadBitmap(layout::backgroundPicture, scale);
+        background = mirelon::loadBitmap(mirelon::kPictureBackground, scale);
     backgroundScale = scale;
-    const auto load = [this](Bitmap& bitmap, layout::Picture picture) {
+    const auto load = [this](Bitmap& bitmap, mirelon::PictureNumber picture) {
         if (bitmap == nullptr)
             bitmap = mirelon::loadBitmap(picture, scale);
     };
-    load(sliderHandle, layout::sliderHandlePicture);
-    load(spare, layout::sparePicture);
-    load(meterUnlit, layout::meterUnlitPicture);
-    load(meterLit, layout::meterLitPicture);
-    load(switchPictures[kParamProcess], layout::processPicture);
-    load(switchPictures[kParamPhase], layout::phasePicture);
-    load(switchPictures[kParamInvertL], layout::invertLeftPicture);
-    load(switchPictures[kParamInvertR], layout::invertRightPicture);
-    load(aboutPicture, layout::aboutPicture);
+    load(sliderHandle, mirelon::kPictureSliderHandle);
+    load(mark, mirelon::kPictureMark);
+    load(meterUnlit, mirelon::kPictureMeterUnlit);
+    load(meterLit, mirelon::kPictureMeterLit);
+    load(switchPictures[kParamProcess], mirelon::kPictureProcess);
+    load(switchPictures[kParamPhase], mirelon::kPicturePhase);
+    load(switchPictures[kParamInvertL], mirelon::kPictureInvertL);
+    load(switchPictures[kParamInvertR], mirelon::kPictureInvertR);
+    load(aboutPicture, mirelon::kPictureAbout);
 }
 
 void ADEditor::close() {
@@ -115,7 +113,7 @@ void ADEditor::close() {
     frame = nullptr;
     window->retire();
     AEffGUIEditor::close();
-    for (Bitmap* bitmap : {&sliderHandle, &spare, &meterUnlit, &meterLit, &aboutPicture})
+    for (Bitmap* bitmap : {&sliderHandle, &mark, &meterUnlit, &meterLit, &aboutPicture})
         *bitmap = nullptr;
     switchPictures.fill(nullptr);
     loopUser.reset();

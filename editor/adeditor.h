@@ -73,7 +73,7 @@ class ADEditor : public CPresetSystemEditor {
     double backgroundScale = 0.0;
     // While the window is open.
     Bitmap sliderHandle;
-    Bitmap spare;
+    Bitmap mark; // loaded with the others; no view shows it
     Bitmap meterUnlit;
     Bitmap meterLit;
     std::array<Bitmap, kNumParams> switchPictures; // by parameter

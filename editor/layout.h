@@ -5,24 +5,11 @@
 #include "platform/toolkit.h"
 #include "processor/displaytext.h"
 #include "processor/parameters.h"
+#include "resources/resources.h"
 
 #include <array>
 
 namespace mirelon::layout {
-
-// The pictures by their resource numbers.
-enum Picture {
-    backgroundPicture = 128,
-    sparePicture = 133, // loaded with the others; no view shows it
-    sliderHandlePicture = 134,
-    meterLitPicture = 135,
-    meterUnlitPicture = 136,
-    processPicture = 137,
-    phasePicture = 138,
-    invertLeftPicture = 139,
-    invertRightPicture = 140,
-    aboutPicture = 141
-};
 
 struct Rect {
     int left, top, right, bottom;
@@ -88,16 +75,16 @@ inline constexpr int meterSegments = 182;
 // of the second.
 struct Switch {
     ParameterIndex parameter;
-    Picture picture;
+    PictureNumber picture;
     ParameterIndex widthFrom; // of whose picture
     int left;
 };
 inline constexpr int switchTop = 247;
 inline constexpr std::array<Switch, 4> switches{{
-    {kParamProcess, processPicture, kParamProcess, 68},
-    {kParamInvertL, invertLeftPicture, kParamInvertL, 122},
-    {kParamInvertR, invertRightPicture, kParamInvertL, 156},
-    {kParamPhase, phasePicture, kParamPhase, 190},
+    {kParamProcess, kPictureProcess, kParamProcess, 68},
+    {kParamInvertL, kPictureInvertL, kParamInvertL, 122},
+    {kParamInvertR, kPictureInvertR, kParamInvertL, 156},
+    {kParamPhase, kPicturePhase, kParamPhase, 190},
 }};
 
 inline constexpr Rect aboutStrip{70, 282, 225, 302};

@@ -62,16 +62,6 @@ bool displayAvailable() {
     return connectToServer() != nullptr;
 }
 
-double nearestWindowScale(double wanted) noexcept {
-    double best = windowScales.front();
-    if (!(wanted > 0.0))
-        return best;
-    for (const double scale : windowScales)
-        if (std::abs(scale - wanted) <= std::abs(best - wanted))
-            best = scale;
-    return best;
-}
-
 std::optional<double> xftDpi(std::string_view resources) {
     constexpr std::string_view key = "Xft.dpi:";
     while (!resources.empty()) {
@@ -90,10 +80,10 @@ std::optional<double> xftDpi(std::string_view resources) {
 double desktopScale() {
     if (const char* wish = std::getenv("MIRELON_SCALE"))
         if (const auto scale = positiveNumber(wish))
-            return nearestWindowScale(*scale);
+            return *scale;
     if (const auto dpi = xftDpi(readResources()))
-        return nearestWindowScale(*dpi / referenceDpi);
-    return windowScales.front();
+        return *dpi / referenceDpi;
+    return 1.0;
 }
 
 } // namespace mirelon

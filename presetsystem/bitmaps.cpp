@@ -2,7 +2,6 @@
 
 #include "resources/resources.h"
 
-#include <array>
 #include <cmath>
 
 using namespace VSTGUI;
@@ -11,22 +10,20 @@ namespace mirelon {
 
 namespace {
 
-// The scales at which every picture exists, in the order of their indices.
-constexpr std::array<double, 3> renderedScales{1.0, 1.5, 2.0};
-
 // The smallest rendering that is not smaller than `scale`, else the largest.
-int renderingFor(double scale) {
-    for (std::size_t i = 0; i < renderedScales.size(); ++i)
-        if (renderedScales[i] >= scale)
-            return static_cast<int>(i);
-    return static_cast<int>(renderedScales.size()) - 1;
+std::size_t renderingFor(double scale) {
+    std::size_t index = 0;
+    while (index + 1 < pictureScales.size() && static_cast<double>(pictureScales[index]) < scale)
+        ++index;
+    return index;
 }
 
-PlatformBitmapPtr decode(int number, int scaleIndex) {
-    const PictureData data = embeddedPicture(number, scaleIndex);
-    if (data.data == nullptr)
+PlatformBitmapPtr decode(int number, std::size_t scaleIndex) {
+    const PictureData picture = embeddedPicture(number, scaleIndex);
+    if (picture.data == nullptr)
         return nullptr;
-    return getPlatformFactory().createBitmapFromMemory(data.data, static_cast<uint32_t>(data.size));
+    return getPlatformFactory().createBitmapFromMemory(picture.data,
+                                                       static_cast<uint32_t>(picture.size));
 }
 
 // A bitmap whose pixels land on the pixels of the screen at every scale: edges
@@ -68,14 +65,24 @@ class CrispBitmap final : public CBitmap {
 
 } // namespace
 
+double nearestPictureScale(double wanted) noexcept {
+    double best = pictureScales.front();
+    if (!(wanted > 0.0))
+        return best;
+    for (const double scale : pictureScales)
+        if (std::abs(scale - wanted) <= std::abs(best - wanted))
+            best = scale;
+    return best;
+}
+
 SharedPointer<CBitmap> loadBitmap(int number, double scale) {
     const PlatformBitmapPtr picture = decode(number, 0);
-    const int index = renderingFor(scale);
+    const std::size_t index = renderingFor(scale);
     const PlatformBitmapPtr rendering = index == 0 ? picture : decode(number, index);
     if (picture == nullptr || rendering == nullptr)
         return makeOwned<CrispBitmap>();
     if (rendering != picture)
-        rendering->setScaleFactor(renderedScales[static_cast<std::size_t>(index)] / scale);
+        rendering->setScaleFactor(static_cast<double>(pictureScales[index]) / scale);
     return makeOwned<CrispBitmap>(picture, rendering, scale);
 }
 

@@ -2,14 +2,19 @@
 // effect's store, files and the user's preferences, and shows the preset panel.
 #pragma once
 
+#include "platform/preferences.h"
 #include "platform/toolkit.h"
 #include "presetsystem/cpresetsystemeffect.h"
 #include "presetsystem/editorlink.h"
+#include "presetsystem/filequestion.h"
 #include "presetsystem/presetimages.h"
 
 #include <array>
 #include <atomic>
 #include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
 
 class IdleTimer;
 
@@ -83,6 +88,10 @@ class CPresetSystemEditor : public VSTGUI::AEffGUIEditor,
     // new value (0 to 8). No lock, no allocation; any thread.
     void markParameter(long index) noexcept;
 
+    // Asks the user for one file and waits for the answer: its full path, or
+    // nothing. Must not touch the editor once the wait is over: it may be gone.
+    virtual std::optional<std::string> askForFile(const mirelon::FileQuestion& question);
+
     // --- For the image readers: where a loaded name is shown, if anywhere ---
     void showCurrentName(const mirelon::PresetName& name);
     void showBankName(int preset, const mirelon::PresetName& name);
@@ -112,4 +121,19 @@ class CPresetSystemEditor : public VSTGUI::AEffGUIEditor,
 
     std::atomic<bool> windowOpen{false};
     std::atomic<std::uint32_t> marks{0}; // a bit for each of what to show again
+
+    // Asks, and puts the parts of the path into `name` and currentDir. False
+    // when there is nothing to do or no editor left to do it: the caller
+    // returns at once.
+    bool chooseFile(const mirelon::FileType& type, bool save, const char* title, PathBuffer& name);
+
+    void storePreset(const char* key);
+    void recallPreset(const char* key);
+    void removePreference(const char* key);
+    std::string storedText(const char* key) const;
+
+    // The folder that the environment named when the editor was built.
+    mirelon::Preferences preferences{mirelon::userPreferencesFolder()};
+    // Ends with the editor: who has waited for the user looks whether it has.
+    std::shared_ptr<const bool> lifeMark = std::make_shared<const bool>(true);
 };

@@ -4,6 +4,7 @@
 #include "presetsystem/cpresetsystemeditor.h"
 #include "presetsystem/displayname.h"
 #include "presetsystem/panelcontrols.h"
+#include "resources/resources.h"
 
 #include <algorithm>
 #include <cstring>
@@ -32,14 +33,6 @@ enum PanelTag : int32_t {
     recallATag = 1017,
     recallBTag = 1018,
     lastTag = recallBTag
-};
-
-enum PanelPicture {
-    backgroundPicture = 128,
-    squareButtonPictures = 19990,
-    defaultBankPictures = 19993,
-    defaultPresetPictures = 19994,
-    rockerPictures = 19997
 };
 
 const CRect nameRect(91, 320, 201, 334);
@@ -86,10 +79,6 @@ CPresetSystemEditor::~CPresetSystemEditor() {
     presetEffect().setEditorLink(nullptr);
 }
 
-CPresetSystemEffect& CPresetSystemEditor::presetEffect() const {
-    return static_cast<CPresetSystemEffect&>(*effect);
-}
-
 bool CPresetSystemEditor::showsAtOnce() const noexcept {
     return windowOpen.load(std::memory_order_acquire) && mirelon::RunLoop::instance().isOwnThread();
 }
@@ -112,11 +101,11 @@ bool CPresetSystemEditor::open(void* /*parent*/) {
 
 void CPresetSystemEditor::addPanel() {
     const double scale = frame->getZoom();
-    const auto background = loadBitmap(backgroundPicture, scale);
-    const auto rocker = loadBitmap(rockerPictures, scale);
-    const auto square = loadBitmap(squareButtonPictures, scale);
-    const auto defaultBank = loadBitmap(defaultBankPictures, scale);
-    const auto defaultPreset = loadBitmap(defaultPresetPictures, scale);
+    const auto background = loadBitmap(mirelon::kPictureBackground, scale);
+    const auto rocker = loadBitmap(mirelon::kPictureRocker, scale);
+    const auto square = loadBitmap(mirelon::kPictureSquareButton, scale);
+    const auto defaultBank = loadBitmap(mirelon::kPictureDefaultBank, scale);
+    const auto defaultPreset = loadBitmap(mirelon::kPictureDefaultPreset, scale);
 
     nameField = new CTextEdit(nameRect, this, nameTag, nullptr, background);
     nameField->setBackOffset(nameRect.getTopLeft());
@@ -260,6 +249,10 @@ void CPresetSystemEditor::choosePreset(float menuValue) {
     if (nameField != nullptr)
         nameField->setText(shown(name));
 }
+
+// Controller assignment is switched off.
+void CPresetSystemEditor::endLearn() {}
+void CPresetSystemEditor::endCancel() {}
 
 // --- What the panel shows ---
 
