@@ -1,6 +1,6 @@
 // The matrix for groups whose products may get denormal. A multiplication with a
-// denormal operand or result costs some processors 80 cycles and more; additions
-// and conversions are free of that. So the group is computed where nothing is
+// denormal operand or result costs some processors 80 cycles and more; conversions
+// and additions of denormals do not. So the group is computed where nothing is
 // denormal, and every result is rounded to what it would have been: same bits,
 // bounded cost. Local to the file that includes it.
 #pragma once
@@ -142,8 +142,10 @@ class UndenormalMatrix<double> {
         const Vector zero = L::all(0.0);
         const Vector denormal = L::below(magnitude, L::all(smallest));
         const Vector lifted = magnitude + L::select(denormal, L::all(smallest), zero);
+        // An addition whose result gets denormal is slow, too: the exponent of the
+        // smallest normal number is taken off as an integer.
         const Vector small =
-            lifted * L::all(1.0 / scale) - L::select(denormal, L::all(0x1p-1022), zero);
+            L::bitsLess(lifted * L::all(1.0 / scale), L::select(denormal, L::all(0x1p-1022), zero));
         return L::withSignOf(small, v);
     }
 

@@ -106,6 +106,9 @@ struct Lanes<double> {
     static Vector highHalf(Vector v) {
         return _mm256_and_pd(v, _mm256_castsi256_pd(_mm256_set1_epi64x(-0x8000000)));
     }
+    static Vector bitsLess(Vector a, Vector b) {
+        return _mm256_castsi256_pd(_mm256_sub_epi64(Four::bits(a), Four::bits(b)));
+    }
     static Vector toOdd(Vector sum, Vector lost) { return Four::toOdd(sum, lost); }
     static Vector either(Vector a, Vector b) { return _mm256_or_pd(a, b); }
     static bool isZero(Vector v) { return Four::isZero(Four::bits(v)); }
