@@ -83,7 +83,7 @@ struct Lanes<double> {
         const Vector rest = smallLost + largeLost;
         const Vector result = large + toOdd(rest, lost(rest, smallLost, largeLost));
         // A zero's sign is that of the plain sum, which is exact then.
-        return select(equal(result, all(0.0)), product + c, result);
+        return select(equal(result, all(0.0)), a * b + c, result);
     }
 
     static constexpr int place(int frame) { return frame; }
