@@ -1,0 +1,57 @@
+#include "tests/support/virtualdisplay.h"
+
+#include <csignal>
+#include <cstdlib>
+#include <stdexcept>
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace mirelon::test {
+
+VirtualDisplay& VirtualDisplay::start() {
+    static VirtualDisplay display;
+    return display;
+}
+
+// Servers that start at the same moment may choose the same number; all but one
+// of them give up, so the others try again.
+VirtualDisplay::VirtualDisplay() {
+    constexpr int attempts = 20;
+    for (int attempt = 0; attempt < attempts && display.empty(); ++attempt)
+        launch();
+    if (display.empty())
+        throw std::runtime_error("Xvfb did not start");
+    setenv("DISPLAY", display.c_str(), 1);
+}
+
+void VirtualDisplay::launch() {
+    int ends[2];
+    if (pipe(ends) != 0)
+        throw std::runtime_error("no pipe for the X server");
+    const std::string writeEnd = std::to_string(ends[1]);
+    server = fork();
+    if (server == 0) {
+        prctl(PR_SET_PDEATHSIG, SIGTERM);
+        close(ends[0]);
+        execlp("Xvfb", "Xvfb", "-displayfd", writeEnd.c_str(), "-screen", "0", "1280x1200x24",
+               "-nolisten", "tcp", static_cast<char*>(nullptr));
+        _exit(127);
+    }
+    close(ends[1]);
+    std::string number;
+    for (char c = 0; read(ends[0], &c, 1) == 1 && c != '\n';)
+        number += c;
+    close(ends[0]);
+    if (number.empty())
+        waitpid(server, nullptr, 0);
+    else
+        display = ":" + number;
+}
+
+VirtualDisplay::~VirtualDisplay() {
+    kill(server, SIGTERM);
+    waitpid(server, nullptr, 0);
+}
+
+} // namespace mirelon::test
