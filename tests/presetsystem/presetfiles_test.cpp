@@ -1,4 +1,5 @@
 #include "tests/presetsystem/scriptededitor.h"
+#include "tests/support/childprocess.h"
 
 #include <algorithm>
 #include <gtest/gtest.h>
@@ -324,13 +325,15 @@ TEST_F(PresetFiles, AnAnswerThatIsNoFileIsRefused) {
 }
 
 TEST_F(PresetFiles, ReadingNeedsTheRightToWrite) {
-    if (geteuid() == 0)
-        GTEST_SKIP() << "root may write to every file";
     writeFile(folder / "a.dvp", presetFileOf(effect(), 8));
     permissions(folder / "a.dvp", std::filesystem::perms(0444));
-    answer(folder / "a.dvp");
-    editor().loadPreset(false);
-    EXPECT_EQ(effect().name(0), "preset 0");
+    EXPECT_EQ(inChild([&] {
+                  becomeOrdinaryUser();
+                  answer(folder / "a.dvp");
+                  editor().loadPreset(false);
+                  return effect().name(0) == "preset 0" ? 0 : 1;
+              }),
+              0);
 }
 
 TEST_F(PresetFiles, AnInstanceThatEndsWhileTheUserThinksIsNotTouched) {

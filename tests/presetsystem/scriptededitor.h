@@ -2,6 +2,7 @@
 // who answers file dialogs from a list.
 #pragma once
 
+#include "platform/toolkitconnection.h"
 #include "presetsystem/cpresetsystemeditor.h"
 
 #include "tests/presetsystem/recordingeffect.h"
@@ -26,13 +27,16 @@ class ScriptedEditor : public CPresetSystemEditor {
 
     // A frame that is on no screen, as between an editor's opening and closing.
     void makeFrame() {
-        VSTGUI::init(nullptr);
+        setUpToolkit();
         frame = new VSTGUI::CFrame(VSTGUI::CRect(0, 0, 10, 10), this);
     }
     void dropFrame() {
         if (frame != nullptr)
             std::exchange(frame, nullptr)->forget();
     }
+
+    using CPresetSystemEditor::setParameter;
+    void setParameter(long /*index*/, float /*value*/) override {}
 
     void setDir(const std::string& dir) { dir.copy(currentDir.data(), currentDir.size() - 1); }
 

@@ -188,8 +188,6 @@ TEST_F(StoredPresets, AMissingPathLeavesItsBuffer) {
 }
 
 TEST_F(StoredPresets, WithoutAHomeEverythingStillWorks) {
-    ScriptedInstance instance(config);
-    const std::string before = instance.effect.bytes();
     unsetenv("XDG_CONFIG_HOME");
     const char* home = std::getenv("HOME");
     const std::string savedHome = home != nullptr ? home : "";
