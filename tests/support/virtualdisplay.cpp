@@ -14,7 +14,18 @@ VirtualDisplay& VirtualDisplay::start() {
     return display;
 }
 
+// Servers that start at the same moment may choose the same number; all but one
+// of them give up, so the others try again.
 VirtualDisplay::VirtualDisplay() {
+    constexpr int attempts = 20;
+    for (int attempt = 0; attempt < attempts && display.empty(); ++attempt)
+        launch();
+    if (display.empty())
+        throw std::runtime_error("Xvfb did not start");
+    setenv("DISPLAY", display.c_str(), 1);
+}
+
+void VirtualDisplay::launch() {
     int ends[2];
     if (pipe(ends) != 0)
         throw std::runtime_error("no pipe for the X server");
@@ -33,9 +44,9 @@ VirtualDisplay::VirtualDisplay() {
         number += c;
     close(ends[0]);
     if (number.empty())
-        throw std::runtime_error("Xvfb did not start");
-    display = ":" + number;
-    setenv("DISPLAY", display.c_str(), 1);
+        waitpid(server, nullptr, 0);
+    else
+        display = ":" + number;
 }
 
 VirtualDisplay::~VirtualDisplay() {
