@@ -1,0 +1,108 @@
+// chunk save|load|show: the host's side of the state chunk.
+#include "tools/bankchunk.h"
+#include "tools/chunkfile.h"
+#include "tools/commands.h"
+#include "tools/loadedplugin.h"
+#include "tools/parametervalue.h"
+#include "tools/presets.h"
+#include "tools/replacedfile.h"
+
+#include <cstdio>
+#include <memory>
+#include <string>
+
+namespace mirelon::tools {
+
+namespace {
+
+struct Options {
+    std::string plugin;
+    std::string file;
+    std::string preset;
+    std::vector<std::string> settings;
+};
+
+void save(const Options& options) {
+    LoadedPlugin plugin(options.plugin);
+    if (!options.preset.empty()) {
+        Presets presets(plugin.effect);
+        presets.select(presets.find(options.preset));
+    }
+    for (const std::string& text : options.settings) {
+        const ParameterSetting setting = parseSetting(plugin.effect, text);
+        plugin.effect.setParameter(setting.index, setting.value);
+    }
+    const std::vector<std::byte> state = stateOf(plugin.effect);
+    ReplacedFile file(options.file);
+    file.write(state.data(), state.size());
+    file.commit();
+    std::printf("%s: %zu bytes\n", options.file.c_str(), state.size());
+}
+
+void load(const Options& options) {
+    LoadedPlugin plugin(options.plugin);
+    loadChunkFile(plugin.effect, options.file);
+    std::printf("%s: taken, program \"%s\"\n", options.file.c_str(),
+                plugin.effect.programName().c_str());
+    for (VstInt32 i = 0; i < plugin.effect.record().numParams; ++i)
+        std::printf("  %s\n", parameterText(plugin.effect, i).c_str());
+}
+
+void show(const Options& options) {
+    LoadedPlugin plugin(options.plugin);
+    std::vector<std::byte> bytes = readChunkFile(options.file);
+    const std::size_t size = bytes.size();
+    const auto chunk = BankChunk::recognise(std::move(bytes), plugin.effect.record().uniqueID);
+    if (!chunk) {
+        std::printf("%s: %zu bytes, of a form only the plug-in knows\n", options.file.c_str(),
+                    size);
+        return;
+    }
+    std::printf("%s: %zu bytes, a bank of %zu presets, current %u\n", options.file.c_str(), size,
+                BankChunk::presetCount, chunk->currentPreset());
+    std::printf("  %-2s  %-24s", "", "");
+    for (const std::string& name : parameterNames(plugin.effect))
+        std::printf(" %9s", name.c_str());
+    std::printf("\n");
+    for (std::size_t i = 0; i < BankChunk::presetCount; ++i) {
+        const BankChunk::Preset preset = chunk->preset(i);
+        std::printf("%c %2zu  %-24s", i == chunk->currentPreset() ? '>' : ' ', i,
+                    preset.name.c_str());
+        for (const float value : preset.values)
+            std::printf(" %9.4g", static_cast<double>(value));
+        std::printf("\n");
+    }
+}
+
+} // namespace
+
+Run defineChunk(CLI::App& parser) {
+    const auto options = std::make_shared<Options>();
+    parser.require_subcommand(1);
+    const auto add = [&](const char* name, const char* summary) {
+        CLI::App* const action = parser.add_subcommand(name, summary);
+        action->add_option("FILE", options->file, "The state, byte for byte")->required();
+        addPluginOption(*action, options->plugin);
+        return action;
+    };
+    CLI::App* const saving = add("save", "Write the plug-in's state to a file");
+    saving->add_option("--preset", options->preset, "Choose a preset first, by number or name")
+        ->type_name("PRESET");
+    saving->add_option("--set", options->settings, "Set a parameter first, as for `render`")
+        ->type_name("NAME=VALUE")
+        ->expected(1)
+        ->allow_extra_args(false)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+    CLI::App* const loading = add("load", "Give the plug-in a state and say what it makes of it");
+    add("show", "List what a saved state holds");
+    return [options, saving, loading] {
+        if (saving->parsed())
+            save(*options);
+        else if (loading->parsed())
+            load(*options);
+        else
+            show(*options);
+    };
+}
+
+} // namespace mirelon::tools

@@ -1,0 +1,66 @@
+#include "tools/loadedplugin.h"
+
+#include "tools/commanderror.h"
+
+#include <cstdlib>
+#include <sstream>
+#include <system_error>
+#include <vector>
+
+namespace mirelon::tools {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr const char* pluginName = "mirelon.so";
+
+std::vector<fs::path> searchFolders() {
+    std::vector<fs::path> folders;
+    std::error_code failure;
+    const fs::path program = fs::read_symlink("/proc/self/exe", failure);
+    if (!failure) {
+        folders.push_back(program.parent_path() / ".." / "plugin");
+        folders.push_back(program.parent_path() / MIRELON_PLUGIN_FOLDER_FROM_PROGRAM);
+    }
+    if (const char* const home = std::getenv("HOME"); home != nullptr && *home != '\0')
+        folders.push_back(fs::path(home) / ".vst");
+    if (const char* const list = std::getenv("VST_PATH")) {
+        std::istringstream parts(list);
+        for (std::string folder; std::getline(parts, folder, ':');) {
+            if (!folder.empty())
+                folders.emplace_back(folder);
+        }
+    }
+    folders.emplace_back("/usr/lib/vst");
+    folders.emplace_back("/usr/local/lib/vst");
+    return folders;
+}
+
+} // namespace
+
+void addPluginOption(CLI::App& parser, std::string& file) {
+    parser.add_option("--plugin", file, "The plug-in, a VST 2.4 .so (default: the Mirelon found)")
+        ->type_name("FILE");
+}
+
+fs::path pluginFile(const std::string& given) {
+    if (!given.empty())
+        return given;
+    std::error_code failure;
+    for (const fs::path& folder : searchFolders()) {
+        const fs::path candidate = folder / pluginName;
+        if (fs::is_regular_file(candidate, failure))
+            return fs::weakly_canonical(candidate);
+    }
+    throw CommandError(std::string("no ") + pluginName +
+                       " beside this program, in ~/.vst, VST_PATH, /usr/lib/vst or "
+                       "/usr/local/lib/vst; name the plug-in with --plugin");
+}
+
+LoadedPlugin::LoadedPlugin(const std::string& given)
+    : module(pluginFile(given))
+    , host(hosting::Recording::off)
+    , effect(module, host) {}
+
+} // namespace mirelon::tools

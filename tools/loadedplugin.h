@@ -1,0 +1,31 @@
+// The plug-in that a command works with.
+#pragma once
+
+#include "tools/host/hosting.h"
+
+#include <CLI/CLI.hpp>
+#include <filesystem>
+#include <string>
+
+namespace mirelon::tools {
+
+// Adds --plugin, which sets `file`.
+void addPluginOption(CLI::App& parser, std::string& file);
+
+// The file that `given` names, or, when it is empty, the first mirelon.so found
+// beside this program (build folder, then installation), in ~/.vst, in the
+// folders of VST_PATH, in /usr/lib/vst and in /usr/local/lib/vst. Throws
+// CommandError when there is none.
+std::filesystem::path pluginFile(const std::string& given);
+
+// Loaded and open for as long as the object lives.
+struct LoadedPlugin {
+    // `given` as for pluginFile. Throws CommandError or hosting::PluginError.
+    explicit LoadedPlugin(const std::string& given);
+
+    hosting::Module module;
+    hosting::RecordingHost host;
+    hosting::Effect effect;
+};
+
+} // namespace mirelon::tools

@@ -1,0 +1,71 @@
+#include "tools/presets.h"
+
+#include "tools/bankchunk.h"
+#include "tools/commanderror.h"
+#include "tools/nearestname.h"
+
+#include <charconv>
+
+namespace mirelon::tools {
+
+namespace {
+
+std::optional<BankChunk> bankOf(const hosting::Effect& effect) {
+    if (!effect.hasFlag(effFlagsProgramChunks))
+        return std::nullopt;
+    return BankChunk::recognise(effect.chunk(), effect.record().uniqueID);
+}
+
+} // namespace
+
+Presets::Presets(hosting::Effect& effect_)
+    : effect(effect_) {
+    const auto bank = bankOf(effect);
+    inChunk = bank.has_value();
+    const auto count =
+        inChunk ? BankChunk::presetCount : static_cast<std::size_t>(effect.record().numPrograms);
+    for (std::size_t i = 0; i < count; ++i) {
+        std::string name = effect.programNameAt(static_cast<VstInt32>(i)).value_or("");
+        if (name.empty() && inChunk)
+            name = bank->preset(i).name;
+        else if (name.empty() && i == static_cast<std::size_t>(effect.program()))
+            name = effect.programName();
+        list.push_back(std::move(name));
+    }
+}
+
+std::size_t Presets::current() const {
+    const auto bank = inChunk ? bankOf(effect) : std::nullopt;
+    return bank ? bank->currentPreset() : static_cast<std::size_t>(effect.program());
+}
+
+void Presets::select(std::size_t number) {
+    if (auto bank = inChunk ? bankOf(effect) : std::nullopt) {
+        bank->setCurrentPreset(static_cast<std::uint32_t>(number));
+        effect.setChunk(bank->bytes());
+    } else {
+        effect.setProgram(static_cast<VstIntPtr>(number));
+    }
+    if (current() != number)
+        throw CommandError("the plug-in does not take preset " + std::to_string(number));
+}
+
+std::size_t Presets::find(const std::string& numberOrName) const {
+    std::size_t number = 0;
+    const char* const end = numberOrName.data() + numberOrName.size();
+    const auto [rest, failure] = std::from_chars(numberOrName.data(), end, number);
+    if (failure == std::errc{} && rest == end) {
+        if (list.empty())
+            throw CommandError("the plug-in has no presets");
+        if (number >= list.size())
+            throw CommandError("no preset " + numberOrName + ", they are numbered 0 to " +
+                               std::to_string(list.size() - 1));
+        return number;
+    }
+    const auto found = findName(numberOrName, list);
+    if (!found)
+        throw CommandError(unknownName("preset", numberOrName, list));
+    return *found;
+}
+
+} // namespace mirelon::tools

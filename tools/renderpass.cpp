@@ -1,0 +1,192 @@
+#include "tools/renderpass.h"
+
+#include "tools/chunkfile.h"
+#include "tools/commanderror.h"
+#include "tools/presets.h"
+
+#include <algorithm>
+
+namespace mirelon::tools {
+
+namespace {
+
+constexpr int largestBlock = 1 << 20;
+
+// One buffer for each of the effect's inputs or outputs. The first two carry
+// the stereo signal; further inputs stay silent, further outputs are unheard.
+template <typename Sample>
+class ChannelBuffers {
+  public:
+    ChannelBuffers(VstInt32 channels, std::size_t frames)
+        : samples(static_cast<std::size_t>(channels) * frames) {
+        for (std::size_t i = 0; i < static_cast<std::size_t>(channels); ++i)
+            starts.push_back(samples.data() + i * frames);
+    }
+    Sample** pointers() { return starts.data(); }
+    Sample* operator[](std::size_t channel) { return starts[channel]; }
+
+  private:
+    std::vector<Sample> samples;
+    std::vector<Sample*> starts;
+};
+
+// Resumed for as long as it lives, whatever ends the run.
+class Running {
+  public:
+    explicit Running(hosting::Effect& effect_)
+        : effect(effect_) {
+        effect.resume();
+    }
+    ~Running() { effect.suspend(); }
+    Running(const Running&) = delete;
+    Running& operator=(const Running&) = delete;
+
+  private:
+    hosting::Effect& effect;
+};
+
+} // namespace
+
+void addRenderOptions(CLI::App& parser, RenderOptions& options) {
+    addPluginOption(parser, options.plugin);
+    parser.add_option("--chunk", options.chunk, "Start from a state saved with `chunk save`")
+        ->type_name("FILE");
+    parser.add_option("--preset", options.preset, "Choose a preset by number or name")
+        ->type_name("PRESET");
+    parser
+        .add_option("--set", options.settings,
+                    "Set a parameter: a number from 0 to 1, or a value as the plug-in shows it "
+                    "(gain=-6dB, balance=20L, process=off)")
+        ->type_name("NAME=VALUE")
+        ->expected(1)
+        ->allow_extra_args(false)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+    parser
+        .add_option("--automate", options.ramps,
+                    "Move a parameter in equal steps per frame, from FIRST at the first block to "
+                    "LAST at the last")
+        ->type_name("NAME=FIRST:LAST")
+        ->expected(1)
+        ->allow_extra_args(false)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+    parser.add_option("--block", options.block, "Frames per block")
+        ->type_name("FRAMES")
+        ->check(CLI::Range(1, largestBlock))
+        ->capture_default_str();
+    parser.add_flag("--double", options.useDouble, "Process in double precision");
+}
+
+RenderPass::RenderPass(const RenderOptions& options)
+    : reader(options.input)
+    , plugin(options.plugin)
+    , blockSize(static_cast<std::size_t>(options.block))
+    , useDouble(options.useDouble) {
+    const std::string name = plugin.module.file().string();
+    const AEffect& record = plugin.effect.record();
+    if (record.numInputs < 2 || record.numOutputs < 2)
+        throw CommandError(name + ": has " + std::to_string(record.numInputs) + " inputs and " +
+                           std::to_string(record.numOutputs) + " outputs, two of each are needed");
+    if (useDouble && !plugin.effect.hasFlag(effFlagsCanDoubleReplacing))
+        throw CommandError(name + ": does not process in double precision");
+    plugin.host.answer(audioMasterGetSampleRate, reader.sampleRate());
+    plugin.host.answer(audioMasterGetBlockSize, options.block);
+    plugin.effect.setSampleRate(static_cast<float>(reader.sampleRate()));
+    plugin.effect.setBlockSize(options.block);
+    plugin.effect.setPrecision(useDouble ? kVstProcessPrecision64 : kVstProcessPrecision32);
+    applyState(options);
+}
+
+void RenderPass::applyState(const RenderOptions& options) {
+    const auto tell = [this](const std::string& what) {
+        told.append(told.empty() ? "" : ", ").append(what);
+    };
+    if (!options.chunk.empty()) {
+        loadChunkFile(plugin.effect, options.chunk);
+        tell("state of " + options.chunk);
+    }
+    if (!options.preset.empty()) {
+        Presets presets(plugin.effect);
+        const std::size_t number = presets.find(options.preset);
+        presets.select(number);
+        tell("preset " + std::to_string(number) + " \"" + presets.names()[number] + '"');
+    }
+    for (const std::string& text : options.settings) {
+        const ParameterSetting setting = parseSetting(plugin.effect, text);
+        plugin.effect.setParameter(setting.index, setting.value);
+        tell(parameterText(plugin.effect, setting.index));
+    }
+    for (const std::string& text : options.ramps) {
+        const ParameterRamp ramp = parseRamp(plugin.effect, text);
+        plugin.effect.setParameter(ramp.index, ramp.last);
+        const std::string last = plugin.effect.parameterDisplay(ramp.index);
+        plugin.effect.setParameter(ramp.index, ramp.first);
+        tell(parameterText(plugin.effect, ramp.index) + " to " + last);
+        ramps.push_back(ramp);
+    }
+}
+
+void RenderPass::moveRamps(std::int64_t blockStart) {
+    const auto length = static_cast<std::int64_t>(blockSize);
+    const std::int64_t lastStart =
+        (std::max<std::int64_t>(reader.frames(), 1) - 1) / length * length;
+    const double part =
+        lastStart == 0
+            ? 0.0
+            : std::min(1.0, static_cast<double>(blockStart) / static_cast<double>(lastStart));
+    for (const ParameterRamp& ramp : ramps) {
+        const double value = ramp.first + part * (static_cast<double>(ramp.last) - ramp.first);
+        plugin.effect.setParameter(ramp.index, static_cast<float>(value));
+    }
+}
+
+void RenderPass::run(const RenderSink& sink) {
+    if (useDouble)
+        stream<double>(sink);
+    else
+        stream<float>(sink);
+}
+
+template <typename Sample>
+void RenderPass::stream(const RenderSink& sink) {
+    hosting::Effect& effect = plugin.effect;
+    ChannelBuffers<Sample> inputs(effect.record().numInputs, blockSize);
+    ChannelBuffers<Sample> outputs(effect.record().numOutputs, blockSize);
+    std::vector<double> left(blockSize);
+    std::vector<double> right(blockSize);
+    const Running running(effect);
+
+    // The first frames that come out are the effect's latency; as many frames
+    // of silence after the end push the last ones out.
+    auto dropped = static_cast<std::size_t>(std::max(effect.record().initialDelay, 0));
+    std::size_t owed = dropped;
+    std::int64_t position = 0;
+    while (true) {
+        std::size_t frames = reader.read(left, right);
+        if (frames > 0) {
+            moveRamps(position);
+            position += static_cast<std::int64_t>(frames);
+            // What the effect is given is the file's samples in its precision.
+            for (std::size_t i = 0; i < frames; ++i) {
+                inputs[0][i] = static_cast<Sample>(left[i]);
+                inputs[1][i] = static_cast<Sample>(right[i]);
+            }
+            sink.input({left.data(), frames}, {right.data(), frames});
+        } else {
+            frames = std::min(owed, blockSize);
+            owed -= frames;
+            std::fill_n(inputs[0], frames, Sample{});
+            std::fill_n(inputs[1], frames, Sample{});
+        }
+        if (frames == 0)
+            break;
+        effect.process(inputs.pointers(), outputs.pointers(), static_cast<VstInt32>(frames));
+        const std::size_t skipped = std::min(dropped, frames);
+        dropped -= skipped;
+        const std::size_t heard = frames - skipped;
+        std::copy_n(outputs[0] + skipped, heard, left.begin());
+        std::copy_n(outputs[1] + skipped, heard, right.begin());
+        sink.output({left.data(), heard}, {right.data(), heard});
+    }
+}
+
+} // namespace mirelon::tools

@@ -1,0 +1,72 @@
+// Sending an audio file through an effect.
+#pragma once
+
+#include "tools/audio/audiofile.h"
+#include "tools/loadedplugin.h"
+#include "tools/parametervalue.h"
+
+#include <CLI/CLI.hpp>
+#include <cstdint>
+#include <functional>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace mirelon::tools {
+
+struct RenderOptions {
+    std::string plugin;
+    std::string input;
+    std::string chunk;                 // a file; empty: none
+    std::string preset;                // number or name; empty: the effect's own
+    std::vector<std::string> settings; // NAME=VALUE
+    std::vector<std::string> ramps;    // NAME=FIRST:LAST
+    int block = 1024;
+    bool useDouble = false;
+};
+
+// All but the input file, which is a positional argument of its own.
+void addRenderOptions(CLI::App& parser, RenderOptions& options);
+
+// Receives what goes into the effect and what comes out of it, block by block
+// and in order; both spans of a call are equally long.
+struct RenderSink {
+    using Block = std::function<void(std::span<const double> left, std::span<const double> right)>;
+    Block input;
+    Block output;
+};
+
+// An opened input and an effect with its state in place: the chunk first, then
+// the preset, then the settings, each over the one before.
+class RenderPass {
+  public:
+    // Throws CommandError or hosting::PluginError when something is not there
+    // or not as it should be.
+    explicit RenderPass(const RenderOptions& options);
+
+    const AudioReader& input() const noexcept { return reader; }
+
+    std::string effectName() const { return plugin.effect.name(); }
+
+    // What the effect was told, for people: "preset 1 "swapped", width 200.00 %".
+    const std::string& settingsText() const noexcept { return told; }
+
+    // Processes the whole file, once per object. The effect's latency is taken
+    // out: as many frames come out as go in. Memory does not grow with length.
+    void run(const RenderSink& sink);
+
+  private:
+    template <typename Sample>
+    void stream(const RenderSink& sink);
+    void applyState(const RenderOptions& options);
+    void moveRamps(std::int64_t blockStart);
+
+    AudioReader reader;
+    LoadedPlugin plugin;
+    std::size_t blockSize;
+    bool useDouble;
+    std::vector<ParameterRamp> ramps;
+    std::string told;
+};
+
+} // namespace mirelon::tools
