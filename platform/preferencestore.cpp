@@ -6,7 +6,10 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
+#include <filesystem>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace mirelon {
 
@@ -120,14 +123,71 @@ bool moveAside(const std::string& path) {
     return false;
 }
 
-bool createFolder(const std::string& folder) {
+struct Answer {
+    Outcome outcome;
+    std::optional<std::string> value;
+};
+
+Answer readOnce(const std::string& path, std::string_view key) {
+    SqliteConnection database(path, SqliteConnection::Mode::existing, PreferenceStore::readWait);
+    Outcome outcome = outcomeOf(database.execute("BEGIN"));
+    if (outcome == Outcome::done)
+        outcome = identify(database, false);
+    if (outcome != Outcome::done)
+        return {outcome, std::nullopt};
+    SqliteStatement statement(database, "SELECT value FROM preferences WHERE key = ?1");
+    statement.bindText(1, key);
+    if (statement.step() != SQLITE_ROW)
+        return {outcomeOf(statement.status()), std::nullopt};
+    return {Outcome::done, statement.blob()};
+}
+
+// A copy of the store and its journal in a folder of its own, while it lives.
+class PrivateCopy {
+  public:
+    explicit PrivateCopy(const std::string& path) {
+        std::error_code failure;
+        std::string pattern = std::filesystem::temp_directory_path(failure) / "mirelon-XXXXXX";
+        if (failure || mkdtemp(pattern.data()) == nullptr)
+            return;
+        folder = pattern;
+        for (const char* suffix : {"", "-journal"})
+            std::filesystem::copy_file(path + suffix, copy() + suffix, failure);
+        for (const char* suffix : {"", "-journal"})
+            std::filesystem::permissions(copy() + suffix, std::filesystem::perms(0600), failure);
+    }
+    ~PrivateCopy() {
+        std::error_code ignored;
+        if (!folder.empty())
+            std::filesystem::remove_all(folder, ignored);
+    }
+    PrivateCopy(const PrivateCopy&) = delete;
+    PrivateCopy& operator=(const PrivateCopy&) = delete;
+
+    std::string copy() const { return folder + "/copy"; }
+
+  private:
+    std::string folder;
+};
+
+// Whether a killed writer has left the store half-changed where nobody here may
+// put it right.
+bool cannotBeMended(const std::string& folder, const std::string& path) {
+    return kindOf(path + "-journal") == FileKind::regular && access(folder.c_str(), W_OK) != 0;
+}
+
+// True when it is there, whoever has made it.
+bool makeFolder(const std::string& folder) {
     constexpr mode_t ownerOnly = 0700;
-    if (mkdir(folder.c_str(), ownerOnly) == 0 || errno == EEXIST)
+    return mkdir(folder.c_str(), ownerOnly) == 0 || errno == EEXIST;
+}
+
+bool createFolder(const std::string& folder) {
+    if (makeFolder(folder))
         return true;
     // Only its parent, the configuration folder, may be missing as well.
     const std::string parent = folder.substr(0, folder.rfind('/'));
-    return errno == ENOENT && !parent.empty() && mkdir(parent.c_str(), ownerOnly) == 0 &&
-           mkdir(folder.c_str(), ownerOnly) == 0;
+    return errno == ENOENT && !parent.empty() && makeFolder(parent) && makeFolder(folder);
 }
 
 } // namespace
@@ -139,15 +199,10 @@ std::string PreferenceStore::path() const {
 std::optional<std::string> PreferenceStore::read(std::string_view key) const {
     if (folder.empty() || kindOf(path()) != FileKind::regular)
         return std::nullopt;
-    SqliteConnection database(path(), SqliteConnection::Mode::existing, readWait);
-    if (outcomeOf(database.execute("BEGIN")) != Outcome::done ||
-        identify(database, false) != Outcome::done)
-        return std::nullopt;
-    SqliteStatement statement(database, "SELECT value FROM preferences WHERE key = ?1");
-    statement.bindText(1, key);
-    if (statement.step() != SQLITE_ROW)
-        return std::nullopt;
-    return statement.blob();
+    const Answer answer = readOnce(path(), key);
+    if (answer.outcome == Outcome::done || !cannotBeMended(folder, path()))
+        return answer.value;
+    return readOnce(PrivateCopy(path()).copy(), key).value;
 }
 
 bool PreferenceStore::write(std::span<const PreferenceChange> changes) const {

@@ -1,0 +1,108 @@
+#include "processor/stereocore.h"
+#include "tests/support/referenceprocessor.h"
+#include "tests/support/signals.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <vector>
+
+namespace {
+
+using mirelon::Envelopes;
+using mirelon::readMeters;
+
+constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+constexpr double infinity = std::numeric_limits<double>::infinity();
+
+float widthOf(double sum, double diff) {
+    return readMeters({sum, diff, 0.0, 0.0}).width;
+}
+
+float balanceOf(double left, double right) {
+    return readMeters({0.0, 0.0, left, right}).balance;
+}
+
+TEST(Meters, EqualFollowersReadTheMiddle) {
+    EXPECT_NEAR(widthOf(0.3, 0.3), 0.0F, 1e-7);
+    EXPECT_NEAR(balanceOf(0.3, 0.3), 0.0F, 1e-7);
+}
+
+TEST(Meters, ReadTheLogarithmToBaseSixteen) {
+    EXPECT_NEAR(widthOf(0.4, 0.2), 0.25F, 1e-6);
+    EXPECT_NEAR(widthOf(0.2, 0.4), -0.25F, 1e-6);
+    EXPECT_NEAR(balanceOf(0.2, 0.4), 0.25F, 1e-6);
+    EXPECT_NEAR(balanceOf(0.4, 0.2), -0.25F, 1e-6);
+}
+
+TEST(Meters, StandAtTheirEndsBeyondARatioOfFour) {
+    EXPECT_EQ(widthOf(0.5, 0.1), 0.5F);
+    EXPECT_EQ(widthOf(0.1, 0.5), -0.5F);
+    EXPECT_EQ(balanceOf(0.1, 0.5), 0.5F);
+    EXPECT_EQ(balanceOf(0.5, 0.1), -0.5F);
+    EXPECT_EQ(widthOf(1e300, 1e-6), 0.5F);
+    EXPECT_EQ(widthOf(1e-4, 1e308), -0.5F);
+}
+
+TEST(Meters, SilenceReadsTheMiddleAndOneSilentFollowerAnEnd) {
+    EXPECT_EQ(widthOf(0.0, 0.0), 0.0F);
+    EXPECT_EQ(widthOf(0.1, 0.0), 0.5F);
+    EXPECT_EQ(widthOf(0.0, 0.1), -0.5F);
+    EXPECT_EQ(balanceOf(0.0, 0.0), 0.0F);
+    EXPECT_EQ(balanceOf(0.1, 0.0), -0.5F);
+    EXPECT_EQ(balanceOf(0.0, 0.1), 0.5F);
+}
+
+// The difference goes silent a hundred times lower than everything else.
+TEST(Meters, ThresholdsAreExclusiveAndTheDifferencesOwnIsLower) {
+    EXPECT_EQ(widthOf(1e-5, 1e-7), 0.0F);
+    EXPECT_EQ(widthOf(1e-5, std::nextafter(1e-7, 1.0)), -0.5F);
+    EXPECT_EQ(widthOf(std::nextafter(1e-5, 1.0), 1e-7), 0.5F);
+    EXPECT_NEAR(widthOf(1.1e-5, 1.1e-5), 0.0F, 1e-6);
+    EXPECT_EQ(balanceOf(1e-5, 1e-5), 0.0F);
+    EXPECT_EQ(balanceOf(std::nextafter(1e-5, 1.0), 1e-5), -0.5F);
+    EXPECT_EQ(balanceOf(1e-5, std::nextafter(1e-5, 1.0)), 0.5F);
+}
+
+TEST(Meters, StayInRangeForFollowersThatAreNoNumbers) {
+    EXPECT_EQ(widthOf(infinity, infinity), 0.0F);
+    EXPECT_EQ(balanceOf(infinity, infinity), 0.0F);
+    EXPECT_EQ(widthOf(infinity, 1.0), 0.5F);
+    EXPECT_EQ(widthOf(1.0, infinity), -0.5F);
+    EXPECT_EQ(widthOf(nan, nan), 0.0F);
+    EXPECT_EQ(widthOf(nan, 1.0), -0.5F);
+    EXPECT_EQ(widthOf(1.0, nan), 0.5F);
+    EXPECT_EQ(balanceOf(nan, nan), 0.0F);
+    EXPECT_EQ(balanceOf(-1.0, -infinity), 0.0F);
+}
+
+TEST(Meters, AgreeWithTheReferenceForAnyFollowers) {
+    using mirelon::signals::Signal;
+    for (const Signal signal : {Signal::noise, Signal::anyBits, Signal::tiny, Signal::extremes}) {
+        std::vector<double> values(8000);
+        mirelon::signals::fill<double>(values, signal, 11, 0);
+        for (std::size_t i = 0; i + 4 <= values.size(); i += 4) {
+            mirelon::reference::Followers followers{};
+            for (std::size_t j = 0; j < 4; ++j)
+                followers[j] = std::fabs(values[i + j]);
+            const auto expected = mirelon::reference::readingsOf(followers);
+            const auto actual =
+                readMeters({followers[0], followers[1], followers[2], followers[3]});
+            ASSERT_EQ(actual.width, expected.width);
+            ASSERT_EQ(actual.balance, expected.balance);
+            ASSERT_LE(std::fabs(actual.width), 0.5F);
+            ASSERT_LE(std::fabs(actual.balance), 0.5F);
+        }
+    }
+}
+
+TEST(FollowerCoefficient, CoversFifteenSixteenthsInSixHundredMilliseconds) {
+    for (const float rate : {8000.0F, 44100.0F, 48000.0F, 96000.0F, 192000.0F}) {
+        const double k = mirelon::envelopeCoefficient(rate);
+        EXPECT_EQ(k, mirelon::reference::followerCoefficient(rate));
+        EXPECT_NEAR(std::pow(1.0 - k, static_cast<double>(rate) * 0.6), 1.0 / 16.0, 1e-9);
+    }
+}
+
+} // namespace
