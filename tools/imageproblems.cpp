@@ -101,8 +101,8 @@ ImageReport examine(const std::filesystem::path& file, std::span<const std::byte
     const bool loadsReversed =
         (header->ownerOrder != std::endian::native) != (image.valueOrder == std::endian::little);
     if (loadsReversed)
-        report.notes.push_back("of the other byte order: the editor loads it \"endian-reversed\" "
-                               "(alt + click on load)");
+        report.notes.push_back("of the other byte order: the editor loads it with a right click on "
+                               "the load button");
     return report;
 }
 
