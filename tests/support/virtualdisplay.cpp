@@ -1,8 +1,12 @@
 #include "tests/support/virtualdisplay.h"
 
+#include <X11/Xlib.h>
+
 #include <csignal>
 #include <cstdlib>
+#include <fcntl.h>
 #include <stdexcept>
+#include <sys/file.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -14,10 +18,42 @@ VirtualDisplay& VirtualDisplay::start() {
     return display;
 }
 
-// Servers that start at the same moment may choose the same number; all but one
-// of them give up, so the others try again.
+namespace {
+
+// Servers that start at the same moment may choose the same number, so the test
+// programs of this user start theirs one after another.
+class StartingTurn {
+  public:
+    StartingTurn()
+        : file(open(("/tmp/.mirelon-test-display-" + std::to_string(getuid())).c_str(),
+                    O_CREAT | O_RDWR | O_CLOEXEC, 0600)) {
+        if (file >= 0)
+            flock(file, LOCK_EX);
+    }
+    ~StartingTurn() {
+        if (file >= 0)
+            close(file);
+    }
+    StartingTurn(const StartingTurn&) = delete;
+    StartingTurn& operator=(const StartingTurn&) = delete;
+
+  private:
+    int file;
+};
+
+bool answers(const std::string& display) {
+    Display* connection = XOpenDisplay(display.c_str());
+    if (connection == nullptr)
+        return false;
+    XCloseDisplay(connection);
+    return true;
+}
+
+} // namespace
+
 VirtualDisplay::VirtualDisplay() {
-    constexpr int attempts = 20;
+    const StartingTurn turn;
+    constexpr int attempts = 10;
     for (int attempt = 0; attempt < attempts && display.empty(); ++attempt)
         launch();
     if (display.empty())
@@ -35,7 +71,7 @@ void VirtualDisplay::launch() {
         prctl(PR_SET_PDEATHSIG, SIGTERM);
         close(ends[0]);
         execlp("Xvfb", "Xvfb", "-displayfd", writeEnd.c_str(), "-screen", "0", "1280x1200x24",
-               "-nolisten", "tcp", static_cast<char*>(nullptr));
+               "-nolisten", "tcp", "-noreset", static_cast<char*>(nullptr));
         _exit(127);
     }
     close(ends[1]);
@@ -43,10 +79,12 @@ void VirtualDisplay::launch() {
     for (char c = 0; read(ends[0], &c, 1) == 1 && c != '\n';)
         number += c;
     close(ends[0]);
-    if (number.empty())
-        waitpid(server, nullptr, 0);
-    else
+    if (!number.empty() && answers(":" + number)) {
         display = ":" + number;
+        return;
+    }
+    kill(server, SIGTERM);
+    waitpid(server, nullptr, 0);
 }
 
 VirtualDisplay::~VirtualDisplay() {
