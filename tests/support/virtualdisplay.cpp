@@ -2,6 +2,7 @@
 
 #include <csignal>
 #include <cstdlib>
+#include <fcntl.h>
 #include <stdexcept>
 #include <sys/prctl.h>
 #include <sys/wait.h>
@@ -23,8 +24,10 @@ VirtualDisplay::VirtualDisplay() {
     if (server == 0) {
         prctl(PR_SET_PDEATHSIG, SIGTERM);
         close(ends[0]);
+        // It complains of every display number that is taken.
+        dup2(open("/dev/null", O_WRONLY), STDERR_FILENO);
         execlp("Xvfb", "Xvfb", "-displayfd", writeEnd.c_str(), "-screen", "0", "1280x1200x24",
-               "-nolisten", "tcp", static_cast<char*>(nullptr));
+               "-nolisten", "tcp", "-noreset", static_cast<char*>(nullptr));
         _exit(127);
     }
     close(ends[1]);
