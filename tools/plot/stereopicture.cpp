@@ -235,12 +235,13 @@ void drawLevels(const Canvas& canvas, const Box& box, const StereoSignal& before
     canvas.text(margin + 22.0, box.y + half * 1.5 + 6.0, "R", {17.0, bright, true});
 }
 
-std::string timeText(double seconds) {
-    if (seconds < 60.0)
+// In minutes and seconds when the whole takes that long.
+std::string timeText(double seconds, double whole) {
+    if (whole < 60.0)
         return number("%g s", seconds);
     std::array<char, 64> buffer{};
-    const auto whole = static_cast<long>(std::lround(seconds));
-    std::snprintf(buffer.data(), buffer.size(), "%ld:%02ld", whole / 60, whole % 60);
+    const long rounded = std::lround(seconds);
+    std::snprintf(buffer.data(), buffer.size(), "%ld:%02ld", rounded / 60, rounded % 60);
     return buffer.data();
 }
 
@@ -260,7 +261,7 @@ void drawTimeAxis(const Canvas& canvas, double seconds, double left, double widt
         const double x = std::round(left + i * step / seconds * width) + 0.5;
         for (const Box& box : charts)
             canvas.line(x, box.y, x, box.bottom(), grid);
-        canvas.text(x, y, timeText(i * step), {13.0, dim, false, Align::centre});
+        canvas.text(x, y, timeText(i * step, seconds), {13.0, dim, false, Align::centre});
     }
 }
 
