@@ -3,8 +3,9 @@
 #include "tests/editor/standindialog.h"
 
 #include <X11/keysym.h>
-#include <array>
+#include <atomic>
 #include <gtest/gtest.h>
+#include <thread>
 
 namespace hosting = mirelon::hosting;
 using namespace mirelon::test;
@@ -305,6 +306,43 @@ TEST_P(PresetPanel, TheDialogProgramRunsWithoutTheHostsLibraries) {
     click(savePreset);
     unsetenv("LD_LIBRARY_PATH");
     EXPECT_EQ(dialog.linkerVariables(), "\n");
+}
+
+TEST_P(PresetPanel, AudioAndStateGoOnWhileTheDialogIsOpen) {
+    const StandInDialog dialog("", 0.4);
+    std::atomic<bool> answered{false};
+    int blocks = 0;
+    std::thread host([&] {
+        std::vector<float> left(64, 0.5F);
+        std::vector<float> right(64, 0.5F);
+        float* channels[] = {left.data(), right.data()};
+        editor.effect->resume();
+        while (!answered) {
+            editor.effect->setParameter(0, 0.25F);
+            editor.effect->process(channels, channels, 64);
+            blocks += editor.effect->chunk().empty() ? 0 : 1;
+            std::this_thread::sleep_for(2ms);
+        }
+    });
+    const auto begin = std::chrono::steady_clock::now();
+    click(savePreset);
+    answered = true;
+    host.join();
+    EXPECT_GT(std::chrono::steady_clock::now() - begin, 400ms);
+    EXPECT_GT(blocks, 20);
+}
+
+TEST_P(PresetPanel, TheEditorMayBeClosedWhileTheDialogIsOpen) {
+    const StandInDialog dialog("", 0.4);
+    std::thread host([&] {
+        std::this_thread::sleep_for(200ms);
+        editor.close();
+    });
+    click(loadPreset);
+    host.join();
+    EXPECT_EQ(dialog.starts(), 1);
+    EXPECT_TRUE(editor.window->children().empty());
+    EXPECT_EQ(editor.open(), 1);
 }
 
 } // namespace
