@@ -3,6 +3,7 @@
 #include "editor/cpsonoffbutton.h"
 #include "editor/cpsrockerswitch.h"
 #include "editor/csaveloadbutton.h"
+#include "platform/toolkitconnection.h"
 
 #include <gtest/gtest.h>
 #include <vector>
@@ -22,6 +23,7 @@ const CRect area(10, 20, 40, 34);
 
 template <typename Button>
 struct Pressed {
+    Pressed() { mirelon::setUpToolkit(); }
     Listener listener;
     SharedPointer<Button> button;
     CPoint where{12, 25};
