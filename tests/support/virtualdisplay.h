@@ -20,6 +20,7 @@ class VirtualDisplay {
 
   private:
     VirtualDisplay();
+    void launch(); // leaves `display` empty when the server gives up
 
     pid_t server = -1;
     std::string display;
