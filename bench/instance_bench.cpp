@@ -6,6 +6,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include <malloc.h>
 #include <unistd.h>
 
 #include <cstdio>
@@ -102,6 +103,7 @@ void memoryPerInstance(benchmark::State& state) {
     processBlock(*runningInstance(), audio);
     double bytes = 0.0;
     for (auto _ : state) {
+        malloc_trim(0);
         const double before = residentBytes();
         std::vector<std::unique_ptr<Effect>> effects;
         for (int i = 0; i < state.range(0); ++i) {
@@ -119,7 +121,6 @@ void memoryPerInstance(benchmark::State& state) {
 void registerInstances() {
     benchmark::RegisterBenchmark("plugin/load", loadModule);
     benchmark::RegisterBenchmark("plugin/create, open, close", createOpenClose);
-    // Once, in a process whose heap has not been used for it before.
     benchmark::RegisterBenchmark("plugin/memory", memoryPerInstance)->Arg(256)->Iterations(1);
     for (const int frames : {64, 512}) {
         benchmark::RegisterBenchmark("plugin/float", audioThroughInstance<float>)->Arg(frames);
