@@ -95,12 +95,3 @@ VirtualDisplay::~VirtualDisplay() {
 }
 
 } // namespace mirelon::test
-
-// Read by the leak checker when there is one. The toolkit's X connection, with
-// the keyboard and the cursors that belong to it, is kept to the end of the
-// process; the toolkit forgets to free what it is told of the pointer's position
-// (32 bytes whenever a menu opens); fontconfig never frees what it has read.
-extern "C" __attribute__((visibility("default"))) const char* __lsan_default_suppressions() {
-    return "leak:mirelon::connectToolkit\nleak:libxkbcommon\nleak:libxcb.so\n"
-           "leak:libfontconfig\n";
-}
