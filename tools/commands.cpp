@@ -14,6 +14,8 @@ std::span<const Command> commands() {
         Command{"bank", "Save, show or make bank files", defineBank},
         Command{"convert", "Write a preset or bank file in a byte order", defineConvert},
         Command{"verify", "Say what is wrong with preset and bank files", defineVerify},
+        Command{"edit", "Open the plug-in's editor in a window", defineEdit},
+        Command{"screenshot", "Take a picture of the plug-in's editor", defineScreenshot},
     };
     return table;
 }
