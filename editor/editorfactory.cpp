@@ -1,5 +1,8 @@
 #include "processor/editorfactory.h"
 
-AEffEditor* createEditor(Mirelon& /*effect*/) {
-    return nullptr;
+#include "editor/adeditor.h"
+#include "processor/mirelon.h"
+
+AEffEditor* createEditor(Mirelon& effect) {
+    return new ADEditor(effect);
 }

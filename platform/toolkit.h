@@ -12,6 +12,10 @@
 #pragma GCC diagnostic ignored "-Wconversion"
 #pragma GCC diagnostic ignored "-Wunused-parameter"
 #include "vstgui/lib/cfileselector.h"
+#include "vstgui/lib/events.h"
+#include "vstgui/lib/platform/iplatformfileselector.h"
 #include "vstgui/lib/platform/platform_x11.h"
+#include "vstgui/lib/platform/platformfactory.h"
+#include "vstgui/lib/vstguiinit.h"
 #include "vstgui/plugin-bindings/aeffguieditor.h"
 #pragma GCC diagnostic pop

@@ -2,12 +2,19 @@
 // effect's store, files and the user's preferences, and shows the preset panel.
 #pragma once
 
+#include "platform/preferences.h"
 #include "platform/toolkit.h"
 #include "presetsystem/cpresetsystemeffect.h"
 #include "presetsystem/editorlink.h"
+#include "presetsystem/filequestion.h"
 #include "presetsystem/presetimages.h"
 
 #include <array>
+#include <atomic>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
 
 class IdleTimer;
 
@@ -74,6 +81,17 @@ class CPresetSystemEditor : public VSTGUI::AEffGUIEditor,
 
     CPresetSystemEffect& presetEffect() const;
 
+    // Whether news may be shown now: the window is open and this is the thread
+    // that owns it. Any thread.
+    bool showsAtOnce() const noexcept;
+    // Leaves a mark for the next idle on the window's thread: a parameter has a
+    // new value (0 to 8). No lock, no allocation; any thread.
+    void markParameter(long index) noexcept;
+
+    // Asks the user for one file and waits for the answer: its full path, or
+    // nothing. Must not touch the editor once the wait is over: it may be gone.
+    virtual std::optional<std::string> askForFile(const mirelon::FileQuestion& question);
+
     // --- For the image readers: where a loaded name is shown, if anywhere ---
     void showCurrentName(const mirelon::PresetName& name);
     void showBankName(int preset, const mirelon::PresetName& name);
@@ -85,5 +103,37 @@ class CPresetSystemEditor : public VSTGUI::AEffGUIEditor,
     PathBuffer currentBankName{};
     PathBuffer currentPresetName{};
 
+    // The panel's views that are read again; the frame owns them. Null while
+    // the editor is closed.
+    VSTGUI::CTextEdit* nameField = nullptr;
+    VSTGUI::COptionMenu* presetMenu = nullptr;
+
     IdleTimer* idleTimer = nullptr; // owned; null while the editor is closed
+
+  private:
+    void addPanel();
+    void showName(const mirelon::PresetName& name);
+    void showBank();
+    void renamePreset();
+    void stepPreset(float direction);
+    void choosePreset(float menuValue);
+    void showMarked();
+
+    std::atomic<bool> windowOpen{false};
+    std::atomic<std::uint32_t> marks{0}; // a bit for each of what to show again
+
+    // Asks, and puts the parts of the path into `name` and currentDir. False
+    // when there is nothing to do or no editor left to do it: the caller
+    // returns at once.
+    bool chooseFile(const mirelon::FileType& type, bool save, const char* title, PathBuffer& name);
+
+    void storePreset(const char* key);
+    void recallPreset(const char* key);
+    void removePreference(const char* key);
+    std::string storedText(const char* key) const;
+
+    // The folder that the environment named when the editor was built.
+    mirelon::Preferences preferences{mirelon::userPreferencesFolder()};
+    // Ends with the editor: who has waited for the user looks whether it has.
+    std::shared_ptr<const bool> lifeMark = std::make_shared<const bool>(true);
 };

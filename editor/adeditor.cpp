@@ -1,0 +1,184 @@
+#include "editor/adeditor.h"
+
+#include "platform/display.h"
+#include "platform/toolkitconnection.h"
+#include "presetsystem/bitmaps.h"
+#include "processor/mirelon.h"
+#include "resources/resources.h"
+
+#include <cmath>
+
+using namespace VSTGUI;
+using mirelon::RunLoop;
+
+namespace {
+
+// What a meter shows for a reading of 0.
+constexpr float meterMiddle = 0.5F;
+
+VstInt16 scaled(int pixels, double scale) {
+    return static_cast<VstInt16>(std::lround(pixels * scale));
+}
+
+} // namespace
+
+ADEditor::ADEditor(Mirelon& effect)
+    : CPresetSystemEditor(&effect)
+    , mirelonEffect(effect) {
+    const mirelon::PictureSize size = mirelon::pictureSize(mirelon::kPictureBackground);
+    rect = {0, 0, scaled(size.height, scale), scaled(size.width, scale)};
+}
+
+ADEditor::~ADEditor() {
+    close();
+}
+
+void ADEditor::updateScale() {
+    scale = mirelon::nearestPictureScale(mirelon::desktopScale());
+    const mirelon::PictureSize size = mirelon::pictureSize(mirelon::kPictureBackground);
+    rect.right = static_cast<VstInt16>(rect.left + scaled(size.width, scale));
+    rect.bottom = static_cast<VstInt16>(rect.top + scaled(size.height, scale));
+}
+
+bool ADEditor::getRect(ERect** rectangle) {
+    const auto held = RunLoop::instance().lock();
+    if (frame == nullptr)
+        updateScale();
+    return CPresetSystemEditor::getRect(rectangle);
+}
+
+bool ADEditor::open(void* parent) {
+    RunLoop& loop = RunLoop::instance();
+    const auto held = loop.lock();
+    close();
+    auto user = std::make_unique<RunLoop::User>();
+    if (parent == nullptr || !*user || !loop.connectToDisplay())
+        return false;
+    updateScale();
+    loadBitmaps();
+
+    const CRect area(rect.left, rect.top, rect.left + background->getWidth(),
+                     rect.top + background->getHeight());
+    auto* window = new MyFrame(area, scale, this);
+    window->setBackground(background);
+    if (!window->openIn(parent)) {
+        window->forget();
+        return false;
+    }
+    AEffGUIEditor::open(parent);
+    loopUser = std::move(user);
+    frame = window;
+    buildViews();
+    mirelonEffect.setEditorOpen(true);
+    return CPresetSystemEditor::open(parent);
+}
+
+void ADEditor::loadBitmaps() {
+    if (background == nullptr || backgroundScale != scale)
+        background = mirelon::loadBitmap(mirelon::kPictureBackground, scale);
+    backgroundScale = scale;
+    const auto load = [this](Bitmap& bitmap, mirelon::PictureNumber picture) {
+        if (bitmap == nullptr)
+            bitmap = mirelon::loadBitmap(picture, scale);
+    };
+    load(sliderHandle, mirelon::kPictureSliderHandle);
+    load(mark, mirelon::kPictureMark);
+    load(meterUnlit, mirelon::kPictureMeterUnlit);
+    load(meterLit, mirelon::kPictureMeterLit);
+    load(switchPictures[kParamProcess], mirelon::kPictureProcess);
+    load(switchPictures[kParamPhase], mirelon::kPicturePhase);
+    load(switchPictures[kParamInvertL], mirelon::kPictureInvertL);
+    load(switchPictures[kParamInvertR], mirelon::kPictureInvertR);
+    load(aboutPicture, mirelon::kPictureAbout);
+}
+
+void ADEditor::close() {
+    const auto held = RunLoop::instance().lock();
+    if (frame == nullptr)
+        return;
+    if (about != nullptr)
+        about->endSplash();
+    // A name that is being typed counts as typed.
+    frame->setFocusView(nullptr);
+    CPresetSystemEditor::close();
+    about = nullptr;
+    sliders.fill(nullptr);
+    readOuts.fill(nullptr);
+    switches.fill(nullptr);
+    widthMeter = nullptr;
+    balanceMeter = nullptr;
+    mirelonEffect.setEditorOpen(false);
+
+    auto* window = static_cast<MyFrame*>(frame);
+    frame = nullptr;
+    window->retire();
+    AEffGUIEditor::close();
+    for (Bitmap* bitmap : {&sliderHandle, &mark, &meterUnlit, &meterLit, &aboutPicture})
+        *bitmap = nullptr;
+    switchPictures.fill(nullptr);
+    loopUser.reset();
+}
+
+void ADEditor::idle() {
+    RunLoop& loop = RunLoop::instance();
+    if (!loop.isOwnThread())
+        return loop.wake();
+    if (!loop.isPumping())
+        return loop.pump();
+    if (frame == nullptr)
+        return;
+    CPresetSystemEditor::idle();
+    AEffGUIEditor::idle();
+    // Behind the about picture the meters stand still.
+    if (about != nullptr && !about->isShown() && widthMeter != nullptr)
+        widthMeter->setValue(mirelonEffect.getWidthMeter() + meterMiddle);
+    if (about != nullptr && !about->isShown() && balanceMeter != nullptr)
+        balanceMeter->setValue(mirelonEffect.getBalanceMeter() + meterMiddle);
+}
+
+void ADEditor::suspend() {
+    for (CVuMeter1* meter : {widthMeter, balanceMeter})
+        if (meter != nullptr)
+            meter->setValue(meterMiddle);
+}
+
+void ADEditor::valueChanged(CControl* control) {
+    const auto alive = shared(control);
+    const int32_t tag = control->getTag();
+    // What the panel does may end with this editor gone, so the two roads do
+    // not meet behind it.
+    if (!mirelon::isParameter(tag))
+        return CPresetSystemEditor::valueChanged(control);
+    mirelonEffect.setParameterAutomated(tag, control->getValue());
+    control->setDirty();
+}
+
+void ADEditor::setParameter(long index, float /*value*/) {
+    if (!showsAtOnce())
+        return markParameter(index);
+    if (frame == nullptr)
+        return;
+    if (index >= 0 && index < numSliders) {
+        const auto i = static_cast<std::size_t>(index);
+        const auto parameter = static_cast<VstInt32>(index);
+        if (sliders[i] != nullptr)
+            sliders[i]->setValue(mirelonEffect.getParameter(parameter));
+        if (readOuts[i] != nullptr)
+            readOuts[i]->setValue(readOutValue(parameter));
+    } else if (index >= numSliders && index < kNumParams) {
+        if (COnOffButton* button = switches[static_cast<std::size_t>(index)])
+            button->setValue(
+                mirelonEffect.getParameter(static_cast<VstInt32>(index)) < 0.5F ? 0.0F : 1.0F);
+    }
+    frame->invalid();
+}
+
+void ADEditor::beginEdit(int32_t index) {
+    if (mirelon::isParameter(index))
+        CPresetSystemEditor::beginEdit(index);
+}
+
+void ADEditor::endEdit(int32_t index) {
+    if (mirelon::isParameter(index))
+        CPresetSystemEditor::endEdit(index);
+}

@@ -1,0 +1,59 @@
+// The editor's frame: draws in whole window scales, can give all events to one
+// view, and outlives its editor while an event is under way.
+#pragma once
+
+#include "platform/toolkit.h"
+
+#include <cstdint>
+
+// Lives from its construction to retire(), on the thread that opened it.
+class MyFrame : public VSTGUI::CFrame {
+  public:
+    // `rect` in the coordinates of scale 1, in which all views are laid out;
+    // the window is `scale` times as large.
+    MyFrame(const VSTGUI::CRect& rect, double scale, VSTGUI::VSTGUIEditorInterface* editor);
+
+    // Puts the frame into the host's window and shows it. False when that
+    // window does not exist.
+    bool openIn(void* parent);
+    // Closes and releases the frame and destroys its window: at once, or, when
+    // the run loop is handing it an event, as soon as that has returned. Until
+    // then no listener and no editor hears of it any more.
+    void retire();
+
+    // --- One captured view: it gets every mouse event while it is held ---
+    void makeModal(VSTGUI::CView* view) { captured = view; }
+    void closeModal();
+    virtual VSTGUI::CView* getModal() const { return captured; }
+
+    VSTGUI::CMouseEventResult onMouseDown(VSTGUI::CPoint& where,
+                                          const VSTGUI::CButtonState& buttons) override;
+    VSTGUI::CMouseEventResult onMouseUp(VSTGUI::CPoint& where,
+                                        const VSTGUI::CButtonState& buttons) override;
+    VSTGUI::CMouseEventResult onMouseMoved(VSTGUI::CPoint& where,
+                                           const VSTGUI::CButtonState& buttons) override;
+    void onMouseWheelEvent(VSTGUI::MouseWheelEvent& event) override;
+
+    void drawBackgroundRect(VSTGUI::CDrawContext* context,
+                            const VSTGUI::CRect& updateRect) override;
+
+  private:
+    // What the toolkit knows of the editor. It cuts the way to the editor when
+    // the frame retires, and keeps the toolkit from resizing the host's window.
+    class EditorLink final : public VSTGUI::VSTGUIEditorInterface {
+      public:
+        explicit EditorLink(VSTGUI::VSTGUIEditorInterface* editor)
+            : editor(editor) {}
+        void cut() { editor = nullptr; }
+        int32_t getKnobMode() const override;
+        void beginEdit(int32_t index) override;
+        void endEdit(int32_t index) override;
+        bool beforeSizeChange(const VSTGUI::CRect&, const VSTGUI::CRect&) override { return true; }
+
+      private:
+        VSTGUI::VSTGUIEditorInterface* editor;
+    };
+
+    EditorLink link;
+    VSTGUI::CView* captured = nullptr; // not owned
+};

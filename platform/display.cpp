@@ -1,0 +1,89 @@
+#include "platform/display.h"
+
+#include <charconv>
+#include <cmath>
+#include <cstdint>
+#include <cstdlib>
+#include <memory>
+#include <string>
+#include <system_error>
+#include <xcb/xcb.h>
+
+namespace mirelon {
+
+namespace {
+
+constexpr double referenceDpi = 96.0;
+constexpr std::uint32_t resourceWords = 0x4000; // 64 KiB of resource text
+
+struct Disconnect {
+    void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
+};
+using Connection = std::unique_ptr<xcb_connection_t, Disconnect>;
+
+// Null without a display.
+Connection connectToServer() {
+    Connection connection(xcb_connect(nullptr, nullptr));
+    if (xcb_connection_has_error(connection.get()) != 0 ||
+        xcb_setup_roots_iterator(xcb_get_setup(connection.get())).rem == 0)
+        connection.reset();
+    return connection;
+}
+
+// The resource text that the desktop has left on the first screen.
+std::string readResources() {
+    const Connection connection = connectToServer();
+    if (connection == nullptr)
+        return {};
+    const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(connection.get())).data->root;
+    const auto cookie = xcb_get_property(connection.get(), 0, root, XCB_ATOM_RESOURCE_MANAGER,
+                                         XCB_ATOM_STRING, 0, resourceWords);
+    const std::unique_ptr<xcb_get_property_reply_t, decltype(&std::free)> reply(
+        xcb_get_property_reply(connection.get(), cookie, nullptr), &std::free);
+    if (reply == nullptr)
+        return {};
+    return {static_cast<const char*>(xcb_get_property_value(reply.get())),
+            static_cast<std::size_t>(xcb_get_property_value_length(reply.get()))};
+}
+
+// A positive number at the beginning of `text`, whatever the locale says about
+// decimal points.
+std::optional<double> positiveNumber(std::string_view text) {
+    double value = 0.0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (error != std::errc{} || !(value > 0.0) || !std::isfinite(value))
+        return {};
+    return value;
+}
+
+} // namespace
+
+bool displayAvailable() {
+    return connectToServer() != nullptr;
+}
+
+std::optional<double> xftDpi(std::string_view resources) {
+    constexpr std::string_view key = "Xft.dpi:";
+    while (!resources.empty()) {
+        const std::size_t end = resources.find('\n');
+        std::string_view line = resources.substr(0, end);
+        resources.remove_prefix(end == std::string_view::npos ? resources.size() : end + 1);
+        if (!line.starts_with(key))
+            continue;
+        line.remove_prefix(key.size());
+        const std::size_t start = line.find_first_not_of(" \t");
+        return start == std::string_view::npos ? std::nullopt : positiveNumber(line.substr(start));
+    }
+    return {};
+}
+
+double desktopScale() {
+    if (const char* wish = std::getenv("MIRELON_SCALE"))
+        if (const auto scale = positiveNumber(wish))
+            return *scale;
+    if (const auto dpi = xftDpi(readResources()))
+        return *dpi / referenceDpi;
+    return 1.0;
+}
+
+} // namespace mirelon

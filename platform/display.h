@@ -1,0 +1,22 @@
+// What the user's display says: whether there is one, and how large things
+// are to be on it.
+#pragma once
+
+#include <optional>
+#include <string_view>
+
+namespace mirelon {
+
+// Whether the X server that the environment names can be reached.
+bool displayAvailable();
+
+// How many times the usual size the user wants things to be: the environment
+// variable MIRELON_SCALE if it holds a positive number, else the display's
+// Xft.dpi over 96, else 1. Opens a connection of its own for the moment.
+double desktopScale();
+
+// The value of Xft.dpi in an X resource text; nothing if it is absent or no
+// positive number.
+std::optional<double> xftDpi(std::string_view resources);
+
+} // namespace mirelon

@@ -1,0 +1,177 @@
+#include "platform/runloop.h"
+
+#include "platform/display.h"
+#include "platform/toolkitconnection.h"
+
+#include <algorithm>
+#include <glib.h>
+
+namespace mirelon {
+
+namespace {
+
+// As often as a common display refreshes.
+constexpr unsigned glibIntervalMs = 16;
+
+} // namespace
+
+RunLoop& RunLoop::instance() {
+    // Never destroyed: the toolkit keeps hold of it and hosts may unload the
+    // plug-in in any order.
+    static RunLoop* const loop = new RunLoop;
+    return *loop;
+}
+
+RunLoop::User::User()
+    : granted(instance().addUser()) {}
+
+RunLoop::User::~User() {
+    if (granted)
+        instance().removeUser();
+}
+
+bool RunLoop::addUser() {
+    const auto held = lock();
+    if (users > 0 && !isOwnThread())
+        return false;
+    if (users++ == 0) {
+        owner.store(std::this_thread::get_id(), std::memory_order_release);
+        startGlibTrigger();
+    }
+    return true;
+}
+
+void RunLoop::removeUser() {
+    const auto held = lock();
+    if (--users > 0)
+        return;
+    stopGlibTrigger();
+    owner.store(std::thread::id{}, std::memory_order_release);
+}
+
+void RunLoop::startGlibTrigger() {
+    glibSource = g_timeout_add(
+        glibIntervalMs,
+        [](gpointer loop) -> gboolean {
+            static_cast<RunLoop*>(loop)->pump();
+            return G_SOURCE_CONTINUE;
+        },
+        this);
+}
+
+void RunLoop::stopGlibTrigger() {
+    if (GSource* source = g_main_context_find_source_by_id(nullptr, glibSource))
+        g_source_destroy(source);
+    glibSource = 0;
+}
+
+bool RunLoop::connectToDisplay() {
+    const auto held = lock();
+    if (!connected) {
+        if (!displayAvailable())
+            return false;
+        connectToolkit(*this);
+        connected = true;
+    }
+    return toolkitConnectionAlive();
+}
+
+void RunLoop::wake() noexcept {
+    g_main_context_wakeup(nullptr);
+}
+
+void RunLoop::pump() {
+    if (!isOwnThread())
+        return;
+    const auto held = lock();
+    if (pumping || !isOwnThread())
+        return;
+    pumping = true;
+    serveEvents();
+    serveTimers();
+    pumping = false;
+    runTasks();
+}
+
+void RunLoop::serveEvents() {
+    // The connection may hold events that were read while waiting for a reply;
+    // its descriptor stays silent then, so handlers are asked every time.
+    if (!connected || !toolkitConnectionAlive())
+        return;
+    const auto handlers = eventHandlers;
+    for (VSTGUI::X11::IEventHandler* handler : handlers)
+        if (std::find(eventHandlers.begin(), eventHandlers.end(), handler) != eventHandlers.end())
+            handler->onEvent();
+}
+
+void RunLoop::serveTimers() {
+    for (const TimerSchedule::Id id : schedule.takeDue(TimerSchedule::Clock::now())) {
+        const auto timer =
+            std::find_if(timers.begin(), timers.end(), [id](const Timer& t) { return t.id == id; });
+        if (timer == timers.end())
+            continue;
+        if (timer->handler != nullptr)
+            timer->handler->onTimer();
+        else if (const auto tick = timer->tick)
+            (*tick)();
+    }
+}
+
+void RunLoop::runTasks() {
+    while (!tasks.empty()) {
+        const auto pending = std::move(tasks);
+        tasks.clear();
+        for (const auto& task : pending)
+            task();
+    }
+}
+
+void RunLoop::whenUnwound(std::function<void()> task) {
+    const auto held = lock();
+    if (pumping)
+        tasks.push_back(std::move(task));
+    else
+        task();
+}
+
+TimerSchedule::Id RunLoop::addTimer(TimerSchedule::Clock::duration interval,
+                                    std::function<void()> tick) {
+    const auto held = lock();
+    const auto id = schedule.add(interval, TimerSchedule::Clock::now());
+    timers.push_back({id, nullptr, std::make_shared<std::function<void()>>(std::move(tick))});
+    return id;
+}
+
+void RunLoop::removeTimer(TimerSchedule::Id id) {
+    const auto held = lock();
+    schedule.remove(id);
+    std::erase_if(timers, [id](const Timer& timer) { return timer.id == id; });
+}
+
+bool RunLoop::registerEventHandler(int /*fd*/, VSTGUI::X11::IEventHandler* handler) {
+    eventHandlers.push_back(handler);
+    return true;
+}
+
+bool RunLoop::unregisterEventHandler(VSTGUI::X11::IEventHandler* handler) {
+    return std::erase(eventHandlers, handler) > 0;
+}
+
+bool RunLoop::registerTimer(uint64_t milliseconds, VSTGUI::X11::ITimerHandler* handler) {
+    const auto id =
+        schedule.add(std::chrono::milliseconds(milliseconds), TimerSchedule::Clock::now());
+    timers.push_back({id, handler, nullptr});
+    return true;
+}
+
+bool RunLoop::unregisterTimer(VSTGUI::X11::ITimerHandler* handler) {
+    const auto timer = std::find_if(timers.begin(), timers.end(),
+                                    [handler](const Timer& t) { return t.handler == handler; });
+    if (timer == timers.end())
+        return false;
+    schedule.remove(timer->id);
+    timers.erase(timer);
+    return true;
+}
+
+} // namespace mirelon

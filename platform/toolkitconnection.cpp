@@ -1,0 +1,92 @@
+#include "platform/toolkitconnection.h"
+
+#include <array>
+#include <cstdlib>
+#include <memory>
+#include <mutex>
+#include <string_view>
+#include <xcb/xcb.h>
+
+// The header uses `explicit` and other keywords of C as names in what it
+// includes; it is fenced like the rest of the toolkit.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wconversion"
+#pragma GCC diagnostic ignored "-Wunused-parameter"
+#include "vstgui/lib/platform/linux/x11platform.h"
+#pragma GCC diagnostic pop
+
+namespace mirelon {
+
+namespace {
+
+constexpr std::string_view embedPropertyName = "_XEMBED_INFO";
+constexpr std::array<std::uint32_t, 2> embedVersionAndMapped{0, 1};
+
+template <typename Reply>
+struct FreeReply {
+    void operator()(Reply* reply) const { std::free(reply); }
+};
+template <typename Reply>
+using ReplyPtr = std::unique_ptr<Reply, FreeReply<Reply>>;
+
+xcb_connection_t* connection() {
+    return VSTGUI::X11::RunLoop::instance().getXcbConnection();
+}
+
+// Ctrl + left press resets a slider and is an ordinary press on all else.
+bool resetsToDefault(VSTGUI::CControl* control, VSTGUI::CButtonState buttons) {
+    return dynamic_cast<VSTGUI::CSliderBase*>(control) != nullptr && buttons.isLeftButton() &&
+           buttons.getModifierState() == VSTGUI::kControl;
+}
+
+} // namespace
+
+void setUpToolkit() {
+    static std::once_flag once;
+    std::call_once(once, [] {
+        // The toolkit would look for a bundle around a library handle; our
+        // pictures are compiled in.
+        VSTGUI::init(nullptr);
+        VSTGUI::CControl::CheckDefaultValueFunc = resetsToDefault;
+    });
+}
+
+void connectToolkit(VSTGUI::X11::IRunLoop& loop) {
+    setUpToolkit();
+    VSTGUI::X11::RunLoop::init(VSTGUI::SharedPointer<VSTGUI::X11::IRunLoop>(&loop));
+}
+
+bool toolkitConnectionAlive() {
+    return connection() != nullptr && xcb_connection_has_error(connection()) == 0;
+}
+
+std::uint32_t windowOf(const VSTGUI::CFrame& frame) {
+    const auto* x11 = dynamic_cast<VSTGUI::X11::IX11Frame*>(frame.getPlatformFrame());
+    return x11 != nullptr ? x11->getX11WindowID() : 0;
+}
+
+bool windowExists(std::uint32_t window) {
+    const ReplyPtr<xcb_get_geometry_reply_t> reply(
+        xcb_get_geometry_reply(connection(), xcb_get_geometry(connection(), window), nullptr));
+    return reply != nullptr;
+}
+
+void announceMapped(std::uint32_t window) {
+    const ReplyPtr<xcb_intern_atom_reply_t> atom(xcb_intern_atom_reply(
+        connection(),
+        xcb_intern_atom(connection(), 0, static_cast<std::uint16_t>(embedPropertyName.size()),
+                        embedPropertyName.data()),
+        nullptr));
+    if (atom != nullptr)
+        xcb_change_property(connection(), XCB_PROP_MODE_REPLACE, window, atom->atom, atom->atom, 32,
+                            embedVersionAndMapped.size(), embedVersionAndMapped.data());
+    xcb_map_window(connection(), window);
+    xcb_flush(connection());
+}
+
+void destroyWindow(std::uint32_t window) {
+    xcb_destroy_window(connection(), window);
+    xcb_flush(connection());
+}
+
+} // namespace mirelon

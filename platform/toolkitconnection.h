@@ -1,0 +1,31 @@
+// The toolkit's global state: its set-up and its connection to the X server.
+#pragma once
+
+#include "platform/toolkit.h"
+
+#include <cstdint>
+
+struct xcb_connection_t;
+
+namespace mirelon {
+
+// Makes the toolkit usable; needs no display. Before the first picture, font or
+// frame; every call after the first does nothing.
+void setUpToolkit();
+
+// Opens the toolkit's X connection, served by `loop`, for good. Only when a
+// display is available, and only once.
+void connectToolkit(VSTGUI::X11::IRunLoop& loop);
+bool toolkitConnectionAlive();
+
+// The window of an open frame; 0 when it has none.
+std::uint32_t windowOf(const VSTGUI::CFrame& frame);
+// Whether `window` exists on the toolkit's display.
+bool windowExists(std::uint32_t window);
+// Shows a child window and says so in the property by which embedding hosts
+// learn whether to show it.
+void announceMapped(std::uint32_t window);
+// Destroys a child window; does nothing for one that is already gone.
+void destroyWindow(std::uint32_t window);
+
+} // namespace mirelon

@@ -1,0 +1,321 @@
+// The preset panel: its controls, what they do, and what it shows.
+#include "platform/idletimer.h"
+#include "presetsystem/bitmaps.h"
+#include "presetsystem/cpresetsystemeditor.h"
+#include "presetsystem/displayname.h"
+#include "presetsystem/panelcontrols.h"
+#include "resources/resources.h"
+
+#include <algorithm>
+#include <cstring>
+#include <string>
+
+using namespace VSTGUI;
+using mirelon::loadBitmap;
+using mirelon::PresetName;
+using mirelon::validUtf8;
+
+namespace {
+
+enum PanelTag : int32_t {
+    firstTag = 1000,
+    nameTag = firstTag,
+    rockerTag = 1001,
+    loadBankTag = 1002,
+    saveBankTag = 1003,
+    loadPresetTag = 1004,
+    savePresetTag = 1005,
+    menuTag = 1012,
+    defaultBankTag = 1013,
+    defaultPresetTag = 1014,
+    storeATag = 1015,
+    storeBTag = 1016,
+    recallATag = 1017,
+    recallBTag = 1018,
+    lastTag = recallBTag
+};
+
+const CRect nameRect(91, 320, 201, 334);
+const CRect menuRect(207, 319, 217, 333);
+const CRect rockerRect(219, 319, 250, 333);
+
+const CColor nameBackColor(189, 207, 218, 255);
+const CColor nameInkColor(36, 36, 32, 255);
+
+constexpr int32_t menuStyle = COptionMenu::kPopupStyle | COptionMenu::kCheckStyle |
+                              CParamDisplay::kNoTextStyle | CParamDisplay::kNoDrawStyle;
+
+// Below this a default button asks for the stored default to be cleared.
+constexpr float clearThreshold = 0.75F;
+// What a load button sends for a file of the other byte order.
+constexpr float reversedRequest = 0.5F;
+
+// Marks for the next idle: parameters take the bits of their indices.
+constexpr std::uint32_t nameMark = 1U << kNumPresetParams;
+constexpr std::uint32_t bankMark = nameMark << 1U;
+constexpr std::uint32_t parameterMark(int index) {
+    return 1U << static_cast<unsigned>(index);
+}
+
+PresetName presetName(const char* text) {
+    PresetName name{};
+    std::memcpy(name.data(), text, strnlen(text, kPresetNameLen));
+    return name;
+}
+
+UTF8String shown(const PresetName& name) {
+    return UTF8String(validUtf8(name.data()));
+}
+
+} // namespace
+
+CPresetSystemEditor::CPresetSystemEditor(AudioEffect* effect)
+    : AEffGUIEditor(effect) {
+    presetEffect().setEditorLink(this);
+}
+
+CPresetSystemEditor::~CPresetSystemEditor() {
+    storePathsAndFilenames();
+    presetEffect().setEditorLink(nullptr);
+}
+
+bool CPresetSystemEditor::showsAtOnce() const noexcept {
+    return windowOpen.load(std::memory_order_acquire) && mirelon::RunLoop::instance().isOwnThread();
+}
+
+void CPresetSystemEditor::markParameter(long index) noexcept {
+    if (index >= 0 && index < kNumPresetParams)
+        marks.fetch_or(parameterMark(static_cast<int>(index)), std::memory_order_release);
+}
+
+bool CPresetSystemEditor::open(void* /*parent*/) {
+    if (frame == nullptr || effect == nullptr)
+        return false;
+    // What was left before is in the values that the controls start with.
+    marks.store(0, std::memory_order_relaxed);
+    windowOpen.store(true, std::memory_order_release);
+    addPanel();
+    idleTimer = createTimer(this);
+    return true;
+}
+
+void CPresetSystemEditor::addPanel() {
+    const double scale = frame->getZoom();
+    const auto background = loadBitmap(mirelon::kPictureBackground, scale);
+    const auto rocker = loadBitmap(mirelon::kPictureRocker, scale);
+    const auto square = loadBitmap(mirelon::kPictureSquareButton, scale);
+    const auto defaultBank = loadBitmap(mirelon::kPictureDefaultBank, scale);
+    const auto defaultPreset = loadBitmap(mirelon::kPictureDefaultPreset, scale);
+
+    nameField = new CTextEdit(nameRect, this, nameTag, nullptr, background);
+    nameField->setBackOffset(nameRect.getTopLeft());
+    nameField->setFont(kNormalFontSmall);
+    nameField->setBackColor(nameBackColor);
+    nameField->setFontColor(nameInkColor);
+    nameField->setFrameColor(nameInkColor);
+    nameField->setHoriAlign(kCenterText);
+    frame->addView(nameField);
+
+    presetMenu = new COptionMenu(menuRect, this, menuTag, background, nullptr, menuStyle);
+    presetMenu->setBackOffset(menuRect.getTopLeft());
+    frame->addView(presetMenu);
+
+    frame->addView(mirelon::newRockerSwitch(rockerRect, this, rockerTag, rocker));
+    const auto addSaveLoad = [&](const CRect& rect, PanelTag tag) {
+        frame->addView(mirelon::newSaveLoadButton(rect, this, tag, square));
+    };
+    const auto addMemory = [&](const CRect& rect, PanelTag tag) {
+        frame->addView(mirelon::newKickButton(rect, this, tag, square, false));
+    };
+    // A stored default is replaced or cleared by a double click only.
+    const auto addDefault = [&](const CRect& rect, PanelTag tag, CBitmap* pictures) {
+        frame->addView(mirelon::newKickButton(rect, this, tag, pictures, true));
+    };
+    addSaveLoad(CRect(71, 327, 83, 341), loadBankTag);
+    addSaveLoad(CRect(8, 327, 20, 341), saveBankTag);
+    addDefault(CRect(26, 329, 63, 339), defaultBankTag, defaultBank);
+    addSaveLoad(CRect(71, 312, 83, 326), loadPresetTag);
+    addSaveLoad(CRect(8, 312, 20, 326), savePresetTag);
+    addDefault(CRect(22, 314, 69, 324), defaultPresetTag, defaultPreset);
+    addMemory(CRect(279, 312, 291, 326), recallATag);
+    addMemory(CRect(254, 312, 266, 326), storeATag);
+    addMemory(CRect(279, 327, 291, 341), recallBTag);
+    addMemory(CRect(254, 327, 266, 341), storeBTag);
+
+    showBank();
+}
+
+void CPresetSystemEditor::close() {
+    windowOpen.store(false, std::memory_order_release);
+    if (idleTimer != nullptr)
+        destroyTimer(idleTimer);
+    idleTimer = nullptr;
+    nameField = nullptr;
+    presetMenu = nullptr;
+}
+
+void CPresetSystemEditor::idle() {
+    showMarked();
+    AEffGUIEditor::idle();
+}
+
+void CPresetSystemEditor::showMarked() {
+    if (!showsAtOnce())
+        return;
+    const std::uint32_t marked = marks.exchange(0, std::memory_order_acquire);
+    for (int i = 0; i < kNumPresetParams; ++i)
+        if ((marked & parameterMark(i)) != 0)
+            setParameter(long{i}, presetEffect().getParameter(i));
+    if ((marked & bankMark) != 0)
+        showBank();
+    else if ((marked & nameMark) != 0)
+        showName(
+            presetEffect().bank()[static_cast<std::size_t>(presetEffect().getPresetNo())].name());
+}
+
+// --- What the controls do ---
+
+void CPresetSystemEditor::valueChanged(CControl* control) {
+    if (effect == nullptr || control->getTag() < firstTag || control->getTag() > lastTag)
+        return;
+    const float value = control->getValue();
+    // A file operation may end with this editor gone: nothing comes after it.
+    switch (control->getTag()) {
+    case nameTag:
+        return renamePreset();
+    case rockerTag:
+        return stepPreset(value);
+    case menuTag:
+        return choosePreset(value);
+    case loadBankTag:
+        return loadBank(value == reversedRequest);
+    case saveBankTag:
+        return saveBank();
+    case loadPresetTag:
+        return loadPreset(value == reversedRequest);
+    case savePresetTag:
+        return savePreset();
+    case defaultBankTag:
+        return value < clearThreshold ? resetDefaultBank() : saveDefaultBank();
+    case defaultPresetTag:
+        return value < clearThreshold ? resetDefaultPreset() : saveDefaultPreset();
+    case storeATag:
+        return storeA();
+    case storeBTag:
+        return storeB();
+    case recallATag:
+        return recallA();
+    case recallBTag:
+        return recallB();
+    default:
+        return;
+    }
+}
+
+void CPresetSystemEditor::renamePreset() {
+    if (nameField == nullptr)
+        return;
+    const PresetName name = presetName(nameField->getText().data());
+    showName(name);
+    presetEffect().setPresetName(name.data());
+}
+
+void CPresetSystemEditor::stepPreset(float direction) {
+    if (direction == 0.0F)
+        return;
+    const int step = direction > 0.0F ? 1 : -1;
+    const int preset = std::clamp(presetEffect().getPresetNo() + step, 0, kNumPresets - 1);
+    const PresetName name = presetEffect().bank()[static_cast<std::size_t>(preset)].name();
+    if (presetMenu != nullptr)
+        presetMenu->setValue(static_cast<float>(preset));
+    if (nameField != nullptr)
+        nameField->setText(shown(name));
+    presetEffect().setPresetNo(preset);
+    presetEffect().setPresetName(name.data());
+}
+
+void CPresetSystemEditor::choosePreset(float menuValue) {
+    const int preset = static_cast<int>(menuValue + 0.5F);
+    if (presetMenu == nullptr || presetMenu->getEntry(preset) == nullptr)
+        return;
+    presetMenu->setValue(static_cast<float>(preset));
+    const UTF8String title = presetMenu->getEntry(preset)->getTitle();
+    const PresetName stored = presetEffect().bank()[static_cast<std::size_t>(preset)].name();
+    // The title names the preset, but a name that could not be shown as it
+    // stands keeps its bytes.
+    const PresetName name = title == shown(stored) ? stored : presetName(title.data());
+    presetEffect().setPresetNo(preset);
+    presetEffect().setPresetName(name.data());
+    if (nameField != nullptr)
+        nameField->setText(shown(name));
+}
+
+// Controller assignment is switched off.
+void CPresetSystemEditor::endLearn() {}
+void CPresetSystemEditor::endCancel() {}
+
+// --- What the panel shows ---
+
+void CPresetSystemEditor::showName(const PresetName& name) {
+    if (nameField != nullptr)
+        nameField->setText(shown(name));
+    if (presetMenu != nullptr && presetMenu->getCurrent() != nullptr)
+        presetMenu->getCurrent()->setTitle(shown(name));
+}
+
+void CPresetSystemEditor::showBank() {
+    if (presetMenu == nullptr || nameField == nullptr)
+        return;
+    const PresetBank& bank = presetEffect().bank();
+    // Entries are renamed rather than replaced: the menu may be on show.
+    for (int i = 0; i < kNumPresets; ++i) {
+        const UTF8String title = shown(bank[static_cast<std::size_t>(i)].name());
+        if (CMenuItem* entry = presetMenu->getEntry(i))
+            entry->setTitle(title);
+        else
+            // As an item: a plain title "-" would become a separator.
+            presetMenu->addEntry(new CMenuItem(title));
+    }
+    const int current = presetEffect().getPresetNo();
+    presetMenu->setValue(static_cast<float>(current));
+    nameField->setText(shown(bank[static_cast<std::size_t>(current)].name()));
+}
+
+void CPresetSystemEditor::nameChangedExternal(char* name) {
+    if (name == nullptr)
+        return;
+    if (showsAtOnce())
+        showName(presetName(name));
+    else
+        marks.fetch_or(nameMark, std::memory_order_release);
+}
+
+void CPresetSystemEditor::nameChangedInternal(char* name) {
+    nameChangedExternal(name);
+    presetEffect().setPresetName(name);
+}
+
+void CPresetSystemEditor::bankReplaced() {
+    if (showsAtOnce())
+        showBank();
+    else
+        marks.fetch_or(bankMark, std::memory_order_release);
+}
+
+void CPresetSystemEditor::showCurrentName(const PresetName& name) {
+    if (showsAtOnce())
+        showName(name);
+    else
+        marks.fetch_or(nameMark, std::memory_order_release);
+}
+
+void CPresetSystemEditor::showBankName(int preset, const PresetName& name) {
+    if (!showsAtOnce()) {
+        marks.fetch_or(bankMark, std::memory_order_release);
+        return;
+    }
+    if (presetMenu == nullptr || presetMenu->getEntry(preset) == nullptr)
+        return;
+    presetMenu->setValue(static_cast<float>(preset));
+    presetMenu->getEntry(preset)->setTitle(shown(name));
+}

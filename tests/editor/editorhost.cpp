@@ -1,0 +1,159 @@
+#include "tests/editor/editorhost.h"
+
+#include <X11/keysym.h>
+#include <cctype>
+#include <glib.h>
+#include <thread>
+
+namespace mirelon::test {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr double windowWidth = 324;
+
+// Further than the reach of a double click.
+constexpr double elsewhere = 20;
+
+} // namespace
+
+void PrintTo(Drive drive, std::ostream* out) {
+    *out << (drive == Drive::hostIdle ? "HostIdle" : drive == Drive::glib ? "Glib" : "Both");
+}
+
+const hosting::Module& plugin() {
+    static const hosting::Module module(MIRELON_PLUGIN_FILE);
+    return module;
+}
+
+EditorHost::EditorHost(Drive drive)
+    : drive(drive) {
+    VirtualDisplay::start();
+    effect = std::make_unique<hosting::Effect>(plugin(), host);
+    const ERect size = rect();
+    window = std::make_unique<XWindow>(size.right - size.left, size.bottom - size.top);
+    scale = (size.right - size.left) / windowWidth;
+}
+
+EditorHost::~EditorHost() {
+    effect.reset();
+    run(20ms);
+}
+
+ERect EditorHost::rect() {
+    ERect* answer = nullptr;
+    effect->dispatch(effEditGetRect, 0, 0, &answer);
+    return *answer;
+}
+
+VstIntPtr EditorHost::open() {
+    const VstIntPtr answer = effect->dispatch(effEditOpen, 0, 0, window->asParent());
+    run(100ms);
+    return answer;
+}
+
+void EditorHost::close() {
+    effect->dispatch(effEditClose);
+}
+
+void EditorHost::turn() {
+    if (drive != Drive::hostIdle)
+        while (g_main_context_iteration(nullptr, FALSE) != FALSE) {
+        }
+    if (drive != Drive::glib && effect != nullptr)
+        effect->dispatch(effEditIdle);
+}
+
+void EditorHost::run(std::chrono::milliseconds time) {
+    const auto end = std::chrono::steady_clock::now() + time;
+    do {
+        turn();
+        std::this_thread::sleep_for(4ms);
+    } while (std::chrono::steady_clock::now() < end);
+}
+
+bool EditorHost::runUntil(const std::function<bool()>& reached) {
+    const auto end = std::chrono::steady_clock::now() + 2s;
+    while (!reached()) {
+        if (std::chrono::steady_clock::now() > end)
+            return false;
+        turn();
+        std::this_thread::sleep_for(4ms);
+    }
+    return true;
+}
+
+void EditorHost::moveTo(double x, double y) {
+    window->moveTo(x * scale, y * scale);
+    run(40ms);
+}
+
+void EditorHost::press(unsigned button) {
+    window->press(button);
+    run(40ms);
+}
+
+void EditorHost::release(unsigned button) {
+    window->release(button);
+    run(40ms);
+}
+
+void EditorHost::click(double x, double y, unsigned button) {
+    moveTo(x, y);
+    press(button);
+    release(button);
+}
+
+// The toolkit starts a sequence of clicks anew once the pointer has been away.
+void EditorHost::doubleClick(double x, double y) {
+    moveTo(x, y - elsewhere);
+    moveTo(x, y);
+    window->press();
+    window->release();
+    window->press();
+    run(40ms);
+    release();
+}
+
+void EditorHost::drag(double fromX, double fromY, double toX, double toY) {
+    moveTo(fromX, fromY);
+    press();
+    moveTo((fromX + toX) / 2, (fromY + toY) / 2);
+    moveTo(toX, toY);
+    release();
+}
+
+void EditorHost::wheel(double x, double y, unsigned button) {
+    moveTo(x, y);
+    press(button);
+    release(button);
+}
+
+void EditorHost::key(unsigned long keysym) {
+    window->keyDown(keysym);
+    window->keyUp(keysym);
+    run(20ms);
+}
+
+void EditorHost::type(std::string_view text) {
+    for (const char c : text)
+        key(c == ' ' ? XK_space : static_cast<unsigned long>(static_cast<unsigned char>(c)));
+}
+
+void EditorHost::hold(unsigned long keysym) {
+    window->keyDown(keysym);
+    run(20ms);
+}
+
+void EditorHost::letGo(unsigned long keysym) {
+    window->keyUp(keysym);
+    run(20ms);
+}
+
+Pixels EditorHost::pixels() {
+    run(80ms);
+    return window->pixels();
+}
+
+} // namespace mirelon::test

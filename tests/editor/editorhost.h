@@ -1,0 +1,64 @@
+// The built plug-in with its editor in a host's window, and a user who drives
+// it with pointer and keys.
+#pragma once
+
+#include "tests/support/xwindow.h"
+#include "tools/host/hosting.h"
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <ostream>
+#include <string_view>
+
+namespace mirelon::test {
+
+// What keeps an editor alive: the host's idle command, or the host's GLib main
+// loop.
+enum class Drive { hostIdle, glib, both };
+
+void PrintTo(Drive drive, std::ostream* out);
+
+const hosting::Module& plugin();
+
+class EditorHost {
+  public:
+    explicit EditorHost(Drive drive = Drive::hostIdle);
+    ~EditorHost();
+
+    VstIntPtr open();
+    void close();
+    ERect rect();
+
+    // Lets the host's loop run.
+    void run(std::chrono::milliseconds time = std::chrono::milliseconds(60));
+    // Runs until `reached` or for two seconds; answers whether it was reached.
+    bool runUntil(const std::function<bool()>& reached);
+
+    // Positions are in the editor's own pixels at scale 1.
+    void moveTo(double x, double y);
+    void press(unsigned button = 1);
+    void release(unsigned button = 1);
+    void click(double x, double y, unsigned button = 1);
+    void doubleClick(double x, double y);
+    void drag(double fromX, double fromY, double toX, double toY);
+    void wheel(double x, double y, unsigned button);
+    void key(unsigned long keysym);
+    void type(std::string_view text); // lower-case letters, digits and blanks
+    void hold(unsigned long keysym);
+    void letGo(unsigned long keysym);
+
+    Pixels pixels();
+
+    hosting::RecordingHost host;
+    std::unique_ptr<hosting::Effect> effect;
+    std::unique_ptr<XWindow> window;
+    double scale = 1.0;
+
+  private:
+    void turn();
+
+    Drive drive;
+};
+
+} // namespace mirelon::test

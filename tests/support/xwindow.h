@@ -1,0 +1,68 @@
+// A host's window on the test display, and a user in front of it.
+#pragma once
+
+#include "tests/support/virtualdisplay.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+struct _XDisplay;
+
+namespace mirelon::test {
+
+struct Pixels {
+    int width = 0;
+    int height = 0;
+    std::vector<std::uint32_t> rgb; // 0xRRGGBB, row by row
+
+    std::uint32_t at(int x, int y) const {
+        return rgb[static_cast<std::size_t>(y) * static_cast<std::size_t>(width) +
+                   static_cast<std::size_t>(x)];
+    }
+    // The part from (left, top) to just before (right, bottom).
+    Pixels part(int left, int top, int right, int bottom) const;
+    bool operator==(const Pixels&) const = default;
+};
+
+// A picture file as it would look on `background` (0xRRGGBB).
+void savePng(const Pixels& pixels, const std::filesystem::path& file);
+
+// Uses an X connection of its own. Positions are pixels from the window's
+// corner. Input is real: it goes through the server to whatever is there.
+class XWindow {
+  public:
+    XWindow(int width, int height);
+    ~XWindow();
+    XWindow(const XWindow&) = delete;
+    XWindow& operator=(const XWindow&) = delete;
+
+    std::uint32_t id() const { return window; }
+    void* asParent() const;
+    void destroy();
+    void resize(int width, int height);
+
+    std::vector<std::uint32_t> children() const;
+    bool isMapped(std::uint32_t child) const;
+    // The two words of the property by which a child asks to be shown; empty
+    // when it has none.
+    std::vector<std::uint32_t> embedInfo(std::uint32_t child) const;
+    Pixels pixels() const;
+
+    void moveTo(double x, double y);
+    void press(unsigned button = 1);
+    void release(unsigned button = 1);
+    void keyDown(unsigned long keysym);
+    void keyUp(unsigned long keysym);
+
+  private:
+    _XDisplay* display;
+    std::uint32_t window = 0;
+    int width;
+    int height;
+};
+
+} // namespace mirelon::test
