@@ -24,5 +24,8 @@ file(REMOVE "${OUTPUT}.md")
 string(REGEX REPLACE "\n\\.(SH|SS)\n" "\n.\\1 " page "${page}")
 # Words in the narrow cells of a table are neither spread nor broken.
 string(REPLACE "expand allbox" "allbox" page "${page}")
+# Tables start at the edge: tbl reckons with the whole line.
+string(REPLACE "\n.TS\n" "\n.in 0\n.TS\n" page "${page}")
+string(REPLACE "\n.TE\n" "\n.TE\n.in\n" page "${page}")
 string(REGEX REPLACE "(\n\\.TH [^\n]*\n)" "\\1.nh\n.ad l\n" page "${page}")
 file(WRITE "${OUTPUT}" "'\\\" t\n${page}")
