@@ -8,6 +8,7 @@ std::span<const Command> commands() {
     static constexpr std::array table{
         Command{"info", "Show what the plug-in says about itself", defineInfo},
         Command{"render", "Send an audio file through the plug-in", defineRender},
+        Command{"plot", "Draw a file's stereo image before and after the plug-in", definePlot},
         Command{"chunk", "Save, load or show the plug-in's state", defineChunk},
     };
     return table;

@@ -25,6 +25,7 @@ std::span<const Command> commands();
 
 Run defineChunk(CLI::App& parser);
 Run defineInfo(CLI::App& parser);
+Run definePlot(CLI::App& parser);
 Run defineRender(CLI::App& parser);
 
 } // namespace mirelon::tools

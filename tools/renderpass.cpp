@@ -117,10 +117,11 @@ void RenderPass::applyState(const RenderOptions& options) {
     }
     for (const std::string& text : options.ramps) {
         const ParameterRamp ramp = parseRamp(plugin.effect, text);
-        plugin.effect.setParameter(ramp.index, ramp.last);
-        const std::string last = plugin.effect.parameterDisplay(ramp.index);
         plugin.effect.setParameter(ramp.index, ramp.first);
-        tell(parameterText(plugin.effect, ramp.index) + " to " + last);
+        const std::string first = plugin.effect.parameterDisplay(ramp.index);
+        plugin.effect.setParameter(ramp.index, ramp.last);
+        tell(parameterText(plugin.effect, ramp.index) + " from " + first);
+        plugin.effect.setParameter(ramp.index, ramp.first);
         ramps.push_back(ramp);
     }
 }

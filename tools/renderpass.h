@@ -46,6 +46,8 @@ class RenderPass {
 
     const AudioReader& input() const noexcept { return reader; }
 
+    std::string effectName() const { return plugin.effect.name(); }
+
     // What the effect was told, for people: "preset 1 "swapped", width 200.00 %".
     const std::string& settingsText() const noexcept { return told; }
 
