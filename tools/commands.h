@@ -23,6 +23,7 @@ struct Command {
 
 std::span<const Command> commands();
 
+Run defineCheck(CLI::App& parser);
 Run defineChunk(CLI::App& parser);
 Run defineInfo(CLI::App& parser);
 Run definePlot(CLI::App& parser);
