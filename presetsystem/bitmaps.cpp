@@ -43,8 +43,9 @@ class CrispBitmap final : public CBitmap {
             return;
         const CGraphicsTransform transform = context->getCurrentTransform();
         const CPoint origin = snapped(transform, {rect.left - offset.x, rect.top - offset.y});
-        const CRect target(snapped(transform, rect.getTopLeft()),
-                           snapped(transform, rect.getBottomRight()));
+        CRect target;
+        target.setTopLeft(snapped(transform, rect.getTopLeft()));
+        target.setBottomRight(snapped(transform, rect.getBottomRight()));
         const CDrawContext::Transform inScreenPixels(*context, transform.inverse());
         const CPoint inPicture(target.left - origin.x, target.top - origin.y);
         if (transform.m11 == scale)

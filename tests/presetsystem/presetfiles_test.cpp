@@ -1,0 +1,391 @@
+#include "tests/presetsystem/scriptededitor.h"
+#include "tests/support/childprocess.h"
+
+#include <algorithm>
+#include <gtest/gtest.h>
+
+namespace mirelon::test {
+namespace {
+
+using namespace std::string_literals;
+using Call = RecordingHost::Call;
+
+class PresetFiles : public testing::Test {
+  protected:
+    void SetUp() override { editor().makeFrame(); }
+    // The window goes before the instance does.
+    void TearDown() override {
+        if (instance)
+            editor().dropFrame();
+    }
+
+    ScriptedEditor& editor() { return *instance->editor; }
+    RecordingEffect& effect() { return instance->effect; }
+    void answer(const std::filesystem::path& path) { editor().answers.emplace_back(path.string()); }
+
+    const TemporaryFolder folder;
+    std::optional<ScriptedInstance> instance{std::in_place, folder / "config"};
+};
+
+std::string presetFileOf(RecordingEffect& effect, int preset) {
+    return "tSeT\x21" + effect.bytes().substr(static_cast<std::size_t>(preset) * 60, 60);
+}
+
+std::string bankFileOf(RecordingEffect& effect) {
+    return "tSeT\x37" + effect.bytes();
+}
+
+TEST_F(PresetFiles, ASavedPresetIsOwnerTypeAndRecord) {
+    effect().setPresetNo(3);
+    answer(folder / "a.dvp");
+    editor().savePreset();
+    EXPECT_EQ(contentsOf(folder / "a.dvp"), presetFileOf(effect(), 3));
+}
+
+TEST_F(PresetFiles, ASavedBankIsOwnerTypeAndRecords) {
+    answer(folder / "a.dvb");
+    editor().saveBank();
+    EXPECT_EQ(contentsOf(folder / "a.dvb"), bankFileOf(effect()));
+}
+
+TEST_F(PresetFiles, ASavedPresetLoadsBackToTheSameBytes) {
+    effect().setParameter(3, 0.123F);
+    const std::string saved = effect().bytes();
+    answer(folder / "a.dvp");
+    editor().savePreset();
+    effect().setParameter(3, 0.9F);
+    effect().setPresetName("changed");
+    answer(folder / "a.dvp");
+    editor().loadPreset(false);
+    EXPECT_EQ(effect().bytes(), saved);
+}
+
+TEST_F(PresetFiles, APresetLoadsIntoTheCurrentPresetAndIsApplied) {
+    writeFile(folder / "a.dvp", presetFileOf(effect(), 8));
+    effect().setPresetNo(2);
+    effect().sets.clear();
+    RecordingHost::calls.clear();
+    answer(folder / "a.dvp");
+    editor().loadPreset(false);
+    EXPECT_EQ(effect().name(2), "preset 8");
+    EXPECT_EQ(effect().getParameter(5), RecordingEffect::startValue(8, 5));
+    EXPECT_EQ(effect().getPresetNo(), 2);
+    ASSERT_EQ(effect().sets.size(), 9U);
+    EXPECT_EQ(effect().sets[5].second, RecordingEffect::startValue(8, 5));
+    // The renaming tells the host, then the applying.
+    EXPECT_EQ(RecordingHost::calls, (std::vector<Call>{{audioMasterUpdateDisplay, 0},
+                                                       {audioMasterUpdateDisplay, 0},
+                                                       {audioMasterBeginEdit, 0},
+                                                       {audioMasterEndEdit, 0}}));
+}
+
+TEST_F(PresetFiles, ALoadedNameEndsAtItsTerminator) {
+    std::string file = presetFileOf(effect(), 1);
+    file.replace(5, 24, "ab\0behind\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0"s);
+    writeFile(folder / "a.dvp", file);
+    answer(folder / "a.dvp");
+    editor().loadPreset(false);
+    EXPECT_EQ(effect().bytes().substr(0, 24), "ab"s + std::string(22, '\0'));
+}
+
+TEST_F(PresetFiles, APresetWithAValueOutOfRangeLeavesThePresetAsItWas) {
+    std::string file = presetFileOf(effect(), 8);
+    file.replace(29 + 8, 4, "\x3F\xC0\x00\x00"s); // 1.5
+    writeFile(folder / "a.dvp", file);
+    const std::string before = effect().bytes();
+    answer(folder / "a.dvp");
+    editor().loadPreset(false);
+    EXPECT_EQ(effect().bytes(), before);
+    EXPECT_TRUE(effect().sets.empty());
+    EXPECT_TRUE(RecordingHost::calls.empty());
+}
+
+TEST_F(PresetFiles, AShortPresetLoadsZerosForWhatIsMissing) {
+    writeFile(folder / "a.dvp", presetFileOf(effect(), 8).substr(0, 37));
+    answer(folder / "a.dvp");
+    editor().loadPreset(false);
+    EXPECT_EQ(effect().name(0), "preset 8");
+    EXPECT_EQ(effect().getParameter(1), RecordingEffect::startValue(8, 1));
+    for (int j = 2; j < kNumPresetParams; ++j)
+        EXPECT_EQ(effect().getParameter(j), 0.0F);
+}
+
+TEST_F(PresetFiles, AMissingPresetFileChangesNothing) {
+    const std::string before = effect().bytes();
+    answer(folder / "none.dvp");
+    editor().loadPreset(false);
+    EXPECT_EQ(effect().bytes(), before);
+    EXPECT_TRUE(effect().sets.empty());
+    EXPECT_FALSE(exists(folder / "none.dvp"));
+}
+
+TEST_F(PresetFiles, AReversedPresetNeedsTheReversedLoad) {
+    std::string file = presetFileOf(effect(), 8);
+    for (std::size_t at = 29; at < 65; at += 4)
+        std::reverse(&file[at], &file[at] + 4);
+    writeFile(folder / "a.dvp", file);
+    answer(folder / "a.dvp");
+    editor().loadPreset(true);
+    EXPECT_EQ(effect().bytes().substr(0, 60), presetFileOf(effect(), 8).substr(5));
+    EXPECT_EQ(editor().questions.back().title, "Load preset (endian-reversed)");
+}
+
+TEST_F(PresetFiles, ABankLoadsWholeAndPresetZeroIsApplied) {
+    RecordingEffect other;
+    other.record(0).setName("first");
+    other.record(10).setName("last");
+    other.record(0).setValue(0, 0.75F);
+    writeFile(folder / "a.dvb", bankFileOf(other));
+    effect().setPresetNo(6);
+    effect().sets.clear();
+    answer(folder / "a.dvb");
+    editor().loadBank(false);
+    EXPECT_EQ(effect().bytes(), other.bytes());
+    EXPECT_EQ(effect().getPresetNo(), 0);
+    // Preset 0 is applied before the image is looked at, and again after.
+    ASSERT_EQ(effect().sets.size(), 18U);
+    EXPECT_EQ(effect().sets[0].second, RecordingEffect::startValue(0, 0));
+    EXPECT_EQ(effect().sets[9].second, 0.75F);
+}
+
+class RefusedBank : public PresetFiles, public testing::WithParamInterface<const char*> {};
+
+TEST_P(RefusedBank, IsIgnoredButPresetZeroIsSelectedAndApplied) {
+    const std::string kind = GetParam();
+    RecordingEffect other;
+    other.record(0).setName("theirs");
+    std::string file = bankFileOf(other);
+    if (kind == "owner")
+        file[0] = 'x';
+    else if (kind == "type")
+        file[4] = '\x21';
+    else if (kind == "value")
+        file.replace(661, 4, "\xBF\x80\x00\x00"s); // the very last value: -1
+    else if (kind == "empty")
+        file.clear();
+    if (kind != "missing")
+        writeFile(folder / "a.dvb", file);
+    effect().setPresetNo(6);
+    effect().sets.clear();
+    const std::string before = effect().bytes();
+    answer(folder / "a.dvb");
+    editor().loadBank(false);
+    EXPECT_EQ(effect().bytes(), before);
+    EXPECT_EQ(effect().getPresetNo(), 0);
+    ASSERT_EQ(effect().sets.size(), 9U);
+    EXPECT_EQ(effect().sets[3].second, RecordingEffect::startValue(0, 3));
+}
+
+INSTANTIATE_TEST_SUITE_P(For, RefusedBank,
+                         testing::Values("owner", "type", "value", "empty", "missing"),
+                         [](const auto& info) { return std::string(info.param); });
+
+TEST_F(PresetFiles, TheQuestionNamesWhatIsAsked) {
+    editor().setDir("/a/folder/");
+    std::ranges::copy("my.dvp"s, editor().currentPresetName.begin());
+    std::ranges::copy("my.dvb"s, editor().currentBankName.begin());
+    editor().savePreset();
+    editor().saveBank();
+    editor().loadPreset(false);
+    editor().loadBank(false);
+    editor().loadBank(true);
+    ASSERT_EQ(editor().questions.size(), 5U);
+    const std::vector<FileQuestion>& asked = editor().questions;
+    EXPECT_EQ(asked[0].title, "Save preset");
+    EXPECT_EQ(asked[0].name, "my.dvp");
+    EXPECT_STREQ(asked[0].type.description, "Dravik Preset");
+    EXPECT_STREQ(asked[0].type.extension, "dvp");
+    EXPECT_TRUE(asked[0].save);
+    EXPECT_EQ(asked[1].title, "Save bank");
+    EXPECT_EQ(asked[1].name, "my.dvb");
+    EXPECT_STREQ(asked[1].type.description, "Dravik Bank");
+    EXPECT_STREQ(asked[1].type.extension, "dvb");
+    EXPECT_EQ(asked[2].title, "Load preset");
+    EXPECT_FALSE(asked[2].save);
+    EXPECT_EQ(asked[3].title, "Load bank");
+    EXPECT_EQ(asked[4].title, "Load bank (endian-reversed)");
+    for (const FileQuestion& question : asked)
+        EXPECT_EQ(question.directory, "/a/folder/");
+}
+
+TEST_F(PresetFiles, AnAnswerBecomesTheLastFolderAndName) {
+    answer(folder / "new.dvp");
+    editor().savePreset();
+    EXPECT_EQ(editor().currentDir.data(), folder.directory());
+    EXPECT_STREQ(editor().currentPresetName.data(), "new.dvp");
+    EXPECT_STREQ(editor().currentBankName.data(), "");
+}
+
+TEST_F(PresetFiles, ADismissedDialogKeepsFolderAndNameAndTouchesNothing) {
+    editor().setDir("/a/folder/");
+    const std::string before = effect().bytes();
+    editor().loadPreset(false);
+    editor().loadBank(false);
+    editor().savePreset();
+    editor().saveBank();
+    EXPECT_STREQ(editor().currentDir.data(), "/a/folder/");
+    EXPECT_EQ(effect().bytes(), before);
+    EXPECT_TRUE(effect().sets.empty());
+}
+
+TEST_F(PresetFiles, WithoutAFrameNothingIsAsked) {
+    editor().dropFrame();
+    editor().loadPreset(false);
+    editor().loadBank(false);
+    editor().savePreset();
+    editor().saveBank();
+    EXPECT_TRUE(editor().questions.empty());
+    EXPECT_TRUE(effect().sets.empty());
+}
+
+TEST_F(PresetFiles, AMissingExtensionIsAppended) {
+    answer(folder / "name");
+    editor().savePreset();
+    answer(folder / "name.with.dots");
+    editor().saveBank();
+    EXPECT_EQ(contentsOf(folder / "name.dvp").size(), 65U);
+    EXPECT_EQ(contentsOf(folder / "name.with.dots.dvb").size(), 665U);
+    EXPECT_STREQ(editor().currentPresetName.data(), "name.dvp");
+}
+
+TEST_F(PresetFiles, AnExtensionInCapitalsIsOne) {
+    answer(folder / "NAME.DVP");
+    editor().savePreset();
+    EXPECT_EQ(contentsOf(folder / "NAME.DVP").size(), 65U);
+}
+
+TEST_F(PresetFiles, AFileThatOnlyTheAppendedExtensionNamesIsReplacedOnlyWhenAskedAgain) {
+    writeFile(folder / "name.dvp", "precious");
+    answer(folder / "name");
+    editor().savePreset();
+    EXPECT_EQ(contentsOf(folder / "name.dvp"), "precious");
+    ASSERT_EQ(editor().questions.size(), 2U);
+    EXPECT_EQ(editor().questions[1].directory, folder.directory());
+    EXPECT_EQ(editor().questions[1].name, "name.dvp");
+
+    answer(folder / "name");
+    answer(folder / "name.dvp");
+    editor().savePreset();
+    EXPECT_EQ(contentsOf(folder / "name.dvp").size(), 65U);
+}
+
+TEST_F(PresetFiles, ANameThatDoesNotFitIsRefusedBeforeAnythingIsWritten) {
+    // 252 and ".dvp" fit into 256; one more does not.
+    const std::string fitting(251, 'n');
+    editor().setDir("/a/folder/");
+    answer("/somewhere/" + std::string(253, 'n') + ".dvp");
+    editor().savePreset();
+    answer(folder / (std::string(300, 'n') + ".dvp"));
+    editor().loadPreset(false);
+    EXPECT_STREQ(editor().currentDir.data(), "/a/folder/");
+    EXPECT_STREQ(editor().currentPresetName.data(), "");
+    answer(folder / (fitting + ".dvp"));
+    editor().savePreset();
+    EXPECT_EQ(contentsOf(folder / (fitting + ".dvp")).size(), 65U);
+}
+
+TEST_F(PresetFiles, AFolderThatDoesNotFitIsRefusedBeforeAnythingIsWritten) {
+    std::filesystem::path deep = folder.path;
+    while (deep.string().size() < 256)
+        deep /= std::string(60, 'd');
+    create_directories(deep);
+    ASSERT_GT(deep.string().size() + 1, 256U);
+    answer(deep / "a.dvp");
+    editor().savePreset();
+    EXPECT_TRUE(is_empty(deep));
+    EXPECT_STREQ(editor().currentDir.data(), "");
+}
+
+TEST_F(PresetFiles, APathOf512CharactersIsRefusedThoughItsPartsFit) {
+    // A folder of 256 characters and a name of 255 make 511; 256 is one more.
+    std::filesystem::path deep = folder.path;
+    while (deep.string().size() < 150)
+        deep /= std::string(50, 'd');
+    deep /= std::string(255 - deep.string().size() - 1, 'd');
+    ASSERT_EQ(deep.string().size() + 1, 256U);
+    create_directories(deep);
+    answer(deep / (std::string(251, 'n') + ".dvp"));
+    editor().savePreset();
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(deep), {}), 1);
+    const std::string kept = editor().currentPresetName.data();
+    answer(deep / (std::string(252, 'm') + ".dvp"));
+    editor().loadPreset(false);
+    EXPECT_EQ(editor().currentPresetName.data(), kept);
+}
+
+TEST_F(PresetFiles, AnAnswerThatIsNoFileIsRefused) {
+    answer(folder.directory());
+    editor().loadBank(false);
+    answer("relative.dvb");
+    editor().loadBank(false);
+    answer("");
+    editor().loadBank(false);
+    EXPECT_STREQ(editor().currentDir.data(), "");
+    EXPECT_TRUE(effect().sets.empty());
+}
+
+TEST_F(PresetFiles, ReadingNeedsTheRightToWrite) {
+    writeFile(folder / "a.dvp", presetFileOf(effect(), 8));
+    permissions(folder / "a.dvp", std::filesystem::perms(0444));
+    EXPECT_EQ(inChild([&] {
+                  becomeOrdinaryUser();
+                  answer(folder / "a.dvp");
+                  editor().loadPreset(false);
+                  return effect().name(0) == "preset 0" ? 0 : 1;
+              }),
+              0);
+}
+
+TEST_F(PresetFiles, AnInstanceThatEndsWhileTheUserThinksIsNotTouched) {
+    writeFile(folder / "a.dvp", presetFileOf(effect(), 8));
+    for (const bool save : {false, true}) {
+        instance.emplace(folder / "config");
+        editor().makeFrame();
+        answer(save ? folder / "b.dvp" : folder / "a.dvp");
+        editor().meanwhile = [this] { instance.reset(); };
+        ScriptedEditor& asking = editor();
+        if (save)
+            asking.savePreset();
+        else
+            asking.loadPreset(false);
+        EXPECT_FALSE(exists(folder / "b.dvp"));
+    }
+}
+
+TEST_F(PresetFiles, AWindowClosedWhileTheUserThinksIsNotRedrawn) {
+    writeFile(folder / "a.dvp", presetFileOf(effect(), 8));
+    answer(folder / "a.dvp");
+    editor().meanwhile = [this] { editor().dropFrame(); };
+    editor().loadPreset(false);
+    EXPECT_EQ(effect().name(0), "preset 8");
+}
+
+TEST_F(PresetFiles, TheControllerMapHasNoFiles) {
+    editor().loadMidi(false);
+    editor().loadMidi(true);
+    editor().saveMidi();
+    editor().saveDefaultMidi();
+    editor().loadDefaultMidi();
+    EXPECT_TRUE(editor().questions.empty());
+    EXPECT_TRUE(effect().sets.empty());
+}
+
+TEST_F(PresetFiles, TheControllerMapHoldsTheParametersBehindThePresets) {
+    midifilestruct image;
+    editor().MidiToBuffer(&image);
+    const std::string bytes(reinterpret_cast<const char*>(image.bytes.data()), 41);
+    std::string expected = "tSeT\x0B";
+    for (int j = 0; j < 9; ++j)
+        expected += "\xBF\x80\x00\x00"s; // -1: there are none
+    EXPECT_EQ(bytes, expected);
+}
+
+TEST_F(PresetFiles, AControllerMapSetsTheParametersBehindThePresets) {
+    midifilestruct image;
+    writeMidiImage(image, testId, {0.25F, 0.5F, 2.0F, 0.75F});
+    editor().BufferToMidi(&image, false);
+    EXPECT_EQ(effect().sets, (std::vector<std::pair<VstInt32, float>>{{9, 0.25F}, {10, 0.5F}}));
+}
+
+} // namespace
+} // namespace mirelon::test
