@@ -139,7 +139,8 @@ Run defineCheck(CLI::App& parser) {
         ->check(CLI::Range(check::lowestLevel, check::highestLevel))
         ->capture_default_str();
     parser.add_option("--only", options->only, "Only this check, whatever its level; repeatable")
-        ->type_name("NAME");
+        ->type_name("NAME")
+        ->allow_extra_args(false);
     parser.add_option("--seed", options->seed, "Replay a run: its random numbers start here")
         ->each([options](const std::string&) { options->seedGiven = true; });
     parser.add_flag("--json", options->json, "One JSON object instead of lines");

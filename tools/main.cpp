@@ -3,7 +3,9 @@
 #include "tools/commands.h"
 #include "tools/exitstatus.h"
 #include "tools/host/pluginerror.h"
+#include "tools/nearestname.h"
 
+#include <algorithm>
 #include <exception>
 #include <iostream>
 #include <string>
@@ -24,6 +26,15 @@ int refuse(std::string why) {
     return exitRefused;
 }
 
+// The parser would only say that there is none.
+void expectCommand(const std::string& name) {
+    std::vector<std::string> names;
+    for (const mirelon::tools::Command& command : mirelon::tools::commands())
+        names.emplace_back(command.name);
+    if (std::find(names.begin(), names.end(), name) == names.end())
+        throw mirelon::tools::CommandError(mirelon::tools::unknownName("command", name, names));
+}
+
 int run(int argc, char** argv) {
     CLI::App parser{"A small host for VST 2.4 effects", "mirelon-host"};
     parser.require_subcommand(1);
@@ -33,6 +44,8 @@ int run(int argc, char** argv) {
         CLI::App* const own = parser.add_subcommand(command.name, command.summary);
         known.emplace_back(own, command.define(*own));
     }
+    if (argc > 1 && *argv[1] != '-')
+        expectCommand(argv[1]);
     try {
         parser.parse(argc, argv);
     } catch (const CLI::Success& help) {

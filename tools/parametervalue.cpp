@@ -3,6 +3,7 @@
 #include "tools/commanderror.h"
 #include "tools/nearestname.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <optional>
@@ -70,14 +71,19 @@ class DisplaySearch {
         return valueOf((first + last + 1) / 2);
     }
 
-    // The value whose shown number is nearest to `wanted`, if `wanted` lies
-    // between two numbers that neighbouring values show.
+    // The middle of the values that show the wanted number, or the value around
+    // which the display leaps over it; nothing when it lies outside of what is
+    // shown.
     std::optional<float> between(const ShownNumber& wanted) const {
         for (int step = 0; step < searchSteps; ++step) {
             const auto low = distance(at(step), wanted);
             const auto high = distance(at(step + 1), wanted);
-            if (low && high && (*low <= 0.0) != (*high < 0.0))
-                return bisect(valueOf(step), valueOf(step + 1), wanted);
+            if (!low || !high || *low == *high || *low * *high > 0.0)
+                continue;
+            const bool rising = *low < *high;
+            const float first = edge(std::max(step - 1, 0), rising, false, wanted);
+            const float last = edge(std::max(step - 1, 0), rising, true, wanted);
+            return (first + last) / 2.0F;
         }
         return std::nullopt;
     }
@@ -104,18 +110,18 @@ class DisplaySearch {
         return number->number - wanted.number;
     }
 
-    float bisect(float low, float high, const ShownNumber& wanted) const {
-        const auto above = [&](float value) {
-            return distance(display(value), wanted).value_or(0.0);
-        };
-        const bool rising = above(low) <= 0.0;
+    // Where, from `step` on, the display reaches the wanted number, or where it
+    // goes past it.
+    float edge(int step, bool rising, bool past, const ShownNumber& wanted) const {
+        float low = valueOf(step);
+        float high = valueOf(std::min(step + 3, searchSteps));
         for (int i = 0; i < bisections; ++i) {
             const float middle = (low + high) / 2.0F;
-            if (above(middle) == 0.0)
-                return middle;
-            ((above(middle) < 0.0) == rising ? low : high) = middle;
+            const double above = distance(display(middle), wanted).value_or(0.0);
+            const double ahead = rising ? above : -above;
+            ((past ? ahead > 0.0 : ahead >= 0.0) ? high : low) = middle;
         }
-        return std::abs(above(low)) <= std::abs(above(high)) ? low : high;
+        return high;
     }
 
     hosting::Effect& effect;

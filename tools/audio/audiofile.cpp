@@ -59,8 +59,16 @@ std::size_t AudioReader::read(std::span<double> left, std::span<double> right) {
     interleaved.resize(wanted * channelCount);
     const auto got = static_cast<std::size_t>(
         sf_readf_double(handle.get(), interleaved.data(), static_cast<sf_count_t>(wanted)));
-    if (got < wanted && sf_error(handle.get()) != SF_ERR_NO_ERROR)
-        throw CommandError(path.string() + ": damaged (" + libraryMessage(handle.get()) + ")");
+    position += static_cast<std::int64_t>(got);
+    if (got < wanted) {
+        if (sf_error(handle.get()) != SF_ERR_NO_ERROR)
+            throw CommandError(path.string() + ": damaged (" + libraryMessage(handle.get()) + ")");
+        // An MPEG file's length is an estimate.
+        if (position < info.frames && (info.format & SF_FORMAT_TYPEMASK) != SF_FORMAT_MPEG)
+            throw CommandError(path.string() + ": damaged (it ends after " +
+                               std::to_string(position) + " of " + std::to_string(info.frames) +
+                               " frames)");
+    }
     for (std::size_t i = 0; i < got; ++i) {
         left[i] = interleaved[i * channelCount];
         right[i] = interleaved[i * channelCount + channelCount - 1];

@@ -41,6 +41,7 @@ class AudioReader {
     std::filesystem::path path;
     SF_INFO info{};
     SoundFile handle;
+    std::int64_t position = 0;
     std::vector<double> interleaved;
 };
 

@@ -131,7 +131,7 @@ constexpr std::array table{
     Check{"audio-double-precision", 3, doubles, 120},
     Check{"audio-changing-blocks", 3, changingBlocks, 60},
     Check{"audio-in-place", 3, inPlace, 60},
-    Check{"audio-silence", 3, silence, 30},
+    Check{"audio-silence", 3, silence, 15},
 };
 
 } // namespace

@@ -76,7 +76,7 @@ std::string indices(const Subject& subject) {
     start(effect, 48000, 128);
     Buffers<float> buffers(effect, 128);
     for (const VstInt32 index : {-1, count, count + 1, 1000000, INT_MAX, INT_MIN}) {
-        effect.setParameter(index, 0.5F);
+        effect.setParameter(index, 0.123F); // hardly what a parameter has already
         look(effect, buffers, index);
         effect.parameterName(index);
         effect.parameterLabel(index);

@@ -1,0 +1,142 @@
+// mirelon-host plot: the picture shows what it should where it should.
+#include "tests/support/temporaryfolder.h"
+#include "tests/tools/hostprogram.h"
+#include "tests/tools/soundfile.h"
+
+#include <cairo.h>
+#include <cmath>
+#include <gmock/gmock.h>
+#include <memory>
+#include <sndfile.h>
+
+namespace mirelon::test {
+namespace {
+
+using testing::HasSubstr;
+
+struct DestroySurface {
+    void operator()(cairo_surface_t* surface) const { cairo_surface_destroy(surface); }
+};
+
+class Picture {
+  public:
+    explicit Picture(const std::filesystem::path& file)
+        : surface(cairo_image_surface_create_from_png(file.c_str())) {}
+
+    int width() const { return cairo_image_surface_get_width(surface.get()); }
+    int height() const { return cairo_image_surface_get_height(surface.get()); }
+
+    // How many points between the columns are of the colour before (blue above
+    // red) or after (red above blue); the panels and texts are grey.
+    int blueBetween(int left, int right) const { return coloured(left, right, 0, 2); }
+    int orangeBetween(int left, int right) const { return coloured(left, right, 2, 0); }
+
+  private:
+    int coloured(int left, int right, int strong, int weak) const {
+        constexpr int top = 170; // goniometers only
+        constexpr int bottom = 590;
+        constexpr int clearly = 40;
+        const unsigned char* const data = cairo_image_surface_get_data(surface.get());
+        const int stride = cairo_image_surface_get_stride(surface.get());
+        int count = 0;
+        for (int y = top; y < bottom; ++y) {
+            for (int x = left; x < right; ++x) {
+                const unsigned char* const point = data + y * stride + x * 4;
+                count += point[strong] > point[weak] + clearly ? 1 : 0;
+            }
+        }
+        return count;
+    }
+
+    std::unique_ptr<cairo_surface_t, DestroySurface> surface;
+};
+
+class Plot : public testing::Test {
+  protected:
+    ProgramResult plot(const Sound& input, std::vector<std::string> options = {}) {
+        writeSound(folder / "in.wav", input);
+        options.insert(options.begin(), {"plot", folder / "in.wav", folder / "out.png"});
+        return runMirelon(options);
+    }
+
+    TemporaryFolder folder;
+};
+
+Sound sine(double left, double right) {
+    Sound sound{SF_FORMAT_WAV | SF_FORMAT_FLOAT, 44100, 2, {}};
+    for (int i = 0; i < 20000; ++i) {
+        const double sample = std::sin(i * 0.05);
+        sound.samples.insert(sound.samples.end(), {left * sample, right * sample});
+    }
+    return sound;
+}
+
+// Where the goniometers' middles are.
+constexpr int middleBefore = 292;
+constexpr int middleAfter = 800;
+
+TEST_F(Plot, DrawsBeforeAndAfter) {
+    const ProgramResult result =
+        plot(stereoNoise(SF_FORMAT_WAV | SF_FORMAT_PCM_16, 50000), {"--preset", "extended width"});
+    ASSERT_EQ(result.status, 0) << result.errors;
+    EXPECT_EQ(result.errors, "");
+    EXPECT_THAT(result.output, HasSubstr("out.png"));
+    const Picture picture(folder / "out.png");
+    EXPECT_EQ(picture.width(), 1600);
+    EXPECT_EQ(picture.height(), 1290);
+    EXPECT_GT(picture.blueBetween(60, 540), 5000);
+    EXPECT_GT(picture.orangeBetween(560, 1040), 5000);
+}
+
+TEST_F(Plot, DrawsMonoAsAnUprightLine) {
+    ASSERT_EQ(plot(sine(0.5, 0.5)).status, 0);
+    const Picture picture(folder / "out.png");
+    EXPECT_GT(picture.blueBetween(middleBefore - 3, middleBefore + 4), 150);
+    EXPECT_EQ(picture.blueBetween(60, middleBefore - 3), 0);
+    EXPECT_EQ(picture.blueBetween(middleBefore + 4, 540), 0);
+}
+
+TEST_F(Plot, DrawsAnInvertedChannelAcross) {
+    ASSERT_EQ(plot(sine(0.5, 0.5), {"--preset", "out of phase"}).status, 0);
+    const Picture picture(folder / "out.png");
+    EXPECT_EQ(picture.blueBetween(60, middleBefore - 3), 0);
+    EXPECT_GT(picture.orangeBetween(560, middleAfter - 3), 100);
+    EXPECT_GT(picture.orangeBetween(middleAfter + 4, 1040), 100);
+}
+
+TEST_F(Plot, DrawsSilenceAndNothingAtAll) {
+    EXPECT_EQ(plot(sine(0.0, 0.0)).status, 0);
+    EXPECT_EQ(plot(Sound{SF_FORMAT_WAV | SF_FORMAT_FLOAT, 44100, 2, {}}).status, 0);
+    EXPECT_EQ(Picture(folder / "out.png").width(), 1600);
+}
+
+TEST_F(Plot, DrawsWhatIsNoNumber) {
+    Sound sound = sine(0.5, 0.25);
+    sound.samples[200] = std::nan("");
+    sound.samples[300] = INFINITY;
+    EXPECT_EQ(plot(sound).status, 0);
+    EXPECT_EQ(Picture(folder / "out.png").width(), 1600);
+}
+
+TEST_F(Plot, TakesAnyFileName) {
+    const std::string name = "caf\xE9 \xE2\x99\xAB " + std::string(180, 'x') + ".wav";
+    writeSound(folder / name, sine(0.5, 0.25));
+    const ProgramResult result = runMirelon({"plot", folder / name, folder / "out.png"});
+    EXPECT_EQ(result.status, 0) << result.errors;
+    EXPECT_EQ(Picture(folder / "out.png").width(), 1600);
+}
+
+TEST_F(Plot, RefusesWhatItCannotDraw) {
+    writeFile(folder / "out.png", "precious");
+    writeFile(folder / "text.wav", "no sound");
+    EXPECT_EQ(runMirelon({"plot", folder / "text.wav", folder / "out.png"}).status, 2);
+    EXPECT_EQ(contentsOf(folder / "out.png"), "precious");
+    writeSound(folder / "in.wav", sine(0.5, 0.25));
+    const ProgramResult jpeg = runMirelon({"plot", folder / "in.wav", folder / "out.jpg"});
+    EXPECT_EQ(jpeg.status, 2);
+    EXPECT_THAT(jpeg.errors, HasSubstr("its name ends in .png"));
+    EXPECT_EQ(runMirelon({"plot", folder / "in.wav", folder / "no" / "out.png"}).status, 2);
+}
+
+} // namespace
+} // namespace mirelon::test

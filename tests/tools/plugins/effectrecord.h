@@ -1,0 +1,35 @@
+// A record for effects that exist to be hosted in tests.
+#pragma once
+
+#include "shell/vst24.h"
+
+#define TEST_PLUGIN_EXPORT extern "C" __attribute__((visibility("default")))
+
+namespace mirelon::test {
+
+inline VstIntPtr answerNothing(AEffect*, VstInt32, VstInt32, VstIntPtr, void*, float) {
+    return 0;
+}
+inline void processNothing(AEffect*, float**, float**, VstInt32) {}
+inline void setNothing(AEffect*, VstInt32, float) {}
+inline float getNothing(AEffect*, VstInt32) {
+    return 0.0F;
+}
+
+// Two channels in and out, no parameters; every function is there and idle.
+inline AEffect idleRecord() {
+    AEffect effect{};
+    effect.magic = kEffectMagic;
+    effect.dispatcher = answerNothing;
+    effect.process = processNothing;
+    effect.setParameter = setNothing;
+    effect.getParameter = getNothing;
+    effect.processReplacing = processNothing;
+    effect.numInputs = 2;
+    effect.numOutputs = 2;
+    effect.flags = effFlagsCanReplacing;
+    effect.uniqueID = fourCharacters("TEST");
+    return effect;
+}
+
+} // namespace mirelon::test
