@@ -105,7 +105,7 @@ void parameterNameStringConvert(float value, char* text) noexcept {
         return;
     const int index = integerPart(static_cast<double>(value)).value_or(-1);
     const bool known = index >= 0 && index < static_cast<int>(captions.size());
-    copyText(known ? captions[static_cast<std::size_t>(index)] : std::string_view{}, text);
+    copyText(known ? captions[static_cast<std::size_t>(index)] : std::string_view(""), text);
 }
 
 void percentStringConvert(float value, char* text) noexcept {

@@ -11,6 +11,10 @@ std::span<const Command> commands() {
         Command{"render", "Send an audio file through the plug-in", defineRender},
         Command{"plot", "Draw a file's stereo image before and after the plug-in", definePlot},
         Command{"chunk", "Save, load or show the plug-in's state", defineChunk},
+        Command{"preset", "Save or show preset files", definePreset},
+        Command{"bank", "Save, show or make bank files", defineBank},
+        Command{"convert", "Write a preset or bank file in a byte order", defineConvert},
+        Command{"verify", "Say what is wrong with preset and bank files", defineVerify},
     };
     return table;
 }

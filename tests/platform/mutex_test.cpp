@@ -7,7 +7,7 @@
 #include <thread>
 
 // A deleted mutex stays allocated on purpose; nothing else may leak.
-extern "C" const char* __lsan_default_suppressions() {
+extern "C" __attribute__((visibility("default"))) const char* __lsan_default_suppressions() {
     return "leak:XPlatCreateMutex\n";
 }
 
