@@ -17,6 +17,7 @@ namespace {
 
 std::vector<char*> pointersTo(std::vector<std::string>& texts) {
     std::vector<char*> pointers;
+    pointers.reserve(texts.size() + 1);
     for (std::string& text : texts)
         pointers.push_back(text.data());
     pointers.push_back(nullptr);
@@ -34,7 +35,7 @@ RunningProgram::RunningProgram(const std::filesystem::path& program,
     arguments.insert(arguments.begin(), program.string());
     std::vector<std::string> variables{"HOME=" + home.string(), "PATH=/usr/bin:/bin", "LC_ALL=C"};
     for (const auto& [name, value] : environment)
-        variables.push_back(name + '=' + value);
+        variables.emplace_back(name).append(1, '=').append(value);
 
     posix_spawn_file_actions_t files;
     posix_spawn_file_actions_init(&files);
