@@ -3,8 +3,8 @@
 
 #include "platform/toolkit.h"
 
-// The toolkit's slider, which moves with the vertical wheel as well: it listens
-// to the horizontal one only, which most mice do not have.
+// The toolkit's slider, which moves with the vertical wheel as well (most mice
+// have no other), and to the right when the horizontal wheel turns right.
 class ParameterSlider : public VSTGUI::CHorizontalSlider {
   public:
     using CHorizontalSlider::CHorizontalSlider;

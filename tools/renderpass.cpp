@@ -2,6 +2,7 @@
 
 #include "tools/chunkfile.h"
 #include "tools/commanderror.h"
+#include "tools/effectbank.h"
 #include "tools/presets.h"
 
 #include <algorithm>
@@ -51,8 +52,14 @@ void addRenderOptions(CLI::App& parser, RenderOptions& options) {
     addPluginOption(parser, options.plugin);
     parser.add_option("--chunk", options.chunk, "Start from a state saved with `chunk save`")
         ->type_name("FILE");
+    parser.add_option("--bank-file", options.bankFile, "Load a bank file (.dvb)")
+        ->type_name("FILE");
     parser.add_option("--preset", options.preset, "Choose a preset by number or name")
         ->type_name("PRESET");
+    parser
+        .add_option("--preset-file", options.presetFile,
+                    "Load a preset file (.dvp) over the chosen preset")
+        ->type_name("FILE");
     parser
         .add_option("--set", options.settings,
                     "Set a parameter: a number from 0 to 1, or a value as the plug-in shows it "
@@ -104,11 +111,19 @@ void RenderPass::applyState(const RenderOptions& options) {
         loadChunkFile(plugin.effect, options.chunk);
         tell("state of " + options.chunk);
     }
+    if (!options.bankFile.empty()) {
+        loadBankFile(plugin.effect, options.bankFile);
+        tell("bank of " + options.bankFile);
+    }
     if (!options.preset.empty()) {
         Presets presets(plugin.effect);
         const std::size_t number = presets.find(options.preset);
         presets.select(number);
         tell("preset " + std::to_string(number) + " \"" + presets.names()[number] + '"');
+    }
+    if (!options.presetFile.empty()) {
+        loadPresetFile(plugin.effect, options.presetFile);
+        tell("preset of " + options.presetFile);
     }
     for (const std::string& text : options.settings) {
         const ParameterSetting setting = parseSetting(plugin.effect, text);

@@ -18,6 +18,8 @@ struct RenderOptions {
     std::string plugin;
     std::string input;
     std::string chunk;                 // a file; empty: none
+    std::string bankFile;              // a .dvb file; empty: none
+    std::string presetFile;            // a .dvp file; empty: none
     std::string preset;                // number or name; empty: the effect's own
     std::vector<std::string> settings; // NAME=VALUE
     std::vector<std::string> ramps;    // NAME=FIRST:LAST
@@ -37,7 +39,8 @@ struct RenderSink {
 };
 
 // An opened input and an effect with its state in place: the chunk first, then
-// the preset, then the settings, each over the one before.
+// the bank file, the preset, the preset file (into that preset) and the
+// settings, each over the one before.
 class RenderPass {
   public:
     // Throws CommandError or hosting::PluginError when something is not there

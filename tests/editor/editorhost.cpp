@@ -1,7 +1,9 @@
 #include "tests/editor/editorhost.h"
 
+#include "tests/support/plugin.h"
+
 #include <X11/keysym.h>
-#include <cctype>
+#include <cstdlib>
 #include <glib.h>
 #include <thread>
 
@@ -22,15 +24,15 @@ void PrintTo(Drive drive, std::ostream* out) {
     *out << (drive == Drive::hostIdle ? "HostIdle" : drive == Drive::glib ? "Glib" : "Both");
 }
 
-const hosting::Module& plugin() {
-    static const hosting::Module module(MIRELON_PLUGIN_FILE);
-    return module;
+const hosting::Module& EditorHost::module() {
+    return testing::pluginModule();
 }
 
 EditorHost::EditorHost(Drive drive)
     : drive(drive) {
     VirtualDisplay::start();
-    effect = std::make_unique<hosting::Effect>(plugin(), host);
+    setenv("XDG_CONFIG_HOME", preferences.path.c_str(), 1);
+    effect = std::make_unique<hosting::Effect>(module(), host);
     const ERect size = rect();
     window = std::make_unique<XWindow>(size.right - size.left, size.bottom - size.top);
     scale = (size.right - size.left) / windowWidth;
@@ -149,6 +151,21 @@ void EditorHost::hold(unsigned long keysym) {
 void EditorHost::letGo(unsigned long keysym) {
     window->keyUp(keysym);
     run(20ms);
+}
+
+std::string EditorHost::touches(VstInt32 tag) const {
+    std::string sequence;
+    for (const hosting::HostCall& call : host.calls()) {
+        if (call.index != tag)
+            continue;
+        if (call.opcode == audioMasterBeginEdit)
+            sequence += 'b';
+        else if (call.opcode == audioMasterAutomate)
+            sequence += 'a';
+        else if (call.opcode == audioMasterEndEdit)
+            sequence += 'e';
+    }
+    return sequence;
 }
 
 Pixels EditorHost::pixels() {

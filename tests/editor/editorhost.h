@@ -2,6 +2,7 @@
 // it with pointer and keys.
 #pragma once
 
+#include "tests/support/temporaryfolder.h"
 #include "tests/support/xwindow.h"
 #include "tools/host/hosting.h"
 
@@ -9,6 +10,7 @@
 #include <functional>
 #include <memory>
 #include <ostream>
+#include <string>
 #include <string_view>
 
 namespace mirelon::test {
@@ -18,8 +20,6 @@ namespace mirelon::test {
 enum class Drive { hostIdle, glib, both };
 
 void PrintTo(Drive drive, std::ostream* out);
-
-const hosting::Module& plugin();
 
 class EditorHost {
   public:
@@ -50,6 +50,14 @@ class EditorHost {
 
     Pixels pixels();
 
+    // What the plug-in told its host of control `tag`: "b" begin of an edit, "a"
+    // automation, "e" end, in order. Forgets nothing.
+    std::string touches(VstInt32 tag) const;
+    float parameter(VstInt32 index) const { return effect->parameter(index); }
+
+    static const hosting::Module& module();
+
+    TemporaryFolder preferences; // of this instance alone
     hosting::RecordingHost host;
     std::unique_ptr<hosting::Effect> effect;
     std::unique_ptr<XWindow> window;

@@ -1,5 +1,6 @@
 // Opening and closing the editor, in order and out of it.
 #include "tests/editor/editorhost.h"
+#include "tests/support/plugin.h"
 
 #include <cstdlib>
 #include <filesystem>
@@ -8,7 +9,7 @@
 #include <memory>
 #include <thread>
 
-using namespace mirelon;
+namespace hosting = mirelon::hosting;
 using namespace mirelon::test;
 using namespace std::chrono_literals;
 
@@ -174,7 +175,7 @@ TEST(EditorLifeAlone, WithoutADisplayTheEditorDoesNotOpenAndStillHasASize) {
     const std::string display = std::getenv("DISPLAY");
     unsetenv("DISPLAY");
     hosting::RecordingHost host;
-    hosting::Effect effect(plugin(), host);
+    hosting::Effect effect(mirelon::testing::pluginModule(), host);
     ERect* rect = nullptr;
     EXPECT_EQ(effect.dispatch(effEditGetRect, 0, 0, &rect), 1);
     ASSERT_NE(rect, nullptr);

@@ -7,8 +7,14 @@
 #include <thread>
 
 // A deleted mutex stays allocated on purpose; nothing else may leak.
-extern "C" const char* __lsan_default_suppressions() {
+extern "C" __attribute__((visibility("default"))) const char* __lsan_default_suppressions() {
     return "leak:XPlatCreateMutex\n";
+}
+
+// ThreadSanitizer does not see the timed locking (pthread_mutex_clocklock) and
+// takes the unlocking after it for a mistake.
+extern "C" __attribute__((visibility("default"))) const char* __tsan_default_suppressions() {
+    return "mutex:XPlatUnlockMutex\nrace:XPlatUnlockMutex\n";
 }
 
 namespace {

@@ -70,6 +70,8 @@ void VirtualDisplay::launch() {
     if (server == 0) {
         prctl(PR_SET_PDEATHSIG, SIGTERM);
         close(ends[0]);
+        // It complains of every display number that is taken.
+        dup2(open("/dev/null", O_WRONLY), STDERR_FILENO);
         execlp("Xvfb", "Xvfb", "-displayfd", writeEnd.c_str(), "-screen", "0", "1280x1200x24",
                "-nolisten", "tcp", "-noreset", static_cast<char*>(nullptr));
         _exit(127);

@@ -1,5 +1,6 @@
 #include "tests/support/xwindow.h"
 
+#include <X11/Xatom.h>
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
 #include <X11/extensions/XTest.h>
@@ -36,6 +37,15 @@ void savePng(const Pixels& pixels, const std::filesystem::path& file) {
                                             4 * pixels.width),
         &cairo_surface_destroy);
     cairo_surface_write_to_png(surface.get(), file.c_str());
+}
+
+void setScreenResources(std::string_view text) {
+    VirtualDisplay::start();
+    Display* display = XOpenDisplay(nullptr);
+    XChangeProperty(display, DefaultRootWindow(display), XA_RESOURCE_MANAGER, XA_STRING, 8,
+                    PropModeReplace, reinterpret_cast<const unsigned char*>(text.data()),
+                    static_cast<int>(text.size()));
+    XCloseDisplay(display);
 }
 
 XWindow::XWindow(int width, int height)

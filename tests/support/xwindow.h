@@ -31,6 +31,9 @@ struct Pixels {
 // A picture file as it would look on `background` (0xRRGGBB).
 void savePng(const Pixels& pixels, const std::filesystem::path& file);
 
+// The X resource text that a desktop leaves on the screen for its programs.
+void setScreenResources(std::string_view text);
+
 // Uses an X connection of its own. Positions are pixels from the window's
 // corner. Input is real: it goes through the server to whatever is there.
 class XWindow {

@@ -1,0 +1,348 @@
+// The preset panel under a real pointer and keyboard.
+#include "tests/editor/editorhost.h"
+#include "tests/editor/standindialog.h"
+
+#include <X11/keysym.h>
+#include <atomic>
+#include <gtest/gtest.h>
+#include <thread>
+
+namespace hosting = mirelon::hosting;
+using namespace mirelon::test;
+using namespace std::chrono_literals;
+
+namespace {
+
+struct Position {
+    double x;
+    double y;
+};
+constexpr Position nameField{146, 327};
+constexpr Position menuButton{212, 326};
+constexpr Position rockerLeft{226, 326};
+constexpr Position rockerRight{243, 326};
+constexpr Position savePreset{14, 319};
+constexpr Position loadPreset{77, 319};
+constexpr Position saveBank{14, 334};
+constexpr Position loadBank{77, 334};
+constexpr Position defaultPreset{45, 319};
+constexpr Position defaultBank{45, 334};
+constexpr Position storeA{260, 319};
+constexpr Position storeB{260, 334};
+constexpr Position recallA{285, 319};
+constexpr Position recallB{285, 334};
+
+class PresetPanel : public testing::TestWithParam<Drive> {
+  protected:
+    PresetPanel()
+        : editor(GetParam()) {
+        editor.open();
+        editor.host.forgetCalls();
+    }
+    void click(Position at, unsigned button = 1) { editor.click(at.x, at.y, button); }
+    void doubleClick(Position at) { editor.doubleClick(at.x, at.y); }
+    void rename(std::string_view name) {
+        click(nameField);
+        editor.type(name);
+        editor.key(XK_Return);
+    }
+    std::string nameAt(int preset) { return editor.effect->programNameAt(preset).value_or("?"); }
+
+    EditorHost editor;
+};
+INSTANTIATE_TEST_SUITE_P(BothDrives, PresetPanel, testing::Values(Drive::hostIdle, Drive::glib),
+                         [](const testing::TestParamInfo<Drive>& info) {
+                             return testing::PrintToString(info.param);
+                         });
+
+TEST_P(PresetPanel, TheRockerStepsThroughThePresetsAndStopsAtTheEnds) {
+    click(rockerRight);
+    EXPECT_EQ(editor.effect->programName(), "extended width");
+    EXPECT_EQ(editor.parameter(0), 0.625F);
+    click(rockerRight);
+    EXPECT_EQ(editor.effect->programName(), "reduced width");
+    for (int i = 0; i < 10; ++i)
+        click(rockerRight);
+    EXPECT_EQ(editor.effect->programName(), "swapped");
+    click(rockerLeft);
+    EXPECT_EQ(editor.effect->programName(), "out of phase");
+    for (int i = 0; i < 12; ++i)
+        click(rockerLeft);
+    EXPECT_EQ(editor.effect->programName(), "init");
+}
+
+TEST_P(PresetPanel, TheRockersMiddleLineBelongsToItsRightHalf) {
+    editor.click(235, 326);
+    EXPECT_EQ(editor.effect->programName(), "extended width");
+    editor.click(234, 326);
+    EXPECT_EQ(editor.effect->programName(), "init");
+}
+
+TEST_P(PresetPanel, APressOnTheRockerAtTheLastPresetAppliesItAgain) {
+    for (int i = 0; i < 10; ++i)
+        click(rockerRight);
+    editor.host.forgetCalls();
+    click(rockerRight);
+    EXPECT_EQ(editor.touches(0), "be");
+    EXPECT_EQ(editor.host.count(audioMasterUpdateDisplay), 2U);
+}
+
+TEST_P(PresetPanel, TheMenuAppliesTheChosenPreset) {
+    const Pixels closed = editor.pixels();
+    click(menuButton);
+    editor.run(500ms);
+    const Pixels open = editor.pixels();
+    ASSERT_NE(open, closed);
+    // The fifth of the eleven lines: find the lines between the menu's edges.
+    int top = 0;
+    while (open.part(0, top, open.width, top + 1) == closed.part(0, top, open.width, top + 1))
+        ++top;
+    int bottom = open.height;
+    while (open.part(0, bottom - 1, open.width, bottom) ==
+           closed.part(0, bottom - 1, open.width, bottom))
+        --bottom;
+    editor.click(215, top + (bottom - top) * 4.5 / 11);
+    editor.run(500ms);
+    EXPECT_EQ(editor.effect->programName(), "balanse to the right");
+    EXPECT_EQ(editor.parameter(2), 0.3F);
+}
+
+TEST_P(PresetPanel, AClickBesideTheMenuChoosesNothing) {
+    click(menuButton);
+    editor.run(500ms);
+    editor.click(20, 280);
+    editor.run(500ms);
+    EXPECT_EQ(editor.effect->programName(), "init");
+    EXPECT_TRUE(editor.host.calls().empty());
+}
+
+TEST_P(PresetPanel, ATypedNameRenamesThePreset) {
+    rename("my preset 1");
+    EXPECT_EQ(nameAt(0), "my preset 1");
+    EXPECT_EQ(editor.host.count(audioMasterUpdateDisplay), 1U);
+    EXPECT_EQ(editor.host.count(audioMasterBeginEdit), 0U);
+}
+
+TEST_P(PresetPanel, EscapeKeepsTheName) {
+    click(nameField);
+    editor.type("abc");
+    editor.key(XK_Escape);
+    EXPECT_EQ(nameAt(0), "init");
+}
+
+TEST_P(PresetPanel, OfALongNameTwentyFourBytesStay) {
+    rename("abcdefghijklmnopqrstuvwxyz1234");
+    EXPECT_EQ(nameAt(0), "abcdefghijklmnopqrstuvwx");
+    const Pixels cut = editor.pixels();
+    click(rockerRight);
+    click(rockerLeft);
+    editor.moveTo(150, 305);
+    EXPECT_EQ(editor.pixels().part(91, 320, 201, 334), cut.part(91, 320, 201, 334));
+}
+
+TEST_P(PresetPanel, MemoriesKeepThePresetAndGiveItBack) {
+    for (const auto& [store, recall] : {std::pair{storeA, recallA}, {storeB, recallB}}) {
+        editor.effect->setParameter(0, 0.125F);
+        rename("kept");
+        click(store);
+        editor.effect->setParameter(0, 0.75F);
+        rename("changed");
+        click(recall);
+        EXPECT_EQ(editor.parameter(0), 0.125F);
+        EXPECT_EQ(nameAt(0), "kept");
+    }
+}
+
+TEST_P(PresetPanel, TheTwoMemoriesAreApart) {
+    editor.effect->setParameter(0, 0.25F);
+    click(storeA);
+    editor.effect->setParameter(0, 0.75F);
+    click(storeB);
+    click(recallA);
+    EXPECT_EQ(editor.parameter(0), 0.25F);
+    click(recallB);
+    EXPECT_EQ(editor.parameter(0), 0.75F);
+}
+
+TEST_P(PresetPanel, AnEmptyMemoryChangesNothing) {
+    editor.effect->setParameter(0, 0.75F);
+    click(recallA);
+    EXPECT_EQ(editor.parameter(0), 0.75F);
+}
+
+// What a new instance starts with, given the same preferences.
+struct Fresh {
+    explicit Fresh(const EditorHost& other) {
+        setenv("XDG_CONFIG_HOME", other.preferences.path.c_str(), 1);
+        effect = std::make_unique<hosting::Effect>(other.module(), host);
+    }
+    hosting::RecordingHost host;
+    std::unique_ptr<hosting::Effect> effect;
+};
+
+TEST_P(PresetPanel, ADoubleClickStoresTheDefaultPresetAndWithControlClearsIt) {
+    editor.effect->setParameter(0, 0.25F);
+    click(defaultPreset);
+    EXPECT_EQ(Fresh(editor).effect->parameter(0), 0.5F);
+    doubleClick(defaultPreset);
+    EXPECT_EQ(Fresh(editor).effect->parameter(0), 0.25F);
+    editor.hold(XK_Control_L);
+    doubleClick(defaultPreset);
+    editor.letGo(XK_Control_L);
+    EXPECT_EQ(Fresh(editor).effect->parameter(0), 0.5F);
+}
+
+TEST_P(PresetPanel, ADoubleClickStoresTheDefaultBankAndWithControlClearsIt) {
+    click(rockerRight);
+    rename("mine");
+    click(defaultBank);
+    EXPECT_EQ(Fresh(editor).effect->programNameAt(1), "extended width");
+    doubleClick(defaultBank);
+    EXPECT_EQ(Fresh(editor).effect->programNameAt(1), "mine");
+    editor.hold(XK_Control_L);
+    doubleClick(defaultBank);
+    editor.letGo(XK_Control_L);
+    EXPECT_EQ(Fresh(editor).effect->programNameAt(1), "extended width");
+}
+
+TEST_P(PresetPanel, AHostsRenamingShowsInTheNameField) {
+    const Pixels before = editor.pixels();
+    editor.effect->setProgramName("renamed");
+    const Pixels after = editor.pixels();
+    EXPECT_NE(after.part(91, 320, 201, 334), before.part(91, 320, 201, 334));
+    click(rockerRight);
+    click(rockerLeft);
+    editor.moveTo(150, 305);
+    EXPECT_EQ(editor.pixels().part(91, 320, 201, 334), after.part(91, 320, 201, 334));
+}
+
+TEST_P(PresetPanel, ANewBankFromTheHostShowsInTheNameField) {
+    click(rockerRight);
+    editor.moveTo(150, 305);
+    const auto chunk = editor.effect->chunk();
+    const Pixels second = editor.pixels();
+    click(rockerRight);
+    editor.moveTo(150, 305);
+    ASSERT_NE(editor.pixels(), second);
+    EXPECT_EQ(editor.effect->setChunk(chunk), 0);
+    EXPECT_EQ(editor.pixels(), second);
+}
+
+TEST_P(PresetPanel, PresetsAndBanksAreSavedWhereTheUserSays) {
+    TemporaryFolder folder;
+    {
+        const StandInDialog dialog(folder / "one.dvp");
+        click(savePreset);
+        EXPECT_EQ(dialog.starts(), 1);
+        EXPECT_TRUE(dialog.argumentsContain("--title=Save preset"));
+        EXPECT_TRUE(dialog.argumentsContain("--save"));
+    }
+    EXPECT_EQ(contentsOf(folder / "one.dvp").size(), 65U);
+    {
+        const StandInDialog dialog(folder / "all.dvb");
+        click(saveBank);
+        EXPECT_TRUE(dialog.argumentsContain("--title=Save bank"));
+    }
+    EXPECT_EQ(contentsOf(folder / "all.dvb").size(), 665U);
+}
+
+TEST_P(PresetPanel, LeftClicksLoadAndRightClicksLoadTheOtherByteOrder) {
+    TemporaryFolder folder;
+    editor.effect->setParameter(0, 0.25F);
+    {
+        const StandInDialog dialog(folder / "one.dvp");
+        click(savePreset);
+    }
+    editor.effect->setParameter(0, 0.75F);
+    {
+        const StandInDialog dialog(folder / "one.dvp");
+        click(loadPreset);
+        EXPECT_TRUE(dialog.argumentsContain("--title=Load preset"));
+        EXPECT_EQ(editor.parameter(0), 0.25F);
+        // A second click at the same place would be a double click.
+        click(loadBank);
+        EXPECT_TRUE(dialog.argumentsContain("--title=Load bank"));
+        click(loadPreset, 3);
+        EXPECT_TRUE(dialog.argumentsContain("--title=Load preset (endian-reversed)"));
+        click(loadBank, 3);
+        EXPECT_TRUE(dialog.argumentsContain("--title=Load bank (endian-reversed)"));
+        // Only the right button alone asks for the other order.
+        editor.hold(XK_Shift_L);
+        click(loadPreset, 3);
+        editor.letGo(XK_Shift_L);
+        EXPECT_TRUE(dialog.argumentsContain("--title=Load preset"));
+        EXPECT_EQ(dialog.starts(), 5);
+    }
+}
+
+TEST_P(PresetPanel, TheOtherButtonsAreNotMovedByTheRightButton) {
+    const Position places[] = {rockerLeft, rockerRight, storeA,      storeB,
+                               recallA,    recallB,     defaultBank, defaultPreset};
+    for (const Position place : places)
+        click(place, 3);
+    EXPECT_TRUE(editor.host.calls().empty());
+}
+
+TEST_P(PresetPanel, WithoutADialogProgramNothingHappens) {
+    const auto before = editor.effect->chunk();
+    for (const Position place : {savePreset, loadPreset, saveBank, loadBank})
+        click(place);
+    EXPECT_EQ(editor.effect->chunk(), before);
+    EXPECT_TRUE(editor.host.calls().empty());
+}
+
+TEST_P(PresetPanel, ADismissedDialogChangesNothing) {
+    const StandInDialog dialog("");
+    const auto before = editor.effect->chunk();
+    for (const Position place : {savePreset, loadPreset, saveBank, loadBank})
+        click(place);
+    EXPECT_EQ(dialog.starts(), 4);
+    EXPECT_EQ(editor.effect->chunk(), before);
+}
+
+TEST_P(PresetPanel, TheDialogProgramRunsWithoutTheHostsLibraries) {
+    setenv("LD_LIBRARY_PATH", "/a/hosts/libraries", 1);
+    const StandInDialog dialog("");
+    click(savePreset);
+    unsetenv("LD_LIBRARY_PATH");
+    EXPECT_EQ(dialog.linkerVariables(), "\n");
+}
+
+TEST_P(PresetPanel, AudioAndStateGoOnWhileTheDialogIsOpen) {
+    const StandInDialog dialog("", 0.4);
+    std::atomic<bool> answered{false};
+    int blocks = 0;
+    std::thread host([&] {
+        std::vector<float> left(64, 0.5F);
+        std::vector<float> right(64, 0.5F);
+        float* channels[] = {left.data(), right.data()};
+        editor.effect->resume();
+        while (!answered) {
+            editor.effect->setParameter(0, 0.25F);
+            editor.effect->process(channels, channels, 64);
+            blocks += editor.effect->chunk().empty() ? 0 : 1;
+            std::this_thread::sleep_for(2ms);
+        }
+    });
+    const auto begin = std::chrono::steady_clock::now();
+    click(savePreset);
+    answered = true;
+    host.join();
+    EXPECT_GT(std::chrono::steady_clock::now() - begin, 400ms);
+    EXPECT_GT(blocks, 20);
+}
+
+TEST_P(PresetPanel, TheEditorMayBeClosedWhileTheDialogIsOpen) {
+    const StandInDialog dialog("", 0.4);
+    std::thread host([&] {
+        std::this_thread::sleep_for(200ms);
+        editor.close();
+    });
+    click(loadPreset);
+    host.join();
+    EXPECT_EQ(dialog.starts(), 1);
+    EXPECT_TRUE(editor.window->children().empty());
+    EXPECT_EQ(editor.open(), 1);
+}
+
+} // namespace

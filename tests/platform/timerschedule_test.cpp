@@ -1,0 +1,84 @@
+#include "platform/timerschedule.h"
+
+#include <gtest/gtest.h>
+
+using namespace mirelon;
+using namespace std::chrono_literals;
+
+namespace {
+
+using Id = TimerSchedule::Id;
+using Ids = std::vector<Id>;
+
+constexpr TimerSchedule::Clock::time_point start{1h};
+
+TEST(TimerSchedule, ATimerIsFirstDueOneIntervalAfterItWasAdded) {
+    TimerSchedule schedule;
+    const Id id = schedule.add(10ms, start);
+    EXPECT_EQ(schedule.takeDue(start + 9ms), Ids{});
+    EXPECT_EQ(schedule.takeDue(start + 10ms), Ids{id});
+    EXPECT_EQ(schedule.takeDue(start + 10ms), Ids{});
+}
+
+TEST(TimerSchedule, ALateTickDoesNotDelayTheNext) {
+    TimerSchedule schedule;
+    const Id id = schedule.add(10ms, start);
+    EXPECT_EQ(schedule.takeDue(start + 17ms), Ids{id});
+    EXPECT_EQ(schedule.takeDue(start + 19ms), Ids{});
+    EXPECT_EQ(schedule.takeDue(start + 20ms), Ids{id});
+}
+
+TEST(TimerSchedule, MissedTicksAreNotMadeUpFor) {
+    TimerSchedule schedule;
+    const Id id = schedule.add(10ms, start);
+    EXPECT_EQ(schedule.takeDue(start + 105ms), Ids{id});
+    EXPECT_EQ(schedule.takeDue(start + 114ms), Ids{});
+    EXPECT_EQ(schedule.takeDue(start + 115ms), Ids{id});
+}
+
+TEST(TimerSchedule, TicksThirtyTimesASecondWhateverTheTurnsOfTheLoop) {
+    for (const auto turn : {4ms, 7ms, 16ms, 25ms, 33ms}) {
+        TimerSchedule schedule;
+        schedule.add(33333335ns, start);
+        int ticks = 0;
+        for (auto now = start; now < start + 10s; now += turn)
+            ticks += static_cast<int>(schedule.takeDue(now).size());
+        EXPECT_NEAR(ticks, 300, 3) << turn.count();
+    }
+}
+
+TEST(TimerSchedule, TimersAreServedInTheOrderOfTheirAdding) {
+    TimerSchedule schedule;
+    const Id slow = schedule.add(20ms, start);
+    const Id fast = schedule.add(10ms, start);
+    EXPECT_EQ(schedule.takeDue(start + 10ms), Ids{fast});
+    EXPECT_EQ(schedule.takeDue(start + 20ms), (Ids{slow, fast}));
+}
+
+TEST(TimerSchedule, ARemovedTimerIsNeverDue) {
+    TimerSchedule schedule;
+    const Id gone = schedule.add(10ms, start);
+    const Id stays = schedule.add(10ms, start);
+    schedule.remove(gone);
+    schedule.remove(gone);
+    EXPECT_FALSE(schedule.contains(gone));
+    EXPECT_EQ(schedule.takeDue(start + 10ms), Ids{stays});
+    schedule.remove(stays);
+    EXPECT_TRUE(schedule.empty());
+}
+
+TEST(TimerSchedule, AnIdIsNotUsedAgain) {
+    TimerSchedule schedule;
+    const Id first = schedule.add(10ms, start);
+    schedule.remove(first);
+    EXPECT_NE(schedule.add(10ms, start), first);
+}
+
+TEST(TimerSchedule, AnIntervalOfNothingIsDueOnceATurn) {
+    TimerSchedule schedule;
+    const Id id = schedule.add(0ns, start);
+    EXPECT_EQ(schedule.takeDue(start + 1ms), Ids{id});
+    EXPECT_EQ(schedule.takeDue(start + 2ms), Ids{id});
+}
+
+} // namespace

@@ -1,0 +1,80 @@
+// preset save|show: preset files.
+#include "tools/commands.h"
+#include "tools/effectbank.h"
+#include "tools/imagefile.h"
+#include "tools/loadedplugin.h"
+#include "tools/parametervalue.h"
+#include "tools/presets.h"
+#include "tools/presettable.h"
+
+#include <cstdio>
+#include <memory>
+#include <string>
+
+namespace mirelon::tools {
+
+namespace {
+
+struct Options {
+    std::string plugin;
+    std::string file;
+    std::string preset;
+    std::vector<std::string> settings;
+};
+
+void save(const Options& options) {
+    LoadedPlugin plugin(options.plugin);
+    hosting::Effect& effect = plugin.effect;
+    if (!options.preset.empty()) {
+        Presets presets(effect);
+        presets.select(presets.find(options.preset));
+    }
+    for (const std::string& text : options.settings) {
+        const ParameterSetting setting = parseSetting(effect, text);
+        effect.setParameter(setting.index, setting.value);
+    }
+    const EffectBank bank = bankOf(effect);
+    const PresetRecord& preset = bank.presets.at(bank.current);
+    writeImageFile(options.file,
+                   {ImageKind::preset, std::endian::native, std::endian::big, {preset}},
+                   effect.record().uniqueID);
+    std::printf("%s: preset \"%s\"\n", options.file.c_str(), nameOf(preset).c_str());
+}
+
+void show(const Options& options) {
+    LoadedPlugin plugin(options.plugin);
+    const ImageFile image =
+        readImageFile(options.file, plugin.effect.record().uniqueID, ImageKind::preset);
+    std::printf("%s: a preset, written by a %s-endian machine\n", options.file.c_str(),
+                orderName(image.ownerOrder));
+    printPresets(plugin.effect, image.presets);
+}
+
+} // namespace
+
+Run definePreset(CLI::App& parser) {
+    const auto options = std::make_shared<Options>();
+    parser.require_subcommand(1);
+    CLI::App* const saving =
+        parser.add_subcommand("save", "Write a preset of the plug-in to a file");
+    saving->add_option("FILE", options->file, "The preset file (.dvp)")->required();
+    saving->add_option("--preset", options->preset, "Which one, by number or name")
+        ->type_name("PRESET");
+    saving->add_option("--set", options->settings, "Set a parameter first, as for `render`")
+        ->type_name("NAME=VALUE")
+        ->expected(1)
+        ->allow_extra_args(false)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+    CLI::App* const showing = parser.add_subcommand("show", "List what a preset file holds");
+    showing->add_option("FILE", options->file, "The preset file (.dvp)")->required();
+    for (CLI::App* const action : {saving, showing})
+        addPluginOption(*action, options->plugin);
+    return [options, saving] {
+        if (saving->parsed())
+            save(*options);
+        else
+            show(*options);
+    };
+}
+
+} // namespace mirelon::tools

@@ -1,0 +1,58 @@
+// verify FILE...: whether the plug-in can load preset and bank files.
+#include "tools/commanderror.h"
+#include "tools/commands.h"
+#include "tools/imagefile.h"
+#include "tools/imageproblems.h"
+#include "tools/loadedplugin.h"
+#include "tools/parametervalue.h"
+
+#include <cstdio>
+#include <memory>
+#include <string>
+
+namespace mirelon::tools {
+
+namespace {
+
+struct Options {
+    std::string plugin;
+    std::vector<std::string> files;
+};
+
+// How many things are wrong with it.
+std::size_t verify(const std::string& file, const hosting::Effect& effect) {
+    const std::vector<std::byte> bytes = readBytes(file, sizeof(bankfilestruct) + 1);
+    const ImageReport report =
+        examine(file, bytes, effect.record().uniqueID, parameterNames(effect));
+    if (report.problems.empty()) {
+        const auto header = headerOf(bytes, effect.record().uniqueID);
+        std::printf("%s: a good %s\n", file.c_str(), kindName(header->kind.value()));
+    }
+    for (const ImageProblem& problem : report.problems)
+        std::printf("%s: byte %zu: %s\n", file.c_str(), problem.offset, problem.text.c_str());
+    for (const std::string& note : report.notes)
+        std::printf("%s: note: %s\n", file.c_str(), note.c_str());
+    return report.problems.size();
+}
+
+void verifyAll(const Options& options) {
+    LoadedPlugin plugin(options.plugin);
+    std::size_t problems = 0;
+    for (const std::string& file : options.files)
+        problems += verify(file, plugin.effect);
+    std::fflush(stdout);
+    if (problems > 0)
+        throw CommandError(std::to_string(problems) +
+                           (problems == 1 ? " problem found" : " problems found"));
+}
+
+} // namespace
+
+Run defineVerify(CLI::App& parser) {
+    const auto options = std::make_shared<Options>();
+    parser.add_option("FILE", options->files, "Preset files and bank files")->required();
+    addPluginOption(parser, options->plugin);
+    return [options] { verifyAll(*options); };
+}
+
+} // namespace mirelon::tools
