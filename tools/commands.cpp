@@ -6,6 +6,7 @@ namespace mirelon::tools {
 
 std::span<const Command> commands() {
     static constexpr std::array table{
+        Command{"check", "Find out what an effect gets wrong", defineCheck},
         Command{"info", "Show what the plug-in says about itself", defineInfo},
         Command{"render", "Send an audio file through the plug-in", defineRender},
         Command{"plot", "Draw a file's stereo image before and after the plug-in", definePlot},

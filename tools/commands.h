@@ -24,6 +24,7 @@ struct Command {
 std::span<const Command> commands();
 
 Run defineBank(CLI::App& parser);
+Run defineCheck(CLI::App& parser);
 Run defineChunk(CLI::App& parser);
 Run defineConvert(CLI::App& parser);
 Run defineEdit(CLI::App& parser);

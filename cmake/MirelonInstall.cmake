@@ -1,0 +1,41 @@
+# What `cmake --install` puts where. Components: plugin, tools, docs.
+install(TARGETS mirelon LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}/vst" COMPONENT plugin)
+install(FILES packaging/example.dravik.mirelon.metainfo.xml
+        DESTINATION "${CMAKE_INSTALL_DATADIR}/metainfo" COMPONENT plugin)
+
+set(_pages README.md CHANGELOG.md docs/manual.md docs/formats.md docs/hosts.md)
+foreach(_page IN LISTS _pages)
+  if(EXISTS "${CMAKE_SOURCE_DIR}/${_page}")
+    install(FILES "${_page}" DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT docs)
+  endif()
+endforeach()
+
+# The man pages are the same text as the pages in docs/.
+find_program(LOWDOWN_EXECUTABLE lowdown DOC "Makes the man pages; without it there are none")
+add_custom_target(mirelon-pages)
+function(mirelon_man_page name section page component summary)
+  set(output "${CMAKE_BINARY_DIR}/man/${name}.${section}")
+  add_custom_command(OUTPUT "${output}"
+    COMMAND "${CMAKE_COMMAND}" "-DLOWDOWN=${LOWDOWN_EXECUTABLE}" "-DPAGE=${CMAKE_SOURCE_DIR}/${page}"
+            "-DNAME=${name}" "-DSECTION=${section}" "-DSUMMARY=${summary}"
+            "-DVERSION=${PROJECT_VERSION}" "-DOUTPUT=${output}"
+            -P "${CMAKE_SOURCE_DIR}/cmake/ManPage.cmake"
+    DEPENDS "${page}" "${CMAKE_SOURCE_DIR}/cmake/ManPage.cmake" VERBATIM)
+  add_custom_target("mirelon-page-${name}" ALL DEPENDS "${output}")
+  add_dependencies(mirelon-pages "mirelon-page-${name}")
+  install(FILES "${output}" DESTINATION "${CMAKE_INSTALL_MANDIR}/man${section}"
+          COMPONENT "${component}")
+endfunction()
+if(LOWDOWN_EXECUTABLE)
+  file(MAKE_DIRECTORY "${CMAKE_BINARY_DIR}/man")
+  mirelon_man_page(mirelon 7 docs/manual.md plugin "stereo-image processor, a VST 2.4 plug-in")
+  if(MIRELON_TOOLS)
+    mirelon_man_page(mirelon-host 1 docs/mirelon-host.md tools "a small host for VST 2.4 effects")
+  endif()
+else()
+  message(STATUS "lowdown was not found: no man pages")
+endif()
+
+if(MIRELON_TOOLS)
+  install(TARGETS mirelon-host RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT tools)
+endif()

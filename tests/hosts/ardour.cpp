@@ -1,0 +1,56 @@
+#include "tests/hosts/ardour.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+namespace mirelon::test::ardour {
+namespace {
+
+const std::string programs = "/usr/lib/ardour7";
+
+} // namespace
+
+bool isInstalled() {
+    return isExecutable(programs + "/luasession") && isExecutable(programs + "/ardour-vst-scanner");
+}
+
+Environment variables() {
+    return {{"LD_LIBRARY_PATH", programs},
+            {"ARDOUR_DLL_PATH", programs},
+            {"ARDOUR_DATA_PATH", "/usr/share/ardour7"},
+            {"ARDOUR_CONFIG_PATH", "/etc/ardour7"}};
+}
+
+Outcome scan(const HostHome& home) {
+    return home.run({programs + "/ardour-vst-scanner", "-f", "-v", home.plugin()},
+                    std::chrono::seconds(60), variables());
+}
+
+std::string runScript(const HostHome& home, const std::string& script,
+                      const std::vector<std::string>& arguments) {
+    std::vector<std::string> command{programs + "/luasession",
+                                     std::string(MIRELON_ARDOUR_SCRIPTS) + '/' + script};
+    command.insert(command.end(), arguments.begin(), arguments.end());
+    const Outcome outcome = home.run(command, std::chrono::seconds(90), variables());
+    EXPECT_TRUE(outcome.inTime) << script << " did not end";
+    EXPECT_EQ(outcome.exitCode, 0) << outcome.output;
+    EXPECT_NE(outcome.output.find("\nend of script\n"), std::string::npos) << outcome.output;
+    return outcome.output;
+}
+
+std::map<int, float> parametersIn(const std::string& output) {
+    std::map<int, float> parameters;
+    std::istringstream lines(output);
+    for (std::string line; std::getline(lines, line);) {
+        std::istringstream words(line);
+        std::string word;
+        int index = 0;
+        float value = 0.0F;
+        if (words >> word >> index >> value && word == "parameter")
+            parameters[index] = value;
+    }
+    return parameters;
+}
+
+} // namespace mirelon::test::ardour

@@ -1,0 +1,33 @@
+// Ardour 7 without a person in front of it.
+#pragma once
+
+#include "tests/hosts/hosthome.h"
+
+#include <map>
+#include <string>
+#include <vector>
+
+// Leaves the running test, saying why.
+#define SKIP_WITHOUT_ARDOUR()                                                                      \
+    if (!mirelon::test::ardour::isInstalled())                                                     \
+    GTEST_SKIP() << "Ardour 7 is not installed (scripts/setup --hosts)"
+
+namespace mirelon::test::ardour {
+
+bool isInstalled();
+
+// What Ardour's start script sets.
+Environment variables();
+
+// The scanner's report. Sessions load only what it has found in this home.
+Outcome scan(const HostHome& home);
+
+// Runs one of the scripts in tests/hosts/ardour in Ardour's interpreter and
+// gives its output; a failure of the running test when it does not end well.
+std::string runScript(const HostHome& home, const std::string& script,
+                      const std::vector<std::string>& arguments);
+
+// The lines "parameter <index> <value>" of a script's output.
+std::map<int, float> parametersIn(const std::string& output);
+
+} // namespace mirelon::test::ardour

@@ -1,0 +1,19 @@
+-- automate.lua FOLDER INDEX FRAME=VALUE ...
+-- Loads the session, gives parameter INDEX these automation points, switches
+-- its automation to play, and saves.
+local folder, index = arg[1], tonumber(arg[2])
+local session = assert(load_session(folder, "session"))
+local effect = session:route_by_name("stereo"):to_track():nth_plugin(0)
+local automation, points = ARDOUR.LuaAPI.plugin_automation(effect, index)
+for i = 3, #arg do
+  local frame, value = arg[i]:match("^(%d+)=(.*)$")
+  points:add(Temporal.timepos_t(tonumber(frame)), tonumber(value), false, true)
+end
+effect:to_automatable():automation_control(
+  Evoral.Parameter(ARDOUR.AutomationType.PluginAutomation, 0, index), false)
+  :set_automation_state(ARDOUR.AutoState.Play)
+assert(session:save_state("") == 0)
+automation, points, effect, session = nil, nil, nil, nil
+collectgarbage()
+close_session()
+print("\nend of script")

@@ -1,0 +1,66 @@
+// Another program, run by a test and ended with it.
+#pragma once
+
+#include <chrono>
+#include <filesystem>
+#include <map>
+#include <optional>
+#include <string>
+#include <sys/types.h>
+#include <vector>
+
+namespace mirelon::test {
+
+// The whole environment of a program; nothing is inherited.
+using Environment = std::map<std::string, std::string>;
+
+struct Outcome {
+    int exitCode = -1;   // minus the signal that ended it
+    bool inTime = false; // false: it ran into the limit and was killed
+    std::string output;  // both streams
+};
+
+// Starts in a process group of its own, which the destructor kills.
+class Program {
+  public:
+    // Both output streams go to `log`. A program that cannot be started exits
+    // with 127.
+    Program(const std::vector<std::string>& command, const Environment& environment,
+            std::filesystem::path log);
+    ~Program();
+    Program(const Program&) = delete;
+    Program& operator=(const Program&) = delete;
+
+    pid_t id() const { return process; }
+    bool isRunning();
+    // Kills the program when the limit is over.
+    Outcome wait(std::chrono::seconds limit);
+
+  private:
+    void killGroup() const;
+
+    pid_t process = -1;
+    std::optional<int> exitCode;
+    std::filesystem::path log;
+};
+
+bool isExecutable(const std::filesystem::path& file);
+
+// Asks again and again until `condition` holds or the limit is over.
+template <typename Condition>
+bool eventually(std::chrono::seconds limit, Condition condition);
+
+} // namespace mirelon::test
+
+#include <thread>
+
+template <typename Condition>
+bool mirelon::test::eventually(std::chrono::seconds limit, Condition condition) {
+    const auto end = std::chrono::steady_clock::now() + limit;
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() > end)
+            return false;
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    }
+    return true;
+}

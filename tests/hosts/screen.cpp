@@ -1,0 +1,208 @@
+#include "tests/hosts/screen.h"
+
+#include "tests/support/virtualdisplay.h"
+
+#include <X11/Xatom.h>
+#include <X11/Xlib.h>
+#include <X11/Xutil.h>
+#include <X11/extensions/XTest.h>
+
+#include <chrono>
+#include <stdexcept>
+#include <thread>
+
+namespace mirelon::test {
+namespace {
+
+constexpr auto windowManagerFile = "/usr/bin/openbox";
+
+// Windows of other programs may be gone at any moment.
+int ignoreError(Display*, XErrorEvent*) {
+    return 0;
+}
+
+void pause() {
+    std::this_thread::sleep_for(std::chrono::milliseconds(40));
+}
+
+std::vector<Window> childrenOf(Display* display, Window window) {
+    Window root = 0;
+    Window parent = 0;
+    Window* list = nullptr;
+    unsigned count = 0;
+    if (XQueryTree(display, window, &root, &parent, &list, &count) == 0 || list == nullptr)
+        return {};
+    std::vector<Window> children(list, list + count);
+    XFree(list);
+    return children;
+}
+
+std::string titleOf(Display* display, Window window) {
+    char* name = nullptr;
+    if (XFetchName(display, window, &name) == 0 || name == nullptr)
+        return {};
+    std::string title = name;
+    XFree(name);
+    return title;
+}
+
+// The first window for which `wanted` holds, from `window` downwards.
+template <typename Wanted>
+std::optional<Window> search(Display* display, Window window, Wanted wanted) {
+    for (const Window child : childrenOf(display, window)) {
+        if (wanted(child))
+            return child;
+        if (const auto found = search(display, child, wanted))
+            return found;
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+std::string Screen::display() {
+    return VirtualDisplay::start().name();
+}
+
+bool Screen::hasWindowManager() {
+    return isExecutable(windowManagerFile);
+}
+
+Screen::Screen(const Environment& environment, const std::filesystem::path& log)
+    : connection(XOpenDisplay(display().c_str())) {
+    if (connection == nullptr)
+        throw std::runtime_error("no connection to " + display());
+    XSetErrorHandler(ignoreError);
+    windowManager =
+        std::make_unique<Program>(std::vector<std::string>{windowManagerFile}, environment, log);
+    const Atom check = XInternAtom(connection, "_NET_SUPPORTING_WM_CHECK", False);
+    const bool running = eventually(std::chrono::seconds(20), [this, check] {
+        Atom type = 0;
+        int format = 0;
+        unsigned long count = 0;
+        unsigned long rest = 0;
+        unsigned char* data = nullptr;
+        XGetWindowProperty(connection, DefaultRootWindow(connection), check, 0, 1, False, XA_WINDOW,
+                           &type, &format, &count, &rest, &data);
+        if (data != nullptr)
+            XFree(data);
+        return type == XA_WINDOW;
+    });
+    if (!running)
+        throw std::runtime_error("the window manager does not run");
+}
+
+Screen::~Screen() {
+    XCloseDisplay(connection);
+}
+
+bool Screen::isOnShow(WindowId window) const {
+    XWindowAttributes attributes{};
+    return XGetWindowAttributes(connection, window, &attributes) != 0 &&
+           attributes.map_state == IsViewable;
+}
+
+std::optional<Screen::WindowId> Screen::windowTitled(const std::string& part) const {
+    return search(connection, DefaultRootWindow(connection), [this, &part](Window window) {
+        return titleOf(connection, window).find(part) != std::string::npos && isOnShow(window);
+    });
+}
+
+std::optional<Screen::WindowId> Screen::inside(WindowId window, const std::string& size) const {
+    return search(connection, window, [this, &size](Window child) {
+        XWindowAttributes attributes{};
+        return XGetWindowAttributes(connection, child, &attributes) != 0 &&
+               attributes.map_state == IsViewable &&
+               std::to_string(attributes.width) + 'x' + std::to_string(attributes.height) == size;
+    });
+}
+
+Pixels Screen::pixels(WindowId window) const {
+    XWindowAttributes attributes{};
+    if (XGetWindowAttributes(connection, window, &attributes) == 0)
+        return {};
+    XImage* image =
+        XGetImage(connection, window, 0, 0, static_cast<unsigned>(attributes.width),
+                  static_cast<unsigned>(attributes.height), AllPlanes, ZPixmap);
+    if (image == nullptr)
+        return {};
+    Pixels result{attributes.width, attributes.height, {}};
+    for (int y = 0; y < result.height; ++y)
+        for (int x = 0; x < result.width; ++x)
+            result.rgb.push_back(static_cast<std::uint32_t>(XGetPixel(image, x, y)) & 0xFFFFFFU);
+    XDestroyImage(image);
+    return result;
+}
+
+void Screen::pointAt(WindowId window, int x, int y) {
+    Window child = 0;
+    int rootX = 0;
+    int rootY = 0;
+    XTranslateCoordinates(connection, window, DefaultRootWindow(connection), x, y, &rootX, &rootY,
+                          &child);
+    XTestFakeMotionEvent(connection, -1, rootX, rootY, CurrentTime);
+    XSync(connection, False);
+    pause();
+}
+
+void Screen::press() {
+    XTestFakeButtonEvent(connection, 1, True, CurrentTime);
+    XSync(connection, False);
+    pause();
+}
+
+void Screen::release() {
+    XTestFakeButtonEvent(connection, 1, False, CurrentTime);
+    XSync(connection, False);
+    pause();
+}
+
+void Screen::doubleClick() {
+    for (int click = 0; click < 2; ++click) {
+        press();
+        release();
+    }
+}
+
+void Screen::key(unsigned long keysym, unsigned long modifier) {
+    const auto code = [this](unsigned long symbol) { return XKeysymToKeycode(connection, symbol); };
+    if (modifier != 0)
+        XTestFakeKeyEvent(connection, code(modifier), True, CurrentTime);
+    XTestFakeKeyEvent(connection, code(keysym), True, CurrentTime);
+    XSync(connection, False);
+    pause();
+    XTestFakeKeyEvent(connection, code(keysym), False, CurrentTime);
+    if (modifier != 0)
+        XTestFakeKeyEvent(connection, code(modifier), False, CurrentTime);
+    XSync(connection, False);
+    pause();
+}
+
+void Screen::tellWindowManager(WindowId window, const char* message, long first) const {
+    XEvent event{};
+    event.xclient.type = ClientMessage;
+    event.xclient.window = window;
+    event.xclient.message_type = XInternAtom(connection, message, False);
+    event.xclient.format = 32;
+    event.xclient.data.l[0] = first;
+    XSendEvent(connection, DefaultRootWindow(connection), False,
+               SubstructureNotifyMask | SubstructureRedirectMask, &event);
+    XSync(connection, False);
+}
+
+void Screen::activate(WindowId window) {
+    constexpr long fromAPager = 2;
+    tellWindowManager(window, "_NET_ACTIVE_WINDOW", fromAPager);
+    eventually(std::chrono::seconds(5), [this, window] {
+        Window focused = 0;
+        int revert = 0;
+        XGetInputFocus(connection, &focused, &revert);
+        return focused == window;
+    });
+}
+
+void Screen::close(WindowId window) {
+    tellWindowManager(window, "_NET_CLOSE_WINDOW", CurrentTime);
+}
+
+} // namespace mirelon::test
