@@ -183,6 +183,11 @@ struct Four {
         _mm_store_pd(p, v.low);
         _mm_store_pd(p + 2, v.high);
     }
+    static Vector loadUnaligned(const double* p) { return {_mm_loadu_pd(p), _mm_loadu_pd(p + 2)}; }
+    static void storeUnaligned(double* p, Vector v) {
+        _mm_storeu_pd(p, v.low);
+        _mm_storeu_pd(p + 2, v.high);
+    }
     static void store(float* p, Vector v) {
         _mm_store_ps(p, _mm_movelh_ps(_mm_cvtpd_ps(v.low), _mm_cvtpd_ps(v.high)));
     }
@@ -239,7 +244,7 @@ struct Four {
     // Nothing is known of products that may have been denormal.
     static __m128i doubtful(__m128d next, __m128d e, __m128d product, __m128d distance, __m128d k) {
         const __m128d lost = D::lost(next, e, product);
-        const __m128d error = D::magnitude(product) * D::all(0x1.8p-52);
+        const __m128d error = D::magnitude(product) * D::all(0x1.01p-52);
         const __m128d moved = D::either(_mm_cmpneq_pd(next + (lost + error), next),
                                         _mm_cmpneq_pd(next + (lost - error), next));
         const __m128d tiny = D::both(D::below(D::magnitude(distance), D::all(0x1p-700)),
