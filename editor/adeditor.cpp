@@ -121,8 +121,11 @@ void ADEditor::close() {
 
 void ADEditor::idle() {
     RunLoop& loop = RunLoop::instance();
-    if (!loop.isOwnThread())
-        return loop.wake();
+    if (!loop.isOwnThread()) {
+        if (mirelonEffect.isEditorOpen())
+            loop.wake();
+        return;
+    }
     if (!loop.isPumping())
         return loop.pump();
     if (frame == nullptr)

@@ -13,6 +13,21 @@ namespace {
 // As often as a common display refreshes.
 constexpr unsigned glibIntervalMs = 16;
 
+// Raises a flag while it exists.
+class Turn {
+  public:
+    explicit Turn(bool& flag_)
+        : flag(flag_) {
+        flag = true;
+    }
+    ~Turn() { flag = false; }
+    Turn(const Turn&) = delete;
+    Turn& operator=(const Turn&) = delete;
+
+  private:
+    bool& flag;
+};
+
 } // namespace
 
 RunLoop& RunLoop::instance() {
@@ -53,7 +68,11 @@ void RunLoop::startGlibTrigger() {
     glibSource = g_timeout_add(
         glibIntervalMs,
         [](gpointer loop) -> gboolean {
-            static_cast<RunLoop*>(loop)->pump();
+            // No exception may pass through GLib; what failed is tried again.
+            try {
+                static_cast<RunLoop*>(loop)->pump();
+            } catch (...) {
+            }
             return G_SOURCE_CONTINUE;
         },
         this);
@@ -86,10 +105,11 @@ void RunLoop::pump() {
     const auto held = lock();
     if (pumping || !isOwnThread())
         return;
-    pumping = true;
-    serveEvents();
-    serveTimers();
-    pumping = false;
+    {
+        const Turn turn(pumping);
+        serveEvents();
+        serveTimers();
+    }
     runTasks();
 }
 
