@@ -30,7 +30,7 @@ ADEditor::ADEditor(Mirelon& effect)
 }
 
 ADEditor::~ADEditor() {
-    close();
+    ADEditor::close();
 }
 
 void ADEditor::updateScale() {
@@ -65,7 +65,8 @@ bool ADEditor::open(void* parent) {
         window->forget();
         return false;
     }
-    AEffGUIEditor::open(parent);
+    // The panel comes last, on top of everything.
+    AEffGUIEditor::open(parent); // NOLINT(bugprone-parent-virtual-call)
     loopUser = std::move(user);
     frame = window;
     buildViews();
@@ -112,7 +113,7 @@ void ADEditor::close() {
     auto* window = static_cast<MyFrame*>(frame);
     frame = nullptr;
     window->retire();
-    AEffGUIEditor::close();
+    AEffGUIEditor::close(); // NOLINT(bugprone-parent-virtual-call): the panel is closed
     for (Bitmap* bitmap : {&sliderHandle, &mark, &meterUnlit, &meterLit, &aboutPicture})
         *bitmap = nullptr;
     switchPictures.fill(nullptr);
@@ -131,7 +132,7 @@ void ADEditor::idle() {
     if (frame == nullptr)
         return;
     CPresetSystemEditor::idle();
-    AEffGUIEditor::idle();
+    AEffGUIEditor::idle(); // NOLINT(bugprone-parent-virtual-call): for what the panel changed
     // Behind the about picture the meters stand still.
     if (about != nullptr && !about->isShown() && widthMeter != nullptr)
         widthMeter->setValue(mirelonEffect.getWidthMeter() + meterMiddle);

@@ -7,6 +7,7 @@
 #include "resources/resources.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
 #include <string>
 
@@ -75,7 +76,7 @@ CPresetSystemEditor::CPresetSystemEditor(AudioEffect* effect)
 }
 
 CPresetSystemEditor::~CPresetSystemEditor() {
-    storePathsAndFilenames();
+    CPresetSystemEditor::storePathsAndFilenames();
     presetEffect().setEditorLink(nullptr);
 }
 
@@ -235,7 +236,7 @@ void CPresetSystemEditor::stepPreset(float direction) {
 }
 
 void CPresetSystemEditor::choosePreset(float menuValue) {
-    const int preset = static_cast<int>(menuValue + 0.5F);
+    const int preset = static_cast<int>(std::trunc(menuValue + 0.5F));
     if (presetMenu == nullptr || presetMenu->getEntry(preset) == nullptr)
         return;
     presetMenu->setValue(static_cast<float>(preset));
