@@ -58,9 +58,10 @@ class DefaultArithmetic {
 
 template <typename Sample>
 bool sameOrApart(const Sample* a, const Sample* b, std::uintptr_t bytes) noexcept {
-    const auto x = reinterpret_cast<std::uintptr_t>(a);
-    const auto y = reinterpret_cast<std::uintptr_t>(b);
-    return x == y || (x < y ? y - x : x - y) >= bytes;
+    const auto distance = reinterpret_cast<std::uintptr_t>(a) - reinterpret_cast<std::uintptr_t>(b);
+    // -bytes < distance < bytes, in one comparison that wraps around.
+    const bool overlap = distance + (bytes - 1) < 2 * bytes - 1;
+    return !overlap || distance == 0;
 }
 
 // Whether many frames may be read before the first of them is written.
