@@ -22,6 +22,21 @@ Environment variables() {
             {"ARDOUR_CONFIG_PATH", "/etc/ardour7"}};
 }
 
+std::string program() {
+    for (const auto& entry : std::filesystem::directory_iterator(programs))
+        if (entry.path().filename().string().starts_with("ardour-7"))
+            return entry.path();
+    return {};
+}
+
+void prepareFirstStart(const HostHome& home) {
+    const auto folder = home / "home/.config/ardour7";
+    std::filesystem::create_directories(folder);
+    writeFile(folder / ".a7", "");
+    std::filesystem::copy_file(std::filesystem::path(MIRELON_ARDOUR_SCRIPTS) / "config",
+                               folder / "config");
+}
+
 Outcome scan(const HostHome& home) {
     return home.run({programs + "/ardour-vst-scanner", "-f", "-v", home.plugin()},
                     std::chrono::seconds(60), variables());

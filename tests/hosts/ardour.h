@@ -19,6 +19,13 @@ bool isInstalled();
 // What Ardour's start script sets.
 Environment variables();
 
+// The program with a window, to be started with a session's file.
+std::string program();
+
+// Spares this home's user the questions of a first start, and the need of a
+// sound card.
+void prepareFirstStart(const HostHome& home);
+
 // The scanner's report. Sessions load only what it has found in this home.
 Outcome scan(const HostHome& home);
 

@@ -206,9 +206,7 @@ Stereo replayed(const Observations& observations, const Stereo& input, const Par
 
 TEST_F(ArdourSessionTest, AutomationIsHeardAsTheHostPlaysItBack) {
     HostHome home(observer());
-    const Environment observed{{"MIRELON_OBSERVED", MIRELON_PLUGIN_FILE},
-                               {"MIRELON_OBSERVATIONS", home / "observations"}};
-    home.addEnvironment(observed);
+    home.addEnvironment(observing(home / "observations"));
     scan(home);
     const Parameters values{0.5F, 0.5F, 0.5F, 0.5F, 0.5F, 1.0F, 0.0F, 0.0F, 0.0F};
     const ArdourSession session = sessionWith(home, values);

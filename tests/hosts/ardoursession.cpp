@@ -5,6 +5,7 @@
 #include <glib.h>
 
 #include <stdexcept>
+#include <string_view>
 
 namespace mirelon::test {
 namespace {
@@ -98,6 +99,24 @@ void ArdourSession::setChunk(const std::vector<std::byte>& bytes) const {
     gchar* text = g_base64_encode(reinterpret_cast<const guchar*>(bytes.data()), bytes.size());
     xml.replace(part.begin, part.length, text);
     g_free(text);
+    describe(xml);
+}
+
+void ArdourSession::showPluginWindowAt(int x, int y) const {
+    std::string xml = description();
+    const auto plugin = xml.find(" type=\"lxvst\"");
+    const auto idBefore = [&xml, plugin](const std::string& tag) {
+        const auto begin = xml.rfind(tag, plugin);
+        if (plugin == std::string::npos || begin == std::string::npos)
+            throw std::runtime_error("not in the session: the plug-in on its track");
+        const auto value = xml.find(" id=\"", begin) + std::string_view(" id=\"").size();
+        return xml.substr(value, xml.find('"', value) - value);
+    };
+    const std::string name = "P-" + idBefore("<Route ") + '-' + idBefore("<Processor ");
+    replaceOnce(xml, "</Session>",
+                "<Extra><UI><Window name=\"" + name + "\" visible=\"1\" x-off=\"" +
+                    std::to_string(x) + "\" y-off=\"" + std::to_string(y) +
+                    "\"/></UI></Extra></Session>");
     describe(xml);
 }
 

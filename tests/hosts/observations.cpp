@@ -59,4 +59,8 @@ std::filesystem::path observer() {
     return MIRELON_OBSERVER_FILE;
 }
 
+Environment observing(const std::filesystem::path& file) {
+    return {{"MIRELON_OBSERVED", MIRELON_PLUGIN_FILE}, {"MIRELON_OBSERVATIONS", file}};
+}
+
 } // namespace mirelon::test

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "shell/vst24.h"
+#include "tests/hosts/program.h"
 
 #include <filesystem>
 #include <functional>
@@ -38,5 +39,8 @@ Observations observationsIn(const std::filesystem::path& file);
 
 // The observing plug-in's file.
 std::filesystem::path observer();
+
+// What it reads from its environment to stand before the built plug-in.
+Environment observing(const std::filesystem::path& file);
 
 } // namespace mirelon::test

@@ -14,7 +14,7 @@ using ::testing::HasSubstr;
 constexpr auto qtractorScanner = "/usr/lib/x86_64-linux-gnu/qtractor/qtractor_plugin_scan";
 constexpr auto museScanner = "/usr/bin/muse_plugin_scan";
 
-TEST(ArdourScanner, ReportsNameMakerAndChannels) {
+TEST(ArdourScanner, ReportsNameMakerChannelsAndEditor) {
     SKIP_WITHOUT_ARDOUR();
     const HostHome home(MIRELON_PLUGIN_FILE);
     const Outcome scan = ardour::scan(home);
@@ -24,9 +24,10 @@ TEST(ArdourScanner, ReportsNameMakerAndChannels) {
     EXPECT_THAT(scan.output, HasSubstr(" category=\"Mastering\""));
     EXPECT_THAT(scan.output, HasSubstr(" n_inputs=\"2\" n_outputs=\"2\""));
     EXPECT_THAT(scan.output, HasSubstr(" is_instrument=\"0\" can_process_replace=\"1\""));
+    EXPECT_THAT(scan.output, HasSubstr(" has_editor=\"1\""));
 }
 
-TEST(QtractorScanner, ReportsNameChannelsAndParameters) {
+TEST(QtractorScanner, ReportsNameChannelsParametersAndEditor) {
     if (!isExecutable(qtractorScanner))
         GTEST_SKIP() << "Qtractor is not installed (scripts/setup --hosts)";
     const HostHome home(MIRELON_PLUGIN_FILE);
@@ -36,7 +37,7 @@ TEST(QtractorScanner, ReportsNameChannelsAndParameters) {
         seconds(30));
     ASSERT_TRUE(scan.inTime);
     EXPECT_EQ(scan.exitCode, 0);
-    EXPECT_THAT(scan.output, HasSubstr("VST|Dravik Mirelon|2:2|0:0|9:0|EXT,RT|" +
+    EXPECT_THAT(scan.output, HasSubstr("VST|Dravik Mirelon|2:2|0:0|9:0|GUI,EXT,RT|" +
                                        home.plugin().string() + "|0|0x4d724c6e"));
 }
 

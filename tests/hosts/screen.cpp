@@ -121,9 +121,8 @@ Pixels Screen::pixels(WindowId window) const {
     XWindowAttributes attributes{};
     if (XGetWindowAttributes(connection, window, &attributes) == 0)
         return {};
-    XImage* image =
-        XGetImage(connection, window, 0, 0, static_cast<unsigned>(attributes.width),
-                  static_cast<unsigned>(attributes.height), AllPlanes, ZPixmap);
+    XImage* image = XGetImage(connection, window, 0, 0, static_cast<unsigned>(attributes.width),
+                              static_cast<unsigned>(attributes.height), AllPlanes, ZPixmap);
     if (image == nullptr)
         return {};
     Pixels result{attributes.width, attributes.height, {}};
