@@ -2,8 +2,13 @@
 # makes one GoogleTest executable and registers each of its tests with CTest.
 # ROOMS links the plug-in's own objects; tests that see the plug-in as a host
 # does load the built .so instead, whose path is the macro MIRELON_PLUGIN_FILE.
+#
+# Target threaded_tests: those with "threads" in their label, which a ThreadSanitizer
+# build runs.
 include(GoogleTest)
 find_package(GTest REQUIRED)
+
+add_custom_target(threaded_tests)
 
 function(mirelon_test name)
   cmake_parse_arguments(PARSE_ARGV 1 ARG "ROOMS" "TIMEOUT" "SOURCES;LINK;LABELS")
@@ -16,6 +21,9 @@ function(mirelon_test name)
   target_compile_definitions(${name} PRIVATE
     "MIRELON_PLUGIN_FILE=\"$<TARGET_FILE:mirelon>\"")
   add_dependencies(${name} mirelon)
+  if(ARG_LABELS MATCHES "threads")
+    add_dependencies(threaded_tests ${name})
+  endif()
   if(NOT ARG_TIMEOUT)
     set(ARG_TIMEOUT 120)
   endif()

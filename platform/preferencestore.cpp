@@ -19,12 +19,15 @@ namespace {
 constexpr int applicationId = 0x4D724C6E; // "MrLn"
 constexpr int formatVersion = 1;
 
-constexpr const char* createSchema = "PRAGMA application_id = 1299336302;"
-                                     "PRAGMA user_version = 1;"
-                                     "CREATE TABLE preferences ("
-                                     "key TEXT PRIMARY KEY NOT NULL, value BLOB NOT NULL"
-                                     ") WITHOUT ROWID;";
-static_assert(applicationId == 1299336302 && formatVersion == 1);
+std::string schema() {
+    return "PRAGMA application_id = " + std::to_string(applicationId) +
+           ";"
+           "PRAGMA user_version = " +
+           std::to_string(formatVersion) +
+           ";"
+           "CREATE TABLE preferences (key TEXT PRIMARY KEY NOT NULL, value BLOB NOT NULL)"
+           " WITHOUT ROWID;";
+}
 
 enum class Outcome {
     done,
@@ -74,7 +77,7 @@ Outcome identify(SqliteConnection& database, bool create) {
         *answer = statement.integer();
     }
     if (application == 0 && version == 0 && tables == 0)
-        return create ? outcomeOf(database.execute(createSchema)) : Outcome::failed;
+        return create ? outcomeOf(database.execute(schema().c_str())) : Outcome::failed;
     if (application != applicationId)
         return Outcome::damaged;
     return version == formatVersion ? Outcome::done : Outcome::failed;

@@ -67,7 +67,9 @@ mirelon::PresetName PresetRecord::name() const noexcept {
 
 void PresetRecord::setName(std::string_view text) noexcept {
     std::array<std::uint32_t, nameWordCount> words{};
-    std::memcpy(words.data(), text.data(), std::min<std::size_t>(text.size(), kPresetNameLen));
+    const std::string_view kept = text.substr(0, kPresetNameLen);
+    if (!kept.empty()) // an empty view may point nowhere
+        std::memcpy(words.data(), kept.data(), kept.size());
     for (std::size_t i = 0; i < nameWordCount; ++i)
         storeWord(nameWords[i], words[i]);
 }

@@ -13,8 +13,8 @@ namespace {
 constexpr std::size_t textSize = 32;
 
 void copyText(std::string_view source, char* text) noexcept {
-    std::memcpy(text, source.data(), source.size());
-    text[source.size()] = '\0';
+    // Not memcpy: an empty view may point nowhere.
+    *std::ranges::copy(source, text).out = '\0';
 }
 
 // The integer part, towards zero; none for what does not fit (NaN included).

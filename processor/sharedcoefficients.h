@@ -5,6 +5,7 @@
 
 #include <array>
 #include <atomic>
+#include <utility>
 
 namespace mirelon {
 
@@ -23,10 +24,7 @@ class SharedCoefficients {
     }
 
     Coefficients snapshot() const noexcept {
-        Coefficients copy;
-        for (std::size_t i = 0; i < fields.size(); ++i)
-            copy.*fields[i].member = shared[i].load(std::memory_order_relaxed);
-        return copy;
+        return snapshotOf(std::make_index_sequence<fieldCount>());
     }
 
   private:
@@ -34,7 +32,8 @@ class SharedCoefficients {
         VstInt32 governedBy;
         float Coefficients::*member;
     };
-    static constexpr std::array<Field, 13> fields{{
+    static constexpr std::size_t fieldCount = sizeof(Coefficients) / sizeof(float);
+    static constexpr std::array<Field, fieldCount> fields{{
         {kParamWidth, &Coefficients::widthSide},
         {kParamWidth, &Coefficients::widthNorm},
         {kParamGain, &Coefficients::gainLin},
@@ -49,9 +48,19 @@ class SharedCoefficients {
         {kParamInvertL, &Coefficients::invertL},
         {kParamInvertR, &Coefficients::invertR},
     }};
-    static_assert(sizeof(Coefficients) == fields.size() * sizeof(float));
+    static_assert(fields.back().member != nullptr);
 
-    std::array<std::atomic<float>, fields.size()> shared{};
+    using Shared = std::array<std::atomic<float>, fields.size()>;
+
+    // Unrolled: once for every block, so a loop would show.
+    template <std::size_t... i>
+    Coefficients snapshotOf(std::index_sequence<i...>) const noexcept {
+        Coefficients copy;
+        ((copy.*fields[i].member = shared[i].load(std::memory_order_relaxed)), ...);
+        return copy;
+    }
+
+    Shared shared{};
 };
 
 } // namespace mirelon

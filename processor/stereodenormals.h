@@ -10,21 +10,35 @@
 namespace mirelon::kernels {
 namespace {
 
-// The magnitude below which a sample's products may get denormal, by the factors
-// on its way that make it smaller. Cancellation can bring larger ones there as
-// well; that costs time, never a bit.
-double smaller(float factor) {
-    const double magnitude = factor < 0.0F ? -static_cast<double>(factor) : factor;
-    return magnitude > 0.0 && magnitude < 1.0 ? magnitude : 1.0;
+// How often a factor halves a sample at most, as its exponent says.
+unsigned halvings(float factor) {
+    constexpr unsigned one = 0x3F800000;
+    unsigned bits = 0;
+    __builtin_memcpy(&bits, &factor, sizeof bits);
+    bits &= 0x7FFFFFFF;
+    return bits - 1 < one - 1 ? (one - bits + 0x7FFFFF) >> 23 : 0;
 }
-template <typename Sample>
-Sample denormalLimit(const Coefficients& c) {
-    constexpr double margin = sizeof(Sample) == sizeof(float) ? 0x1p-100 : 0x1p-900;
-    const double center = smaller(c.centerL) * smaller(c.centerR);
-    const double side = smaller(c.gainLin) * smaller(c.widthSide);
-    const double stability = smaller(c.stabilityL) * smaller(c.stabilityR);
-    const double balance = smaller(c.balanceL) * smaller(c.balanceR);
-    return static_cast<Sample>(margin / ((center * side) * (center * stability) * balance));
+
+// The same for the way from input to output. In integers, and one by one: at the
+// start of a block this must not wait for the end of the one before.
+int halvings(const Coefficients& c) {
+    const unsigned center = halvings(c.centerL) + halvings(c.centerR);
+    return static_cast<int>(halvings(c.gainLin) + halvings(c.widthSide) + halvings(c.stabilityL) +
+                            halvings(c.stabilityR) + halvings(c.balanceL) + halvings(c.balanceR) +
+                            center + center);
+}
+
+// The magnitude below which a sample's products may get denormal. Cancellation
+// can bring larger ones there as well; that costs time, never a bit.
+void denormalLimit(const Coefficients& c, float& limit) {
+    const int exponent = 127 - 100 + halvings(c);
+    const unsigned bits = static_cast<unsigned>(exponent < 255 ? exponent : 255) << 23;
+    __builtin_memcpy(&limit, &bits, sizeof limit);
+}
+void denormalLimit(const Coefficients& c, double& limit) {
+    const auto exponent = static_cast<unsigned long>(1023 - 900 + halvings(c));
+    const unsigned long bits = exponent << 52;
+    __builtin_memcpy(&limit, &bits, sizeof limit);
 }
 
 template <typename Sample>

@@ -30,20 +30,16 @@ class Followers {
     using Mask = Four::Mask;
 
   public:
+    // All four are moved at once: were they written one by one and read together
+    // by the next block, that would have to wait until the writes have left the
+    // processor.
     Followers(const Envelopes& e, double coefficient)
-        : k(Four::all(coefficient)) {
-        alignas(32) const double values[4] = {e.sum, e.diff, e.left, e.right};
-        followers = Four::load(values);
+        : followers(Four::loadUnaligned(&e.sum))
+        , k(Four::all(coefficient)) {
+        static_assert(sizeof(Envelopes) == 4 * sizeof(double));
     }
 
-    void store(Envelopes& e) const {
-        alignas(32) double values[4];
-        Four::store(values, followers);
-        e.sum = values[0];
-        e.diff = values[1];
-        e.left = values[2];
-        e.right = values[3];
-    }
+    void store(Envelopes& e) const { Four::storeUnaligned(&e.sum, followers); }
 
     // Follows the first `frames` frames of a group; what lies behind them is
     // zero. Inlined, so that the number is a constant for all groups but the last.
@@ -87,10 +83,11 @@ class Followers {
 
     static Mask everyLane() { return Four::equal(Four::none(), Four::none()); }
 
-    // The lanes whose follower stays as it is in silence.
+    // The lanes whose follower is known to stay as it is in silence.
     static Mask resting(Vector e, Vector k) {
-        const Vector next = flushed(Four::exactStep(e, Four::all(0.0), k));
-        return Four::equal(Four::bits(next), Four::bits(e));
+        Mask doubt = Four::none();
+        const Vector next = flushed(Four::step(e, Four::all(0.0), k, doubt));
+        return Four::andNot(Four::equal(Four::bits(next), Four::bits(e)), doubt);
     }
 
     static bool isSilent(const Levels<Sample>& levels) {

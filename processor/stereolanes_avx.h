@@ -16,7 +16,8 @@ struct Four {
     static Vector all(double v) { return _mm256_set1_pd(v); }
     static Vector load(const double* p) { return _mm256_load_pd(p); }
     static Vector load(const float* p) { return _mm256_cvtps_pd(_mm_load_ps(p)); }
-    static void store(double* p, Vector v) { _mm256_store_pd(p, v); }
+    static Vector loadUnaligned(const double* p) { return _mm256_loadu_pd(p); }
+    static void storeUnaligned(double* p, Vector v) { _mm256_storeu_pd(p, v); }
     static void store(float* p, Vector v) { _mm_store_ps(p, _mm256_cvtpd_ps(v)); }
     static Vector toFloatAndBack(Vector v) { return _mm256_cvtps_pd(_mm256_cvtpd_ps(v)); }
 

@@ -94,8 +94,11 @@ class Processing {
     explicit Processing(const Block<Sample>& block)
         : matrix(block.coefficients)
         , coefficients(block.coefficients)
-        , keepTiny(tinyLevelsCount(block))
-        , limit(L::all(denormalLimit<Sample>(block.coefficients))) {}
+        , keepTiny(tinyLevelsCount(block)) {
+        Sample smallest;
+        denormalLimit(block.coefficients, smallest);
+        limit = L::all(smallest);
+    }
 
     StereoInput<Sample> ordered(StereoInput<Sample> in) const {
         return coefficients.phaseOn > 0.5F ? StereoInput<Sample>{in.right, in.left} : in;

@@ -104,7 +104,7 @@ std::string nameFromBytes(const Json& value, const std::string& place) {
 std::string nameFrom(const Json& value, const std::string& place) {
     if (!value.is_string())
         return nameFromBytes(value, place);
-    const std::string name = value.get<std::string>();
+    std::string name = value.get<std::string>();
     if (name.size() > kPresetNameLen)
         refuse(place, std::to_string(name.size()) + " bytes, 24 is the most");
     if (name.find('\0') != std::string::npos)
@@ -134,12 +134,14 @@ PresetRecord presetFrom(const Json& value, const std::string& place,
     PresetRecord preset{};
     preset.setName(nameFrom(member(value, place, "name"), place + ".name"));
     const Json& values = member(value, place, "values");
+    const std::string valuesPlace = place + ".values";
     for (int j = 0; j < kNumPresetParams; ++j) {
         const std::string& parameter = parameters[static_cast<std::size_t>(j)];
-        preset.setValue(j, valueFrom(member(values, place + ".values", parameter),
-                                     place + ".values." + parameter));
+        std::string valuePlace = valuesPlace;
+        valuePlace.append(".").append(parameter);
+        preset.setValue(j, valueFrom(member(values, valuesPlace, parameter), valuePlace));
     }
-    requireOnly(values, place + ".values", parameters);
+    requireOnly(values, valuesPlace, parameters);
     requireOnly(value, place, std::initializer_list<const char*>{"name", "values"});
     return preset;
 }

@@ -24,12 +24,15 @@ struct Command {
 std::span<const Command> commands();
 
 Run defineBank(CLI::App& parser);
+Run defineCheck(CLI::App& parser);
 Run defineChunk(CLI::App& parser);
 Run defineConvert(CLI::App& parser);
+Run defineEdit(CLI::App& parser);
 Run defineInfo(CLI::App& parser);
 Run definePlot(CLI::App& parser);
 Run definePreset(CLI::App& parser);
 Run defineRender(CLI::App& parser);
+Run defineScreenshot(CLI::App& parser);
 Run defineVerify(CLI::App& parser);
 
 } // namespace mirelon::tools

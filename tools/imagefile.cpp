@@ -34,10 +34,17 @@ std::vector<PresetRecord> recordsOf(std::span<const std::byte> bytes) {
     return records;
 }
 
-bool allInRange(const std::vector<PresetRecord>& records) {
+// The range alone tells little: 0.5 with its bytes reversed is a tiny number
+// above 0. What nobody sets counts as misread.
+bool isPlausible(float value) {
+    constexpr float smallestSet = 0x1p-24F;
+    return value == 0.0F || (value >= smallestSet && value <= 1.0F);
+}
+
+bool allPlausible(const std::vector<PresetRecord>& records) {
     return std::ranges::all_of(records, [](const PresetRecord& record) {
         for (int j = 0; j < kNumPresetParams; ++j)
-            if (!isNormalised(record.value(j)))
+            if (!isPlausible(record.value(j)))
                 return false;
         return true;
     });
@@ -90,11 +97,11 @@ std::optional<ImageHeader> headerOf(std::span<const std::byte> bytes, VstInt32 o
 
 ImageFile partsOf(std::span<const std::byte> bytes, const ImageHeader& header) {
     ImageFile image{header.kind.value(), header.ownerOrder, std::endian::big, recordsOf(bytes)};
-    if (allInRange(image.presets))
+    if (allPlausible(image.presets))
         return image;
     std::vector<std::byte> turned(bytes.begin(), bytes.end());
     turnValues(turned);
-    if (std::vector<PresetRecord> records = recordsOf(turned); allInRange(records)) {
+    if (std::vector<PresetRecord> records = recordsOf(turned); allPlausible(records)) {
         image.valueOrder = std::endian::little;
         image.presets = std::move(records);
     }

@@ -38,8 +38,8 @@ struct ImageHeader {
 };
 std::optional<ImageHeader> headerOf(std::span<const std::byte> bytes, VstInt32 ownerId);
 
-// The parts of a whole image. Values count as reversed where only that brings
-// all of them into their range.
+// The parts of a whole image. Values count as little-endian where only that
+// makes all of them what a control can be set to.
 ImageFile partsOf(std::span<const std::byte> bytes, const ImageHeader& header);
 
 // Throws CommandError when it cannot be read or is no file of this owner, of

@@ -1,6 +1,7 @@
 // mirelon-host: a small host for VST 2.4 effects.
 #include "tools/commanderror.h"
 #include "tools/commands.h"
+#include "tools/exitstatus.h"
 #include "tools/host/pluginerror.h"
 #include "tools/nearestname.h"
 
@@ -64,6 +65,8 @@ int run(int argc, char** argv) {
 int main(int argc, char** argv) {
     try {
         return run(argc, argv);
+    } catch (const mirelon::tools::ExitStatus& status) {
+        return status.value;
     } catch (const mirelon::tools::CommandError& error) {
         return refuse(error.what());
     } catch (const mirelon::hosting::PluginError& error) {

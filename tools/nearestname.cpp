@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <numeric>
+#include <utility>
 #include <vector>
 
 namespace mirelon::tools {
@@ -18,8 +19,12 @@ std::string folded(std::string_view text) {
     return result;
 }
 
+// How far a text is from the nearest beginning of a name, which is what people
+// type of a long one, and, among equals, from the whole of it.
+using Distance = std::pair<std::size_t, std::size_t>;
+
 // Levenshtein's, with one row of the table at a time.
-std::size_t editDistance(const std::string& a, const std::string& b) {
+Distance editDistance(const std::string& a, const std::string& b) {
     std::vector<std::size_t> row(b.size() + 1);
     std::iota(row.begin(), row.end(), std::size_t{0});
     for (std::size_t i = 0; i < a.size(); ++i) {
@@ -31,7 +36,7 @@ std::size_t editDistance(const std::string& a, const std::string& b) {
             row[j + 1] = std::min({replaced, row[j] + 1, row[j + 1] + 1});
         }
     }
-    return row.back();
+    return {*std::min_element(row.begin(), row.end()), row.back()};
 }
 
 } // namespace
@@ -61,11 +66,11 @@ std::optional<std::size_t> findName(std::string_view wanted, std::span<const std
 const std::string* nearestName(std::string_view wanted, std::span<const std::string> names) {
     const std::string key = folded(wanted);
     const std::string* nearest = nullptr;
-    std::size_t least = 0;
+    Distance least;
     for (const std::string& name : names) {
         if (trimmed(name).empty())
             continue;
-        const std::size_t distance = editDistance(key, folded(name));
+        const Distance distance = editDistance(key, folded(name));
         if (nearest == nullptr || distance < least) {
             nearest = &name;
             least = distance;

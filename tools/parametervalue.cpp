@@ -181,6 +181,7 @@ VstInt32 findParameter(const hosting::Effect& effect, const std::string& name) {
 
 std::vector<std::string> parameterNames(const hosting::Effect& effect) {
     std::vector<std::string> names;
+    names.reserve(static_cast<std::size_t>(effect.record().numParams));
     for (VstInt32 index = 0; index < effect.record().numParams; ++index)
         names.push_back(effect.parameterName(index));
     return names;

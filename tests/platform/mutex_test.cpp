@@ -11,6 +11,12 @@ extern "C" __attribute__((visibility("default"))) const char* __lsan_default_sup
     return "leak:XPlatCreateMutex\n";
 }
 
+// ThreadSanitizer does not see the timed locking (pthread_mutex_clocklock) and
+// takes the unlocking after it for a mistake.
+extern "C" __attribute__((visibility("default"))) const char* __tsan_default_suppressions() {
+    return "mutex:XPlatUnlockMutex\nrace:XPlatUnlockMutex\n";
+}
+
 namespace {
 
 using Clock = std::chrono::steady_clock;

@@ -180,6 +180,72 @@ INSTANTIATE_TEST_SUITE_P(For, RefusedBank,
                          testing::Values("owner", "type", "value", "empty", "missing"),
                          [](const auto& info) { return std::string(info.param); });
 
+// What the panel's menu shows as the names of the presets.
+std::vector<std::string> menuOf(const ScriptedEditor& editor) {
+    std::vector<std::string> titles;
+    for (int i = 0; i < kNumPresets; ++i)
+        titles.push_back(editor.presetMenu->getEntry(i)->getTitle().getString());
+    return titles;
+}
+
+class PresetFilesWithPanel : public PresetFiles {
+  protected:
+    void SetUp() override {
+        editor().makePanel();
+        for (int i = 0; i < kNumPresets; ++i)
+            before.push_back("preset " + std::to_string(i));
+        ASSERT_EQ(menuOf(editor()), before);
+    }
+    void giveBank(const std::string& file) {
+        writeFile(folder / "a.dvb", file);
+        answer(folder / "a.dvb");
+        editor().loadBank(false);
+    }
+    std::string shownName() { return editor().nameField->getText().getString(); }
+
+    RecordingEffect other;
+    std::vector<std::string> before;
+};
+
+TEST_F(PresetFilesWithPanel, ALoadedBanksNamesShowAndEntryZeroIsCurrent) {
+    other.record(0).setName("first");
+    other.record(10).setName("last");
+    giveBank(bankFileOf(other));
+    before.front() = "first";
+    before.back() = "last";
+    EXPECT_EQ(menuOf(editor()), before);
+    EXPECT_EQ(editor().presetMenu->getCurrentIndex(), 0);
+    EXPECT_EQ(shownName(), "first");
+}
+
+TEST_F(PresetFilesWithPanel, ABankRefusedAtAValueLeavesTheNamesReadUntilThen) {
+    for (int i = 0; i < kNumPresets; ++i)
+        other.record(i).setName("other " + std::to_string(i));
+    other.record(4).setValue(8, 1.5F);
+    giveBank(bankFileOf(other));
+    for (int i = 0; i <= 4; ++i)
+        before[static_cast<std::size_t>(i)] = "other " + std::to_string(i);
+    EXPECT_EQ(menuOf(editor()), before);
+    EXPECT_EQ(editor().presetMenu->getCurrentIndex(), 4);
+    EXPECT_EQ(shownName(), "preset 0");
+    EXPECT_EQ(effect().name(4), "preset 4");
+}
+
+TEST_F(PresetFilesWithPanel, ABankOfAnotherEffectShowsNoName) {
+    giveBank("else\x37" + other.bytes());
+    EXPECT_EQ(menuOf(editor()), before);
+}
+
+TEST_F(PresetFilesWithPanel, ALoadedPresetsNameShowsInFieldAndMenu) {
+    effect().setPresetNo(0);
+    writeFile(folder / "a.dvp", presetFileOf(other, 8));
+    answer(folder / "a.dvp");
+    editor().loadPreset(false);
+    before[0] = "preset 8";
+    EXPECT_EQ(menuOf(editor()), before);
+    EXPECT_EQ(shownName(), "preset 8");
+}
+
 TEST_F(PresetFiles, TheQuestionNamesWhatIsAsked) {
     editor().setDir("/a/folder/");
     std::ranges::copy("my.dvp"s, editor().currentPresetName.begin());

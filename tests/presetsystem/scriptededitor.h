@@ -11,6 +11,7 @@
 #include <cstdlib>
 #include <deque>
 #include <functional>
+#include <gtest/gtest.h>
 
 namespace mirelon::test {
 
@@ -19,7 +20,9 @@ class ScriptedEditor : public CPresetSystemEditor {
     using CPresetSystemEditor::currentBankName;
     using CPresetSystemEditor::currentDir;
     using CPresetSystemEditor::currentPresetName;
+    using CPresetSystemEditor::nameField;
     using CPresetSystemEditor::PathBuffer;
+    using CPresetSystemEditor::presetMenu;
 
     explicit ScriptedEditor(RecordingEffect& effect)
         : CPresetSystemEditor(&effect) {}
@@ -30,7 +33,14 @@ class ScriptedEditor : public CPresetSystemEditor {
         setUpToolkit();
         frame = new VSTGUI::CFrame(VSTGUI::CRect(0, 0, 10, 10), this);
     }
+    // The panel's controls, in that frame.
+    void makePanel() {
+        makeFrame();
+        EXPECT_TRUE(open(nullptr));
+    }
     void dropFrame() {
+        if (presetMenu != nullptr)
+            close();
         if (frame != nullptr)
             std::exchange(frame, nullptr)->forget();
     }

@@ -97,6 +97,22 @@ TEST(Meters, AgreeWithTheReferenceForAnyFollowers) {
     }
 }
 
+// Ratios of everyday followers, the range's ends and its middle among them.
+TEST(Meters, AgreeWithTheReferenceForEverydayFollowers) {
+    std::vector<double> values(1200000);
+    mirelon::signals::fill<double>(values, mirelon::signals::Signal::noise, 5, 0);
+    for (std::size_t i = 0; i + 4 <= values.size(); i += 4) {
+        const double level = std::exp(4.0 * values[i]);
+        const double nearness = std::exp2(-40.0 * std::fabs(values[i + 1]));
+        const double ratios[] = {1.0, 4.0, 0.25, std::exp2(3.0 * values[i + 2])};
+        const double over = level * ratios[(i / 4) % 4] * (1.0 + nearness * values[i + 3]);
+        const auto expected = mirelon::reference::readingsOf({over, level, level, over});
+        const auto actual = readMeters({over, level, level, over});
+        ASSERT_EQ(actual.width, expected.width) << over / level;
+        ASSERT_EQ(actual.balance, expected.balance) << over / level;
+    }
+}
+
 TEST(FollowerCoefficient, CoversFifteenSixteenthsInSixHundredMilliseconds) {
     for (const float rate : {8000.0F, 44100.0F, 48000.0F, 96000.0F, 192000.0F}) {
         const double k = mirelon::envelopeCoefficient(rate);

@@ -19,6 +19,48 @@ int ignoreError(Display*, XErrorEvent*) {
     return 0;
 }
 
+struct CloseDisplay {
+    void operator()(Display* display) const { XCloseDisplay(display); }
+};
+using Connection = std::unique_ptr<Display, CloseDisplay>;
+
+Connection connectToDisplay() {
+    VirtualDisplay::start();
+    XSetErrorHandler(ignoreError);
+    Connection connection(XOpenDisplay(nullptr));
+    if (connection == nullptr)
+        throw std::runtime_error("no display");
+    return connection;
+}
+
+// What is to be seen in a window; nothing when it is not on the screen.
+Pixels grab(Display* display, Window window, int width, int height) {
+    XSync(display, False);
+    XImage* image = XGetImage(display, window, 0, 0, static_cast<unsigned>(width),
+                              static_cast<unsigned>(height), AllPlanes, ZPixmap);
+    if (image == nullptr)
+        return {};
+    Pixels result{width, height, {}};
+    for (int y = 0; y < height; ++y)
+        for (int x = 0; x < width; ++x)
+            result.rgb.push_back(static_cast<std::uint32_t>(XGetPixel(image, x, y)) & 0xFFFFFFU);
+    XDestroyImage(image);
+    return result;
+}
+
+std::vector<std::uint32_t> childrenOf(Display* display, Window window) {
+    Window root = 0;
+    Window parent = 0;
+    Window* list = nullptr;
+    unsigned count = 0;
+    XSync(display, False);
+    if (XQueryTree(display, window, &root, &parent, &list, &count) == 0)
+        return {};
+    std::vector<std::uint32_t> result(list, list + count);
+    XFree(list);
+    return result;
+}
+
 } // namespace
 
 Pixels Pixels::part(int left, int top, int right, int bottom) const {
@@ -40,23 +82,54 @@ void savePng(const Pixels& pixels, const std::filesystem::path& file) {
 }
 
 void setScreenResources(std::string_view text) {
-    VirtualDisplay::start();
-    Display* display = XOpenDisplay(nullptr);
-    XChangeProperty(display, DefaultRootWindow(display), XA_RESOURCE_MANAGER, XA_STRING, 8,
-                    PropModeReplace, reinterpret_cast<const unsigned char*>(text.data()),
+    const Connection display = connectToDisplay();
+    XChangeProperty(display.get(), DefaultRootWindow(display.get()), XA_RESOURCE_MANAGER, XA_STRING,
+                    8, PropModeReplace, reinterpret_cast<const unsigned char*>(text.data()),
                     static_cast<int>(text.size()));
-    XCloseDisplay(display);
+}
+
+std::optional<std::uint32_t> windowNamed(std::string_view title) {
+    const Connection display = connectToDisplay();
+    for (const std::uint32_t window : childrenOf(display.get(), DefaultRootWindow(display.get()))) {
+        char* name = nullptr;
+        if (XFetchName(display.get(), window, &name) == 0 || name == nullptr)
+            continue;
+        const bool found = name == title;
+        XFree(name);
+        if (found)
+            return window;
+    }
+    return {};
+}
+
+std::optional<Pixels> pixelsOfWindowNamed(std::string_view title) {
+    const auto window = windowNamed(title);
+    const Connection display = connectToDisplay();
+    XWindowAttributes attributes{};
+    if (!window || XGetWindowAttributes(display.get(), *window, &attributes) == 0)
+        return {};
+    return grab(display.get(), *window, attributes.width, attributes.height);
+}
+
+void closeWindowNamed(std::string_view title) {
+    const auto window = windowNamed(title);
+    if (!window)
+        return;
+    const Connection display = connectToDisplay();
+    XEvent event{};
+    event.xclient.type = ClientMessage;
+    event.xclient.window = *window;
+    event.xclient.message_type = XInternAtom(display.get(), "WM_PROTOCOLS", False);
+    event.xclient.format = 32;
+    event.xclient.data.l[0] =
+        static_cast<long>(XInternAtom(display.get(), "WM_DELETE_WINDOW", False));
+    XSendEvent(display.get(), *window, False, NoEventMask, &event);
 }
 
 XWindow::XWindow(int width, int height)
-    : display(nullptr)
+    : display(connectToDisplay().release())
     , width(width)
     , height(height) {
-    VirtualDisplay::start();
-    XSetErrorHandler(ignoreError);
-    display = XOpenDisplay(nullptr);
-    if (display == nullptr)
-        throw std::runtime_error("no display");
     window = static_cast<std::uint32_t>(XCreateSimpleWindow(
         display, DefaultRootWindow(display), 20, 30, static_cast<unsigned>(width),
         static_cast<unsigned>(height), 0, 0, 0x808080));
@@ -90,16 +163,7 @@ void XWindow::resize(int newWidth, int newHeight) {
 }
 
 std::vector<std::uint32_t> XWindow::children() const {
-    Window root = 0;
-    Window parent = 0;
-    Window* list = nullptr;
-    unsigned count = 0;
-    XSync(display, False);
-    if (XQueryTree(display, window, &root, &parent, &list, &count) == 0)
-        return {};
-    std::vector<std::uint32_t> result(list, list + count);
-    XFree(list);
-    return result;
+    return childrenOf(display, window);
 }
 
 bool XWindow::isMapped(std::uint32_t child) const {
@@ -127,17 +191,7 @@ std::vector<std::uint32_t> XWindow::embedInfo(std::uint32_t child) const {
 }
 
 Pixels XWindow::pixels() const {
-    XSync(display, False);
-    XImage* image = XGetImage(display, window, 0, 0, static_cast<unsigned>(width),
-                              static_cast<unsigned>(height), AllPlanes, ZPixmap);
-    if (image == nullptr)
-        return {};
-    Pixels result{width, height, {}};
-    for (int y = 0; y < height; ++y)
-        for (int x = 0; x < width; ++x)
-            result.rgb.push_back(static_cast<std::uint32_t>(XGetPixel(image, x, y)) & 0xFFFFFFU);
-    XDestroyImage(image);
-    return result;
+    return grab(display, window, width, height);
 }
 
 void XWindow::moveTo(double x, double y) {

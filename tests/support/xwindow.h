@@ -5,7 +5,7 @@
 
 #include <cstdint>
 #include <filesystem>
-#include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -33,6 +33,13 @@ void savePng(const Pixels& pixels, const std::filesystem::path& file);
 
 // The X resource text that a desktop leaves on the screen for its programs.
 void setScreenResources(std::string_view text);
+
+// A program's window with this title, directly on the screen.
+std::optional<std::uint32_t> windowNamed(std::string_view title);
+// As the user sees it; nothing when there is no such window.
+std::optional<Pixels> pixelsOfWindowNamed(std::string_view title);
+// Asks the program to close it, as a window manager's close button does.
+void closeWindowNamed(std::string_view title);
 
 // Uses an X connection of its own. Positions are pixels from the window's
 // corner. Input is real: it goes through the server to whatever is there.

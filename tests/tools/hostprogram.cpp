@@ -4,6 +4,7 @@
 
 #include <cerrno>
 #include <csignal>
+#include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -17,6 +18,7 @@ namespace {
 
 std::vector<char*> pointersTo(std::vector<std::string>& texts) {
     std::vector<char*> pointers;
+    pointers.reserve(texts.size() + 1);
     for (std::string& text : texts)
         pointers.push_back(text.data());
     pointers.push_back(nullptr);
@@ -33,8 +35,14 @@ RunningProgram::RunningProgram(const std::filesystem::path& program,
     : home(home_) {
     arguments.insert(arguments.begin(), program.string());
     std::vector<std::string> variables{"HOME=" + home.string(), "PATH=/usr/bin:/bin", "LC_ALL=C"};
+    // A sanitizer's options hold for the program as for its test.
+    for (const char* const name :
+         {"ASAN_OPTIONS", "LSAN_OPTIONS", "TSAN_OPTIONS", "UBSAN_OPTIONS"}) {
+        if (const char* const value = std::getenv(name))
+            variables.emplace_back(name).append(1, '=').append(value);
+    }
     for (const auto& [name, value] : environment)
-        variables.push_back(name + '=' + value);
+        variables.emplace_back(name).append(1, '=').append(value);
 
     posix_spawn_file_actions_t files;
     posix_spawn_file_actions_init(&files);

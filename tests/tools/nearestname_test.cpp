@@ -22,6 +22,7 @@ TEST(NearestName, TheEmptyNameIsNobodys) {
 TEST(NearestName, IsTheOneWithTheFewestChanges) {
     EXPECT_EQ(*nearestName("extendet with", names), "extended width");
     EXPECT_EQ(*nearestName("REDUCED", names), "reduced width");
+    EXPECT_EQ(*nearestName("extnded", names), "extended width");
     EXPECT_EQ(*nearestName("inti", names), "init");
     EXPECT_EQ(*nearestName("L", names), "-L");
 }

@@ -98,6 +98,7 @@ TEST(RecordingHost, TakesCallsOfManyThreads) {
     constexpr int callCount = 2000;
     RecordingHost host;
     std::vector<std::thread> threads;
+    threads.reserve(threadCount);
     for (int i = 0; i < threadCount; ++i) {
         threads.emplace_back([&host] {
             for (int n = 0; n < callCount; ++n)

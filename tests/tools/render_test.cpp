@@ -126,7 +126,8 @@ TEST_F(Render, AutomationMovesAParameterInALine) {
     const Sound out = rendered(constant(0.25, 0.25, block * (blocks - 1) + 30),
                                {"--block", "100", "--automate", "gain=0.25:0.75"});
     for (std::size_t i = 0; i < out.frames(); ++i) {
-        const double value = 0.25 + 0.5 * static_cast<double>(i / block) / (blocks - 1);
+        const std::size_t number = i / block;
+        const double value = 0.25 + 0.5 * static_cast<double>(number) / (blocks - 1);
         EXPECT_NEAR(out.left(i), 0.25 * std::pow(10.0, (value - 0.5) * 1.2), 1e-6) << i;
     }
 }

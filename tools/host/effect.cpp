@@ -15,11 +15,11 @@ std::string textOf(const TextBuffer& buffer) {
     return {buffer.data(), strnlen(buffer.data(), buffer.size())};
 }
 
-AEffect* checkedRecord(const Module& module, RecordingHost& host) {
+AEffect* checkedRecord(const Module& module, audioMasterCallback host) {
     const auto refuse = [&module](const char* why) {
         throw PluginError(module.file().string() + ": " + why);
     };
-    AEffect* const record = module.entryPoint()(host.callback());
+    AEffect* const record = module.entryPoint()(host);
     if (record == nullptr)
         refuse("the plug-in made no instance");
     if (record->magic != kEffectMagic)
@@ -39,6 +39,9 @@ AEffect* checkedRecord(const Module& module, RecordingHost& host) {
 } // namespace
 
 Effect::Effect(const Module& module, RecordingHost& host)
+    : Effect(module, host.callback()) {}
+
+Effect::Effect(const Module& module, audioMasterCallback host)
     : effect(checkedRecord(module, host)) {
     dispatch(effOpen);
 }

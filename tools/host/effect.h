@@ -26,6 +26,8 @@ class Effect {
     // answers null or a record that cannot be used: wrong magic word, a missing
     // function, a negative count.
     Effect(const Module& module, RecordingHost& host);
+    // The same with any callback, which must serve as long as the instance.
+    Effect(const Module& module, audioMasterCallback host);
     ~Effect();
     Effect(const Effect&) = delete;
     Effect& operator=(const Effect&) = delete;

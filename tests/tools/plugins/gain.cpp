@@ -22,6 +22,10 @@ struct Gain {
     std::array<std::array<float, latency>, 2> delayed{};
 };
 
+void copyText(char* buffer, const char* text) {
+    std::memcpy(buffer, text, std::strlen(text) + 1);
+}
+
 Gain& of(AEffect* effect) {
     return *static_cast<Gain*>(effect->object);
 }
@@ -65,15 +69,15 @@ VstIntPtr dispatch(AEffect* effect, VstInt32 opcode, VstInt32 index, VstIntPtr v
         self.gain = programGains[static_cast<std::size_t>(value)];
         return 0;
     case effGetProgramName:
-        std::strcpy(text, programs[static_cast<std::size_t>(self.program)]);
+        copyText(text, programs[static_cast<std::size_t>(self.program)]);
         return 0;
     case effGetProgramNameIndexed:
         if (index < 0 || index >= std::ssize(programs))
             return 0;
-        std::strcpy(text, programs[static_cast<std::size_t>(index)]);
+        copyText(text, programs[static_cast<std::size_t>(index)]);
         return 1;
     case effGetParamName:
-        std::strcpy(text, "Level");
+        copyText(text, "Level");
         return 0;
     case effGetParamLabel: // no zero anywhere
         std::memset(text, 'x', 256);

@@ -1,0 +1,75 @@
+// Every version of the core's loop.
+#include "bench/groups.h"
+#include "bench/material.h"
+#include "processor/stereokernels.h"
+
+#include <benchmark/benchmark.h>
+
+#include <string>
+
+namespace mirelon::bench {
+namespace {
+
+enum class Mode { processing, through };
+
+Coefficients coefficientsFor(Mode mode) {
+    constexpr float values[] = {0.6F, 0.45F, 0.55F, 0.4F, 0.6F, 1.0F, 0.0F, 0.0F, 1.0F};
+    Coefficients coefficients;
+    for (VstInt32 i = 0; i < kNumParams; ++i)
+        applyParameter(coefficients, i, values[i]);
+    applyParameter(coefficients, kParamProcess, mode == Mode::processing ? 1.0F : 0.0F);
+    return coefficients;
+}
+
+template <typename Sample>
+void processBlocks(benchmark::State& state, const kernels::Version& version, Mode mode,
+                   Material material) {
+    const auto frames = static_cast<int>(state.range(0));
+    StereoBuffers<Sample> audio(material, frames);
+    const Coefficients coefficients = coefficientsFor(mode);
+    const double k = envelopeCoefficient(44100.0F);
+    Envelopes followers = followersIn(material);
+    for (auto _ : state) {
+        if (material == Material::tail)
+            followers = followersIn(material);
+        kernels::processWith<Sample>(version, {coefficients,
+                                               k,
+                                               followers,
+                                               {audio.leftIn.data(), audio.rightIn.data()},
+                                               {audio.leftOut.data(), audio.rightOut.data()},
+                                               frames});
+        benchmark::DoNotOptimize(readMeters(followers));
+        benchmark::ClobberMemory();
+    }
+    state.SetItemsProcessed(state.iterations() * frames);
+}
+
+template <typename Sample>
+void registerVersion(const kernels::Version& version, const std::string& precision) {
+    for (const Mode mode : {Mode::processing, Mode::through})
+        for (const Material material : allMaterial) {
+            const std::string name = std::string("core/") + version.name + "/" + precision + "/" +
+                                     (mode == Mode::processing ? "processing" : "pass-through") +
+                                     "/" + std::string(nameOf(material));
+            const auto function = [&version, mode, material](benchmark::State& state) {
+                processBlocks<Sample>(state, version, mode, material);
+            };
+            benchmark::RegisterBenchmark(name.c_str(), function)->Arg(512);
+            if (material == Material::noise)
+                for (const int frames : {16, 32, 64, 128, 256, 1024, 4096})
+                    benchmark::RegisterBenchmark(name.c_str(), function)->Arg(frames);
+        }
+}
+
+} // namespace
+
+void registerCore() {
+    for (const kernels::Version* version : kernels::versions()) {
+        if (!version->runsHere())
+            continue;
+        registerVersion<float>(*version, "float");
+        registerVersion<double>(*version, "double");
+    }
+}
+
+} // namespace mirelon::bench

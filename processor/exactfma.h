@@ -1,0 +1,112 @@
+// a * b + c with one rounding, in integers: for processors without the
+// instruction, where floating-point arithmetic cannot tell the result.
+#pragma once
+
+#include <bit>
+#include <cstdint>
+
+namespace mirelon::kernels {
+
+inline int leadingZeros(unsigned __int128 v) noexcept {
+    const auto high = static_cast<std::uint64_t>(v >> 64);
+    return high != 0 ? std::countl_zero(high)
+                     : 64 + std::countl_zero(static_cast<std::uint64_t>(v));
+}
+
+// A finite number as significand * 2^exponent.
+struct Unpacked {
+    explicit Unpacked(double value) noexcept {
+        const auto bits = std::bit_cast<std::uint64_t>(value);
+        const auto field = static_cast<int>(bits >> 52 & 0x7FF);
+        negative = bits >> 63 != 0;
+        significand = bits & 0xFFFFFFFFFFFFF;
+        if (field != 0)
+            significand |= std::uint64_t{1} << 52;
+        exponent = (field != 0 ? field : 1) - 1075;
+    }
+
+    // Moves the leading bit to where one more is free for a carry.
+    void normalise() noexcept {
+        const int shift = leadingZeros(significand) - 2;
+        significand <<= shift;
+        exponent -= shift;
+    }
+
+    unsigned __int128 significand;
+    int exponent;
+    bool negative;
+};
+
+inline bool isFinite(double value) noexcept {
+    return (std::bit_cast<std::uint64_t>(value) >> 52 & 0x7FF) != 0x7FF;
+}
+
+// The double nearest to significand * 2^exponent, plus something below the last
+// bit if `more`. The significand is not zero.
+inline double rounded(unsigned __int128 significand, int exponent, bool more,
+                      bool negative) noexcept {
+    constexpr int least = -1074; // exponent of the last bit of a denormal number
+    const int top = 127 - leadingZeros(significand) + exponent;
+    const int last = top - 52 > least ? top - 52 : least;
+    const int shift = last - exponent;
+    std::uint64_t result = 0;
+    if (shift <= 0) {
+        result = static_cast<std::uint64_t>(significand << -shift);
+    } else if (shift < 128) {
+        const unsigned __int128 one = 1;
+        const unsigned __int128 rest = significand & ((one << shift) - 1);
+        const unsigned __int128 half = one << (shift - 1);
+        result = static_cast<std::uint64_t>(significand >> shift);
+        if (rest > half || (rest == half && (more || (result & 1) != 0)))
+            ++result;
+    }
+    // The significand's leading bit, if it has one, adds the last unit of the
+    // exponent field.
+    const auto field = static_cast<std::uint64_t>(last - least);
+    result += field << 52;
+    constexpr std::uint64_t infinity = std::uint64_t{0x7FF} << 52;
+    if (result > infinity)
+        result = infinity;
+    return std::bit_cast<double>(result | std::uint64_t{negative} << 63);
+}
+
+inline double exactFma(double a, double b, double c) noexcept {
+    if (!isFinite(a) || !isFinite(b) || a == 0.0 || b == 0.0)
+        return a * b + c; // nothing is rounded before the sum
+    if (!isFinite(c))
+        return c;
+    if (c == 0.0)
+        return a * b;
+
+    const Unpacked x(a);
+    const Unpacked y(b);
+    Unpacked product(0.0);
+    product.significand = x.significand * y.significand;
+    product.exponent = x.exponent + y.exponent;
+    product.negative = x.negative != y.negative;
+    Unpacked addend(c);
+    product.normalise();
+    addend.normalise();
+    const bool productIsLarger =
+        product.exponent > addend.exponent ||
+        (product.exponent == addend.exponent && product.significand >= addend.significand);
+    const Unpacked& large = productIsLarger ? product : addend;
+    const Unpacked& small = productIsLarger ? addend : product;
+
+    const int distance = large.exponent - small.exponent;
+    unsigned __int128 shifted = 0;
+    bool more = true;
+    if (distance < 128) {
+        shifted = small.significand >> distance;
+        more = shifted << distance != small.significand;
+    }
+    if (large.negative == small.negative)
+        return rounded(large.significand + shifted, large.exponent, more, large.negative);
+    // What was shifted out is taken off as a whole unit of which a part remains.
+    const unsigned __int128 difference = large.significand - shifted - (more ? 1 : 0);
+    if (difference == 0)
+        return 0.0;
+    return rounded(difference, large.exponent, more, large.negative);
+}
+
+} // namespace mirelon::kernels

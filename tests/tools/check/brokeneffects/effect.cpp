@@ -1,0 +1,356 @@
+// A small effect that is right in everything the validator looks at, or wrong
+// in the one thing that the environment variable MIRELON_DEFECT names: shows
+// for each check that it can fail.
+#include "shell/vst24.h"
+
+#include <X11/Xlib.h>
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <chrono>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <limits>
+#include <mutex>
+#include <string_view>
+#include <thread>
+#include <unistd.h>
+#include <vector>
+
+#define TEST_EFFECT_EXPORT extern "C" __attribute__((visibility("default")))
+
+#ifdef TEST_EFFECT_LEAKS
+// Two names for everybody to see.
+TEST_EFFECT_EXPORT int leakedHelper;
+int leakedHelper = 1;
+#endif
+
+namespace {
+
+bool hasDefect(std::string_view name) {
+    const char* const chosen = std::getenv("MIRELON_DEFECT");
+    return chosen != nullptr && name == chosen;
+}
+
+[[noreturn]] void crash() {
+    std::abort();
+}
+
+// Through a volatile pointer, or the compiler would see that it is for nothing.
+void allocate() {
+    void* volatile memory = std::malloc(10);
+    std::free(memory);
+}
+
+constexpr int parameterCount = 3; // gain, balance, and one that does nothing
+
+// A state: an owner tag, a version and the parameters.
+struct State {
+    std::uint32_t owner = 0x54737445;
+    std::uint32_t version = 1;
+    std::array<float, parameterCount> values{};
+};
+
+// The host's rectangle and a window of its own in the host's.
+class Editor {
+  public:
+    ~Editor() { close(); }
+
+    bool open(Window parent) {
+        ++openings;
+        if (hasDefect("second-opening") && openings == 2)
+            return false;
+        if (hasDefect("one-editor-only") && anyOpen.exchange(true))
+            crash();
+        display = XOpenDisplay(nullptr);
+        if (display == nullptr)
+            return false;
+        window = XCreateSimpleWindow(display, parent, 0, 0, 100, 50, 0, 0, 0);
+        XMapWindow(display, window);
+        XSync(display, False);
+        return true;
+    }
+    void close() {
+        if (display == nullptr)
+            return;
+        XDestroyWindow(display, window);
+        XCloseDisplay(display);
+        display = nullptr;
+    }
+    bool isOpen() const { return display != nullptr; }
+
+  private:
+    static inline std::atomic<bool> anyOpen{false};
+
+    int openings = 0;
+    Display* display = nullptr;
+    Window window = 0;
+};
+
+class TestEffect {
+  public:
+    explicit TestEffect(audioMasterCallback host)
+        : host(host) {
+        record.magic = kEffectMagic;
+        record.dispatcher = [](AEffect* e, VstInt32 opcode, VstInt32 index, VstIntPtr value,
+                               void* ptr, float opt) {
+            auto* const self = static_cast<TestEffect*>(e->object);
+            if (opcode == effClose) {
+                delete self;
+                return VstIntPtr{1};
+            }
+            return self->dispatch(opcode, index, value, ptr, opt);
+        };
+        record.setParameter = [](AEffect* e, VstInt32 index, float value) {
+            static_cast<TestEffect*>(e->object)->setParameter(index, value);
+        };
+        record.getParameter = [](AEffect* e, VstInt32 index) {
+            return static_cast<TestEffect*>(e->object)->getParameter(index);
+        };
+        record.processReplacing = [](AEffect* e, float** in, float** out, VstInt32 frames) {
+            static_cast<TestEffect*>(e->object)->process(in, out, frames);
+        };
+        record.processDoubleReplacing = [](AEffect* e, double** in, double** out, VstInt32 frames) {
+            static_cast<TestEffect*>(e->object)->process(in, out, frames);
+        };
+        record.numPrograms = 2;
+        record.numParams = parameterCount;
+        record.numInputs = 2;
+        record.numOutputs = 2;
+        record.flags = effFlagsHasEditor | effFlagsCanReplacing | effFlagsProgramChunks |
+                       effFlagsCanDoubleReplacing;
+        record.object = this;
+        record.uniqueID = fourCharacters("TstE");
+        state.values.fill(0.5F);
+        if (hasDefect("memory"))
+            ballast.assign(std::size_t{40} << 20U, 'x');
+    }
+    ~TestEffect() {
+        if (hasDefect("crash-on-close"))
+            crash();
+    }
+    TestEffect(const TestEffect&) = delete;
+    TestEffect& operator=(const TestEffect&) = delete;
+
+    AEffect record{};
+
+  private:
+    static void put(void* buffer, const char* text) {
+        std::strcpy(static_cast<char*>(buffer), text);
+    }
+
+    VstIntPtr dispatch(VstInt32 opcode, VstInt32 index, VstIntPtr value, void* ptr, float opt) {
+        switch (opcode) {
+        case effSetProgram:
+            if (value >= 0 && value < record.numPrograms && !hasDefect("program"))
+                program = static_cast<VstInt32>(value);
+            return 0;
+        case effGetProgram:
+            return program;
+        case effGetProgramName:
+            put(ptr, program == 0 ? "one" : "two");
+            return 0;
+        case effGetEffectName:
+            put(ptr, "test effect");
+            if (hasDefect("name-changes"))
+                static_cast<char*>(ptr)[0] = static_cast<char>('a' + names++ % 26);
+            return 1;
+        case effGetParamName:
+            put(ptr, hasDefect("parameter-name") ? "" : "knob");
+            return 0;
+        case effGetParamLabel:
+        case effGetParamDisplay:
+            if (hasDefect("text-not-terminated"))
+                std::memset(ptr, 'x', 200);
+            else
+                put(ptr, "x");
+            return 0;
+        case effGetParameterProperties:
+            return properties(index, static_cast<VstParameterProperties*>(ptr));
+        case effSetSampleRate:
+            if (hasDefect("rate-zero") && opt == 0.0F)
+                crash();
+            if (hasDefect("rate-while-running") && running && opt != rate)
+                poisoned = true;
+            rate = opt;
+            return 0;
+        case effMainsChanged:
+            running = value != 0;
+            if (running && hasDefect("resume-hangs"))
+                std::this_thread::sleep_for(std::chrono::hours(1));
+            if (running && ++resumes == 50 && hasDefect("fiftieth-resume"))
+                poisoned = true;
+            if (!running && !hasDefect("stays-poisoned"))
+                poisoned = poisoned && !hasDefect("strange-values");
+            return 0;
+        case effEditGetRect:
+            *static_cast<ERect**>(ptr) = &rect;
+            return 1;
+        case effEditOpen:
+            editorOpen = true;
+            return editor.open(reinterpret_cast<Window>(ptr));
+        case effEditClose:
+            editorOpen = false;
+            editor.close();
+            return 0;
+        case effGetChunk:
+            return getChunk(static_cast<void**>(ptr));
+        case effSetChunk:
+            return setChunk(ptr, value);
+        case effGetVstVersion:
+            return kVstVersion;
+        default:
+            return 0;
+        }
+    }
+
+    VstIntPtr properties(VstInt32 index, VstParameterProperties* p) {
+        if (index < 0 || index >= parameterCount)
+            return 0;
+        *p = {};
+        put(p->label, "knob");
+        p->flags = kVstParameterUsesIntegerMinMax;
+        p->maxInteger = hasDefect("properties") ? -1 : 1;
+        return 1;
+    }
+
+    void setParameter(VstInt32 index, float value) {
+        if (hasDefect("realtime-set-parameter"))
+            allocate();
+        if (hasDefect("parameter-system-call"))
+            getppid();
+        if (hasDefect("index-wraps"))
+            index = std::abs(index % parameterCount);
+        if (index < 0 || index >= parameterCount)
+            return;
+        if (hasDefect("nan-crash") && std::isnan(value))
+            crash();
+        if (hasDefect("stays-poisoned") && !std::isfinite(value))
+            poisoned = true;
+        if (hasDefect("automation") && changes++ > 500)
+            poisoned = true;
+        if (hasDefect("realtime-with-editor") && editorOpen)
+            allocate();
+        if (hasDefect("entered-twice") && inside.load() > 0)
+            ++collisions;
+        if (collisions > 20)
+            crash();
+        state.values[static_cast<std::size_t>(index)] = value;
+    }
+
+    float getParameter(VstInt32 index) {
+        if (hasDefect("value-out-of-range"))
+            return 1.5F;
+        return index >= 0 && index < parameterCount ? state.values[static_cast<std::size_t>(index)]
+                                                    : 0.0F;
+    }
+
+    VstIntPtr getChunk(void** data) {
+        if (hasDefect("state-counts"))
+            ++state.version;
+        saved = state;
+        *data = &saved;
+        return sizeof saved;
+    }
+
+    VstIntPtr setChunk(void* data, VstIntPtr size) {
+        if (hasDefect("state-length-unchecked")) {
+            std::memcpy(&saved, data, sizeof saved);
+        } else if (size != sizeof saved) {
+            if (hasDefect("long-state") && size > 100000)
+                crash();
+            return 0;
+        }
+        std::memcpy(&saved, data, sizeof saved);
+        if (hasDefect("byte-order") && saved.owner == __builtin_bswap32(State{}.owner))
+            crash();
+        if (hasDefect("flip") && saved.owner == State{}.owner && saved.version != 1)
+            crash();
+        if (saved.owner != State{}.owner || (saved.version != 1 && !hasDefect("state-counts")))
+            return 0;
+        if (hasDefect("state-forgets"))
+            saved.values[1] = 0.0F;
+        if (hasDefect("state-per-process") && applied++ == 0)
+            return 1;
+        if (hasDefect("state-editor") && editorOpen)
+            return 1;
+        state = saved;
+        return 1;
+    }
+
+    template <typename Sample>
+    void misbehave(Sample** out, VstInt32 frames) {
+        if (hasDefect("writes-outside"))
+            out[0][frames] = 0;
+        if (hasDefect("large-block") && frames == 16384)
+            out[0][0] = std::numeric_limits<Sample>::quiet_NaN();
+        if (hasDefect("double") && sizeof(Sample) == sizeof(double))
+            out[0][0] = std::numeric_limits<Sample>::infinity();
+        if (hasDefect("odd-block") && frames % 2 == 1 && frames > 129)
+            crash();
+        if (hasDefect("sound-of-silence"))
+            out[0][0] += static_cast<Sample>(0.001);
+        if (hasDefect("drift") && frames == 64)
+            state.values[0] *= 0.9F;
+        if (hasDefect("editor-beside-audio") && editorOpen)
+            out[0][0] = std::numeric_limits<Sample>::quiet_NaN();
+        if (hasDefect("realtime-lock"))
+            const std::lock_guard lock(access);
+        if (hasDefect("realtime-file"))
+            ::close(::open("/dev/null", O_RDONLY)); // NOLINT(cppcoreguidelines-pro-type-vararg)
+        if (poisoned)
+            out[0][0] = std::numeric_limits<Sample>::quiet_NaN();
+    }
+
+    template <typename Sample>
+    void process(Sample** in, Sample** out, VstInt32 frames) {
+        ++inside;
+        const std::array<float, parameterCount> values = state.values;
+        const auto gain = std::isfinite(values[0]) ? static_cast<Sample>(values[0]) : Sample(0);
+        for (int channel = 0; channel < 2; ++channel) {
+            for (VstInt32 i = 0; i < frames; ++i) {
+                if (hasDefect("clears-output-first") && i == 0)
+                    std::fill_n(out[channel], frames, Sample(0));
+                out[channel][i] = gain * in[channel][i];
+            }
+        }
+        misbehave(out, frames);
+        --inside;
+    }
+
+    audioMasterCallback host;
+    State state;
+    State saved;
+    Editor editor;
+    ERect rect{0, 0, 50, 100};
+    std::vector<char> ballast;
+    std::mutex access;
+    std::atomic<int> inside{0};
+    std::atomic<int> collisions{0};
+    std::atomic<bool> poisoned{false};
+    std::atomic<bool> editorOpen{false};
+    VstInt32 program = 0;
+    float rate = 44100.0F;
+    bool running = false;
+    int resumes = 0;
+    int changes = 0;
+    int names = 0;
+    int applied = 0;
+};
+
+} // namespace
+
+#ifndef TEST_EFFECT_NO_ENTRY
+TEST_EFFECT_EXPORT AEffect* VSTPluginMain(audioMasterCallback host) {
+    if (hasDefect("slow-load"))
+        std::this_thread::sleep_for(std::chrono::milliseconds(2500));
+    if (hasDefect("one-instance")) {
+        static TestEffect* const only = new TestEffect(host);
+        return &only->record;
+    }
+    return &(new TestEffect(host))->record;
+}
+#endif

@@ -1,0 +1,75 @@
+// One thing that an effect must get right, as a test that can be run by name.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <span>
+#include <sstream>
+#include <stdexcept>
+#include <string>
+
+namespace mirelon::check {
+
+// What a check works on.
+struct Subject {
+    std::filesystem::path file; // the plug-in
+    std::uint64_t seed = 0;     // of everything random
+};
+
+// The effect does what it must not; the text says what was seen.
+class Failed : public std::runtime_error {
+  public:
+    using std::runtime_error::runtime_error;
+};
+
+// The check says nothing about this effect on this machine; the text says why.
+class Skipped : public std::runtime_error {
+  public:
+    using std::runtime_error::runtime_error;
+};
+
+// Throws Failed with the texts and numbers of `message` joined.
+template <typename... Parts>
+void require(bool holds, const Parts&... message) {
+    if (holds)
+        return;
+    std::ostringstream text;
+    (text << ... << message);
+    throw Failed(text.str());
+}
+
+enum class Guard { none, realTime };
+
+struct Check {
+    const char* name; // the family and what is looked at
+    int level;        // 1 to 10: how much it asks
+    // Answers a note for the report, possibly empty. Throws Failed or Skipped.
+    // Runs in a process of its own, which it need not leave tidy.
+    std::string (*run)(const Subject& subject);
+    int seconds; // longer than this counts as hanging
+    Guard guard = Guard::none;
+};
+
+inline constexpr int lowestLevel = 1;
+inline constexpr int highestLevel = 10;
+
+// All checks, lowest level first.
+std::span<const Check> checks();
+
+// Null when there is none of that name.
+const Check* findCheck(const std::string& name);
+
+// The families, one file each.
+std::span<const Check> loadingChecks();
+std::span<const Check> identityChecks();
+std::span<const Check> audioChecks();
+std::span<const Check> stateChecks();
+std::span<const Check> automationChecks();
+std::span<const Check> editorChecks();
+std::span<const Check> lifecycleChecks();
+std::span<const Check> parameterFuzzChecks();
+std::span<const Check> stateFuzzChecks();
+std::span<const Check> threadChecks();
+std::span<const Check> realTimeChecks();
+
+} // namespace mirelon::check

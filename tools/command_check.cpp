@@ -1,0 +1,155 @@
+// check: a validator for VST 2.4 effects.
+#include "tools/check/check.h"
+#include "tools/check/runner.h"
+#include "tools/commanderror.h"
+#include "tools/commands.h"
+#include "tools/exitstatus.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <memory>
+#include <nlohmann/json.hpp>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace mirelon::tools {
+
+namespace {
+
+struct Options {
+    std::string plugin;
+    int level = check::highestLevel;
+    std::vector<std::string> only;
+    bool json = false;
+    bool list = false;
+    std::uint64_t seed = 0;
+    bool seedGiven = false;
+    std::string run; // in the child: the one check
+    int report = -1; // in the child: where its result goes
+};
+
+std::vector<const check::Check*> chosenChecks(const Options& options) {
+    std::vector<const check::Check*> chosen;
+    for (const std::string& name : options.only)
+        if (check::findCheck(name) == nullptr)
+            throw CommandError("there is no check called " + name + " (--list shows them)");
+    for (const check::Check& each : check::checks()) {
+        const bool named = std::ranges::find(options.only, each.name) != options.only.end();
+        if (options.only.empty() ? each.level <= options.level : named)
+            chosen.push_back(&each);
+    }
+    return chosen;
+}
+
+void list() {
+    for (const check::Check& each : check::checks())
+        std::printf("%2d  %s\n", each.level, each.name);
+}
+
+struct Totals {
+    int passed = 0;
+    int failed = 0;
+    int skipped = 0;
+
+    void count(check::Verdict verdict) {
+        ++(verdict == check::Verdict::passed   ? passed
+           : verdict == check::Verdict::failed ? failed
+                                               : skipped);
+    }
+};
+
+void printLine(const check::Result& result) {
+    std::printf("%s  %2d  %-32s %6.2f s%s%s\n", nameOf(result.verdict), result.check->level,
+                result.check->name, result.seconds, result.note.empty() ? "" : "  ",
+                result.note.c_str());
+    std::fflush(stdout);
+}
+
+nlohmann::json entryOf(const check::Result& result) {
+    constexpr std::array words{"passed", "failed", "skipped"};
+    return {{"name", result.check->name},
+            {"level", result.check->level},
+            {"result", words[static_cast<std::size_t>(result.verdict)]},
+            {"seconds", result.seconds},
+            {"note", result.note}};
+}
+
+void print(const nlohmann::json& report) {
+    using Json = nlohmann::json;
+    std::printf("%s\n", report.dump(2, ' ', false, Json::error_handler_t::replace).c_str());
+}
+
+void checkAll(const Options& options) {
+    const check::Subject subject{std::filesystem::absolute(options.plugin),
+                                 options.seedGiven ? options.seed : std::random_device()()};
+    if (!std::filesystem::exists(subject.file))
+        throw CommandError(options.plugin + ": no such plug-in file");
+    const check::ScratchHome home;
+    Totals totals;
+    nlohmann::json entries = nlohmann::json::array();
+    for (const check::Check* each : chosenChecks(options)) {
+        const check::Result result = check::runInChild(*each, subject, home);
+        totals.count(result.verdict);
+        if (options.json)
+            entries.push_back(entryOf(result));
+        else
+            printLine(result);
+    }
+    if (options.json)
+        print({{"plugin", subject.file.string()},
+               {"level", options.level},
+               {"seed", subject.seed},
+               {"checks", entries},
+               {"passed", totals.passed},
+               {"failed", totals.failed},
+               {"skipped", totals.skipped}});
+    else
+        std::printf("%s, level %d, seed %llu: %d passed, %d failed, %d skipped\n",
+                    subject.file.filename().c_str(), options.level,
+                    static_cast<unsigned long long>(subject.seed), totals.passed, totals.failed,
+                    totals.skipped);
+    if (totals.failed > 0)
+        throw ExitStatus{1};
+    if (totals.passed == 0)
+        throw CommandError("nothing could be checked");
+}
+
+void runCheck(const Options& options) {
+    if (options.list)
+        return list();
+    if (options.plugin.empty())
+        throw CommandError("name the plug-in file to check");
+    if (options.run.empty())
+        return checkAll(options);
+    const check::Check* const each = check::findCheck(options.run);
+    if (each == nullptr)
+        throw CommandError("there is no check called " + options.run);
+    check::runAndReport(*each, {options.plugin, options.seed}, options.report);
+}
+
+} // namespace
+
+Run defineCheck(CLI::App& parser) {
+    const auto options = std::make_shared<Options>();
+    parser.add_option("file", options->plugin, "The plug-in, a VST 2.4 .so")->type_name("FILE");
+    parser
+        .add_option("--level", options->level, "How strict to be: 1 loads it, 10 runs every check")
+        ->check(CLI::Range(check::lowestLevel, check::highestLevel))
+        ->capture_default_str();
+    parser.add_option("--only", options->only, "Only this check, whatever its level; repeatable")
+        ->type_name("NAME")
+        ->allow_extra_args(false);
+    parser.add_option("--seed", options->seed, "Replay a run: its random numbers start here")
+        ->each([options](const std::string&) { options->seedGiven = true; });
+    parser.add_flag("--json", options->json, "One JSON object instead of lines");
+    parser.add_flag("--list", options->list, "Name the checks and their levels");
+    parser.add_option("--run", options->run)->group("");
+    parser.add_option("--report", options->report)->group("");
+    parser.footer("Exit status: 0 all passed, 1 a check failed, 2 nothing could be checked.\n"
+                  "Checks of the editor need an X display and are skipped without one.");
+    return [options] { runCheck(*options); };
+}
+
+} // namespace mirelon::tools

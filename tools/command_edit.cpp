@@ -1,0 +1,64 @@
+// edit [IN]: the plug-in's editor in a window of its own.
+#include "tools/audio/livefeed.h"
+#include "tools/commands.h"
+#include "tools/editoroptions.h"
+#include "tools/window/openeditor.h"
+
+#include <csignal>
+#include <cstdio>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace mirelon::tools {
+
+namespace {
+
+struct Options {
+    EditorOptions editor;
+    std::string input;
+    bool play = false;
+    Drive drive = Drive::both;
+};
+
+volatile std::sig_atomic_t interrupted = 0;
+
+void edit(const Options& options) {
+    const auto plugin = loadForEditor(options.editor);
+    hosting::Effect& effect = plugin->effect;
+    OpenEditor editor(effect, effect.name(), WindowKind::ordinary, options.drive);
+
+    std::optional<LiveFeed> feed;
+    if (!options.input.empty()) {
+        feed.emplace(effect, options.input, options.play ? Output::soundSystem : Output::none);
+        if (!feed->device().empty())
+            std::printf("playing on %s\n", feed->device().c_str());
+        else if (options.play)
+            std::fprintf(stderr,
+                         "mirelon-host: no sound output takes this file; its meters only\n");
+    }
+    std::signal(SIGINT, [](int) { interrupted = 1; });
+    std::signal(SIGTERM, [](int) { interrupted = 1; });
+    editor.run([] { return interrupted != 0; });
+}
+
+} // namespace
+
+Run defineEdit(CLI::App& parser) {
+    const auto options = std::make_shared<Options>();
+    auto* input = parser.add_option("IN", options->input,
+                                    "An audio file that runs through the plug-in, over and over");
+    addEditorOptions(parser, options->editor);
+    parser.add_flag("--play", options->play, "Play it on the machine's sound output")->needs(input);
+    const std::map<std::string, Drive> drives{
+        {"idle", Drive::hostIdle}, {"glib", Drive::glib}, {"both", Drive::both}};
+    parser
+        .add_option("--drive", options->drive,
+                    "What keeps the editor alive: the host's idle command, a GLib main loop or "
+                    "both")
+        ->transform(CLI::CheckedTransformer(drives));
+    return [options] { edit(*options); };
+}
+
+} // namespace mirelon::tools

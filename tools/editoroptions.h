@@ -1,0 +1,26 @@
+// What the commands that show an editor have in common.
+#pragma once
+
+#include "tools/loadedplugin.h"
+
+#include <CLI/CLI.hpp>
+#include <string>
+#include <vector>
+
+namespace mirelon::tools {
+
+struct EditorOptions {
+    std::string plugin;
+    std::string preset;                // number or name; empty: the effect's own
+    std::vector<std::string> settings; // NAME=VALUE, over the preset
+    double scale = 0.0;                // 0: as the desktop says
+};
+
+void addEditorOptions(CLI::App& parser, EditorOptions& options);
+
+// The plug-in with its preset and settings in place. It reads the scale from
+// the environment, which is set for it. Throws CommandError or
+// hosting::PluginError; also when it is no stereo effect.
+std::unique_ptr<LoadedPlugin> loadForEditor(const EditorOptions& options);
+
+} // namespace mirelon::tools

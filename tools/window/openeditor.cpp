@@ -1,0 +1,63 @@
+#include "tools/window/openeditor.h"
+
+#include "tools/commanderror.h"
+
+#include <glib.h>
+#include <thread>
+
+namespace mirelon::tools {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using namespace std::chrono_literals;
+
+// As often as a slow host sends its idle command.
+constexpr auto idleInterval = 40ms;
+constexpr auto turnInterval = 4ms;
+
+} // namespace
+
+OpenEditor::Size OpenEditor::sizeOf(hosting::Effect& effect) {
+    ERect* rect = nullptr;
+    if (!effect.hasFlag(effFlagsHasEditor) || effect.dispatch(effEditGetRect, 0, 0, &rect) == 0 ||
+        rect == nullptr || rect->right <= rect->left || rect->bottom <= rect->top)
+        throw CommandError("the plug-in has no editor");
+    return {rect->right - rect->left, rect->bottom - rect->top};
+}
+
+OpenEditor::OpenEditor(hosting::Effect& effect, const std::string& title, WindowKind kind,
+                       Drive drive)
+    : effect(effect)
+    , drive(drive)
+    , size(sizeOf(effect))
+    , window(title, size.width, size.height, kind) {
+    window.show();
+    if (effect.dispatch(effEditOpen, 0, 0, window.asParent()) == 0)
+        throw CommandError("the plug-in did not open its editor");
+}
+
+OpenEditor::~OpenEditor() {
+    effect.dispatch(effEditClose);
+}
+
+void OpenEditor::run(const std::function<bool()>& ended) {
+    auto nextIdle = Clock::now();
+    while (window.serve() && !ended()) {
+        if (drive != Drive::hostIdle)
+            while (g_main_context_iteration(nullptr, FALSE) != FALSE) {
+            }
+        if (drive != Drive::glib && Clock::now() >= nextIdle) {
+            effect.dispatch(effEditIdle);
+            nextIdle = Clock::now() + idleInterval;
+        }
+        std::this_thread::sleep_for(turnInterval);
+    }
+}
+
+void OpenEditor::runFor(std::chrono::milliseconds time) {
+    const auto end = Clock::now() + time;
+    run([end] { return Clock::now() >= end; });
+}
+
+} // namespace mirelon::tools

@@ -1,0 +1,47 @@
+// A plug-in's editor in a window of its own, kept alive as hosts do.
+#pragma once
+
+#include "tools/host/effect.h"
+#include "tools/window/hostwindow.h"
+
+#include <chrono>
+#include <functional>
+#include <string>
+
+namespace mirelon::tools {
+
+// What a host gives an open editor: its idle command, a running GLib main loop,
+// or both. Editors must live with any of them.
+enum class Drive { hostIdle, glib, both };
+
+// Open for as long as it exists. `effect` must outlive it.
+class OpenEditor {
+  public:
+    // Throws CommandError when the effect has no editor, does not open it, or
+    // when there is no display.
+    OpenEditor(hosting::Effect& effect, const std::string& title, WindowKind kind, Drive drive);
+    ~OpenEditor();
+    OpenEditor(const OpenEditor&) = delete;
+    OpenEditor& operator=(const OpenEditor&) = delete;
+
+    // Serves window and editor until the user closes the window or `ended` says
+    // so.
+    void run(const std::function<bool()>& ended);
+    void runFor(std::chrono::milliseconds time);
+
+    Picture picture() const { return window.picture(); }
+
+  private:
+    struct Size {
+        int width;
+        int height;
+    };
+    static Size sizeOf(hosting::Effect& effect);
+
+    hosting::Effect& effect;
+    Drive drive;
+    Size size;
+    HostWindow window;
+};
+
+} // namespace mirelon::tools
