@@ -39,7 +39,7 @@ void denormalLimit(const Coefficients& c, float& limit) {
     __builtin_memcpy(&limit, &bits, sizeof limit);
 }
 void denormalLimit(const Coefficients& c, double& limit) {
-    const auto exponent = static_cast<unsigned long>(1023 - 900 + halvings(c));
+    const unsigned long exponent = 1023UL - 900UL + static_cast<unsigned long>(halvings(c));
     const unsigned long bits = exponent << 52;
     __builtin_memcpy(&limit, &bits, sizeof limit);
 }
