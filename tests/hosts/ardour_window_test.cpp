@@ -166,7 +166,7 @@ TEST_F(ArdourWindow, ShowsTheWholeEditorAtTheReportedSize) {
     EXPECT_TRUE(shown) << alike << " of the pixels are as they should be";
 }
 
-TEST_F(ArdourWindow, DragOnASliderIsOneGestureOnTheEditorsThread) {
+TEST_F(ArdourWindow, DragOnASliderIsOneGestureOnTheEditorsThreadAndIsSaved) {
     ASSERT_NO_FATAL_FAILURE(start());
     const std::size_t before = calls().size();
     const auto window = editor();
@@ -206,6 +206,13 @@ TEST_F(ArdourWindow, DragOnASliderIsOneGestureOnTheEditorsThread) {
     EXPECT_TRUE(eventually(seconds(5), [&] {
         return handleAt(screen->pixels(*window), balanceRow).value_or(0) > sliderMiddle + 25;
     })) << "the handle did not follow";
+
+    // What was dragged is what the session brings back in a new process.
+    quit();
+    const auto reloaded = ardour::parametersIn(
+        ardour::runScript(home, "bounce.lua", {session.path(), "1024", "after"}));
+    ASSERT_TRUE(reloaded.contains(kBalance));
+    EXPECT_EQ(reloaded.at(kBalance), last);
 }
 
 TEST_F(ArdourWindow, AutomationOfTheHostMovesTheSlider) {
