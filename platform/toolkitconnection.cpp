@@ -34,6 +34,7 @@ xcb_connection_t* connection() {
 }
 
 // Ctrl + left press resets a slider and is an ordinary press on all else.
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the toolkit's signature
 bool resetsToDefault(VSTGUI::CControl* control, VSTGUI::CButtonState buttons) {
     return dynamic_cast<VSTGUI::CSliderBase*>(control) != nullptr && buttons.isLeftButton() &&
            buttons.getModifierState() == VSTGUI::kControl;

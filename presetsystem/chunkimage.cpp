@@ -43,7 +43,7 @@ void writeChunk(std::span<std::byte, chunkSize> image, std::int32_t ownerId, std
     putWord(image, magicAt, chunkMagic);
     putWord(image, ownerAt, static_cast<std::uint32_t>(ownerId));
     putWord(image, countAt, kNumPresets);
-    putWord(image, presetNoAt, static_cast<std::uint32_t>(presetNo));
+    setChunkPresetNo(image, presetNo);
     for (std::size_t preset = 0; preset < kNumPresets; ++preset)
         bank[preset].writeTo(std::span<std::byte, PresetRecord::imageSize>(
             &image[recordAt(preset)], PresetRecord::imageSize));
@@ -79,6 +79,10 @@ std::optional<std::int32_t> chunkPresetNo(std::span<const std::byte, chunkSize> 
     if (presetNo >= kNumPresets)
         return std::nullopt;
     return static_cast<std::int32_t>(presetNo);
+}
+
+void setChunkPresetNo(std::span<std::byte, chunkSize> image, std::int32_t presetNo) noexcept {
+    putWord(image, presetNoAt, static_cast<std::uint32_t>(presetNo));
 }
 
 } // namespace mirelon

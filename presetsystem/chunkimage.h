@@ -35,5 +35,6 @@ ChunkVerdict readChunk(std::span<std::byte, chunkSize> image, std::int32_t owner
 // Of an accepted chunk: its records, and its preset number if it is one.
 void copyChunkBank(std::span<const std::byte, chunkSize> image, PresetBank& bank) noexcept;
 std::optional<std::int32_t> chunkPresetNo(std::span<const std::byte, chunkSize> image) noexcept;
+void setChunkPresetNo(std::span<std::byte, chunkSize> image, std::int32_t presetNo) noexcept;
 
 } // namespace mirelon

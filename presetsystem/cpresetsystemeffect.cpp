@@ -19,7 +19,7 @@ CPresetSystemEffect::CPresetSystemEffect(audioMasterCallback audioMaster)
     , presetBank(std::make_unique<PresetBank>())
     , chunkBuffer(std::make_unique<mirelon::ChunkImage>()) {
     programsAreChunks(true);
-    curProgram = hostProgram;
+    curProgram.store(hostProgram, std::memory_order_relaxed);
 }
 
 // The editor reads the bank while it goes, so it goes first.
@@ -38,7 +38,7 @@ VstInt32 CPresetSystemEffect::getPresetNo() {
 void CPresetSystemEffect::setPresetNo(long n) {
     if (!mirelon::isPresetIndex(n))
         return;
-    curProgram = hostProgram;
+    curProgram.store(hostProgram, std::memory_order_relaxed);
     presetNo.store(static_cast<VstInt32>(n), std::memory_order_relaxed);
     presetLoading.store(1, std::memory_order_relaxed);
     for (int i = 0; i < kNumPresetParams; ++i)
@@ -50,7 +50,7 @@ void CPresetSystemEffect::setPresetNo(long n) {
 }
 
 void CPresetSystemEffect::setPresetName(const char* name) {
-    curProgram = hostProgram;
+    curProgram.store(hostProgram, std::memory_order_relaxed);
     if (name != nullptr)
         currentPreset().setName({name, strnlen(name, kPresetNameLen)});
     updateDisplay();

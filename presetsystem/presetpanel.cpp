@@ -235,7 +235,8 @@ void CPresetSystemEditor::stepPreset(float direction) {
 }
 
 void CPresetSystemEditor::choosePreset(float menuValue) {
-    const int preset = static_cast<int>(menuValue + 0.5F);
+    // Never negative: the menu counts from 0.
+    const int preset = static_cast<int>(menuValue + 0.5F); // NOLINT(bugprone-incorrect-roundings)
     if (presetMenu == nullptr || presetMenu->getEntry(preset) == nullptr)
         return;
     presetMenu->setValue(static_cast<float>(preset));

@@ -185,18 +185,19 @@ void positionDisplay(float value, char* text) noexcept {
         return;
     const auto position = static_cast<double>(value);
     std::array<char, textSize> formed{};
-    const char* side = "C";
+    char side = 'C';
     if (position > 0.51) {
         float2string2(static_cast<float>(std::fma(position, 100.0, -50.0)), 0, formed.data());
-        side = "L";
+        side = 'L';
     } else if (position < 0.49) {
         float2string2(static_cast<float>((0.5 - position) * 100.0), 0, formed.data());
-        side = "R";
+        side = 'R';
     }
-    if (*side != 'C' && formed.front() == '\0')
-        return;
-    std::strcat(formed.data(), side);
-    copyText(formed.data(), text);
+    const std::size_t length = std::strlen(formed.data());
+    if (side != 'C' && length == 0)
+        return; // no number to show
+    formed[length] = side;
+    copyText({formed.data(), length + 1}, text);
 }
 
 } // namespace

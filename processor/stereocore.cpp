@@ -1,8 +1,123 @@
-#include "processor/stereocore.h"
-
+// The front of the stereo core: which version of the loop runs, and under which
+// conditions.
 #include "processor/stereokernels.h"
 
 #include <cmath>
+#include <cstdint>
+
+#if defined(__x86_64__)
+#include <xmmintrin.h>
+#endif
+
+namespace mirelon::kernels {
+namespace {
+
+#if defined(__x86_64__)
+constexpr const Version* all[] = {&avx512, &avx2, &sse2, &portable};
+#else
+constexpr const Version* all[] = {&portable};
+#endif
+
+const Version& firstThatRuns() noexcept {
+    for (const Version* version : all)
+        if (version->runsHere())
+            return *version;
+    return portable;
+}
+
+// Chosen while the plug-in is being loaded, before any of it can be called.
+const Version& theChosen = firstThatRuns();
+
+// The arithmetic is that of round-to-nearest with denormals. A host that lets
+// its audio thread flush them, or round otherwise, finds its mode untouched
+// afterwards, and its audio the same as in any other host.
+class DefaultArithmetic {
+  public:
+#if defined(__x86_64__)
+    DefaultArithmetic() noexcept
+        : hosts(_mm_getcsr()) {
+        if ((hosts & ~sticky) != standard)
+            _mm_setcsr(standard | (hosts & sticky));
+    }
+    ~DefaultArithmetic() {
+        if ((hosts & ~sticky) != standard)
+            _mm_setcsr(hosts);
+    }
+
+  private:
+    static constexpr unsigned sticky = 0x3F;     // what has happened, not what shall
+    static constexpr unsigned standard = 0x1F80; // all exceptions masked, nothing flushed
+    unsigned hosts;
+#else
+    DefaultArithmetic() noexcept = default;
+    ~DefaultArithmetic() = default;
+#endif
+
+  public:
+    DefaultArithmetic(const DefaultArithmetic&) = delete;
+    DefaultArithmetic& operator=(const DefaultArithmetic&) = delete;
+};
+
+template <typename Sample>
+bool sameOrApart(const Sample* a, const Sample* b, std::uintptr_t bytes) noexcept {
+    const auto distance = reinterpret_cast<std::uintptr_t>(a) - reinterpret_cast<std::uintptr_t>(b);
+    // -bytes < distance < bytes, in one comparison that wraps around.
+    const bool overlap = distance + (bytes - 1) < 2 * bytes - 1;
+    return !overlap || distance == 0;
+}
+
+// Whether many frames may be read before the first of them is written.
+template <typename Sample>
+bool mayBeGrouped(const Block<Sample>& block) noexcept {
+    const auto bytes = static_cast<std::uintptr_t>(block.frames) * sizeof(Sample);
+    return sameOrApart<Sample>(block.out.left, block.in.left, bytes) &&
+           sameOrApart<Sample>(block.out.left, block.in.right, bytes) &&
+           sameOrApart<Sample>(block.out.right, block.in.left, bytes) &&
+           sameOrApart<Sample>(block.out.right, block.in.right, bytes) &&
+           sameOrApart<Sample>(block.out.left, block.out.right, bytes);
+}
+
+void run(const Version& version, const Block<float>& block) noexcept {
+    version.processFloat(block);
+}
+void run(const Version& version, const Block<double>& block) noexcept {
+    version.processDouble(block);
+}
+
+} // namespace
+
+std::span<const Version* const> versions() noexcept {
+    return all;
+}
+
+const Version& chosen() noexcept {
+    return theChosen;
+}
+
+template <typename Sample>
+void processWith(const Version& version, const Block<Sample>& block) noexcept {
+    if (block.frames <= 0)
+        return;
+    const DefaultArithmetic arithmetic;
+    if (mayBeGrouped(block)) {
+        run(version, block);
+        return;
+    }
+    // Buffers that overlap with a shift: one frame at a time, so that each sees
+    // what the one before it has written.
+    for (int i = 0; i < block.frames; ++i)
+        run(version, {block.coefficients,
+                      block.envelopeCoefficient,
+                      block.envelopes,
+                      {block.in.left + i, block.in.right + i},
+                      {block.out.left + i, block.out.right + i},
+                      1});
+}
+
+template void processWith(const Version&, const Block<float>&) noexcept;
+template void processWith(const Version&, const Block<double>&) noexcept;
+
+} // namespace mirelon::kernels
 
 namespace mirelon {
 

@@ -10,22 +10,25 @@
 namespace mirelon::kernels {
 namespace {
 
-// How often a factor halves a sample at most, as its exponent says.
-unsigned halvings(float factor) {
+// How far a factor's bits are below those of 1: in units of 2^23, at least as
+// many as it halves a sample. Zero leaves nothing to get denormal.
+unsigned long bitsBelowOne(float factor) {
     constexpr unsigned one = 0x3F800000;
     unsigned bits = 0;
     __builtin_memcpy(&bits, &factor, sizeof bits);
     bits &= 0x7FFFFFFF;
-    return bits - 1 < one - 1 ? (one - bits + 0x7FFFFF) >> 23 : 0;
+    return bits - 1 < one - 1 ? one - bits : 0;
 }
 
-// The same for the way from input to output. In integers, and one by one: at the
-// start of a block this must not wait for the end of the one before.
+// How often, at most, a sample is halved on its way from input to output. In
+// integers, and one by one: the start of a block must not wait for the end of
+// the one before.
 int halvings(const Coefficients& c) {
-    const unsigned center = halvings(c.centerL) + halvings(c.centerR);
-    return static_cast<int>(halvings(c.gainLin) + halvings(c.widthSide) + halvings(c.stabilityL) +
-                            halvings(c.stabilityR) + halvings(c.balanceL) + halvings(c.balanceR) +
-                            center + center);
+    const unsigned long center = bitsBelowOne(c.centerL) + bitsBelowOne(c.centerR);
+    const unsigned long all = bitsBelowOne(c.gainLin) + bitsBelowOne(c.widthSide) +
+                              bitsBelowOne(c.stabilityL) + bitsBelowOne(c.stabilityR) +
+                              bitsBelowOne(c.balanceL) + bitsBelowOne(c.balanceR) + center + center;
+    return static_cast<int>((all + 0x7FFFFF) >> 23);
 }
 
 // The magnitude below which a sample's products may get denormal. Cancellation

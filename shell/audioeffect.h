@@ -5,6 +5,8 @@
 #include "shell/aeffeditor.h"
 #include "shell/vst24.h"
 
+#include <atomic>
+
 // One object of the most derived class is one plug-in instance.
 //
 // Threads: the process functions, setParameter and getParameter are called on
@@ -49,8 +51,10 @@ class AudioEffect {
     virtual void getParameterDisplay(VstInt32 /*index*/, char* text) { *text = '\0'; }
     virtual void getParameterName(VstInt32 /*index*/, char* text) { *text = '\0'; }
 
-    virtual VstInt32 getProgram() { return curProgram; }
-    virtual void setProgram(VstInt32 program) { curProgram = program; }
+    virtual VstInt32 getProgram() { return curProgram.load(std::memory_order_relaxed); }
+    virtual void setProgram(VstInt32 program) {
+        curProgram.store(program, std::memory_order_relaxed);
+    }
     virtual void setProgramName(char* /*name*/) {}
     virtual void getProgramName(char* name) { *name = '\0'; }
 
@@ -108,7 +112,7 @@ class AudioEffect {
     VstInt32 blockSize = 1024;
     VstInt32 numPrograms;
     VstInt32 numParams;
-    VstInt32 curProgram = 0;
+    std::atomic<VstInt32> curProgram{0};
     AEffect cEffect{};
 
   private:

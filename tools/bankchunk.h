@@ -1,6 +1,7 @@
-// Mirelon's state chunk as a host may look at it from outside: a header of
-// 32-bit words in this machine's byte order, then eleven preset images.
+// Mirelon's state chunk as a host may look at it from outside.
 #pragma once
+
+#include "presetsystem/chunkimage.h"
 
 #include <array>
 #include <cstddef>
@@ -14,27 +15,28 @@ namespace mirelon::tools {
 
 class BankChunk {
   public:
-    static constexpr std::size_t presetCount = 11;
-    static constexpr std::size_t valueCount = 9;
+    static constexpr std::size_t presetCount = kNumPresets;
 
     struct Preset {
         std::string name;
-        std::array<float, valueCount> values; // normalised
+        PresetValues values; // normalised
     };
 
-    // Nothing when the bytes are no such chunk of the effect `uniqueID`.
-    static std::optional<BankChunk> recognise(std::vector<std::byte> bytes, std::int32_t uniqueID);
+    // Nothing when the bytes are no such chunk of the effect `uniqueID`, or one
+    // of the other byte order.
+    static std::optional<BankChunk> recognise(const std::vector<std::byte>& bytes,
+                                              std::int32_t uniqueID);
 
     std::span<const std::byte> bytes() const noexcept { return image; }
-    std::uint32_t currentPreset() const;
+    std::size_t currentPreset() const; // presetCount when it names none
     void setCurrentPreset(std::uint32_t number);
     Preset preset(std::size_t number) const; // below presetCount
 
   private:
-    explicit BankChunk(std::vector<std::byte> bytes);
-    std::uint32_t word(std::size_t offset) const;
+    BankChunk() = default;
 
-    std::vector<std::byte> image;
+    ChunkImage image{};
+    PresetBank bank{};
 };
 
 } // namespace mirelon::tools

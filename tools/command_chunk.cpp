@@ -50,15 +50,15 @@ void load(const Options& options) {
 
 void show(const Options& options) {
     LoadedPlugin plugin(options.plugin);
-    std::vector<std::byte> bytes = readChunkFile(options.file);
+    const std::vector<std::byte> bytes = readChunkFile(options.file);
     const std::size_t size = bytes.size();
-    const auto chunk = BankChunk::recognise(std::move(bytes), plugin.effect.record().uniqueID);
+    const auto chunk = BankChunk::recognise(bytes, plugin.effect.record().uniqueID);
     if (!chunk) {
         std::printf("%s: %zu bytes, of a form only the plug-in knows\n", options.file.c_str(),
                     size);
         return;
     }
-    std::printf("%s: %zu bytes, a bank of %zu presets, current %u\n", options.file.c_str(), size,
+    std::printf("%s: %zu bytes, a bank of %zu presets, current %zu\n", options.file.c_str(), size,
                 BankChunk::presetCount, chunk->currentPreset());
     std::printf("  %-2s  %-24s", "", "");
     for (const std::string& name : parameterNames(plugin.effect))
