@@ -94,8 +94,10 @@ class Followers {
         using L = Lanes<Sample>;
         constexpr int vectors = group * 4 / L::count;
         auto any = L::load(levels.rows[0]);
-        for (int i = 1; i < vectors; ++i)
-            any = L::either(any, L::load(levels.rows[0] + i * L::count));
+        for (int i = 1; i < vectors; ++i) {
+            const int first = i * L::count; // of this vector, which may span two rows
+            any = L::either(any, L::load(&levels.rows[first / 4][first % 4]));
+        }
         return L::isZero(any);
     }
 

@@ -1,0 +1,67 @@
+// Where a switch's working value turns: polarity and bypass from a half on, the
+// swap above it.
+#include "processor/stereokernels.h"
+
+#include <gtest/gtest.h>
+
+#include <utility>
+
+namespace mirelon {
+namespace {
+
+Coefficients neutral() {
+    Coefficients c;
+    for (VstInt32 i = 0; i < kNumParams; ++i)
+        applyParameter(c, i, i < kParamProcess || i == kParamProcess ? 0.5F : 0.0F);
+    return c;
+}
+
+// Left 0.75 and right 0.25 through one frame of the portable version and of the
+// one that runs here.
+std::pair<float, float> output(const Coefficients& c) {
+    std::pair<float, float> results[2];
+    const float left = 0.75F;
+    const float right = 0.25F;
+    int i = 0;
+    for (const kernels::Version* version : {&kernels::portable, &kernels::chosen()}) {
+        Envelopes envelopes;
+        auto& [l, r] = results[i++];
+        kernels::processWith<float>(*version, {c, 0.001, envelopes, {&left, &right}, {&l, &r}, 1});
+    }
+    EXPECT_EQ(results[0], results[1]);
+    return results[0];
+}
+
+using Frame = std::pair<float, float>;
+
+TEST(SwitchValues, PolarityTurnsAtAHalf) {
+    Coefficients c = neutral();
+    for (const auto& [value, sign] : {std::pair{0.49F, 1.0F}, {0.5F, -1.0F}, {0.6F, -1.0F}}) {
+        c.invertL = value;
+        EXPECT_EQ(output(c), Frame(sign * 0.75F, 0.25F)) << value;
+        c.invertL = 0.0F;
+        c.invertR = value;
+        EXPECT_EQ(output(c), Frame(0.75F, sign * 0.25F)) << value;
+        c.invertR = 0.0F;
+    }
+}
+
+TEST(SwitchValues, TheSwapTurnsAboveAHalf) {
+    Coefficients c = neutral();
+    c.phaseOn = 0.5F;
+    EXPECT_EQ(output(c), Frame(0.75F, 0.25F));
+    c.phaseOn = 0.6F;
+    EXPECT_EQ(output(c), Frame(0.25F, 0.75F));
+}
+
+TEST(SwitchValues, ProcessingTurnsAtAHalf) {
+    Coefficients c = neutral();
+    c.gainLin = 2.0F;
+    for (const auto& [value, gain] : {std::pair{0.49F, 1.0F}, {0.5F, 2.0F}, {0.6F, 2.0F}}) {
+        c.processOn = value;
+        EXPECT_EQ(output(c), Frame(gain * 0.75F, gain * 0.25F)) << value;
+    }
+}
+
+} // namespace
+} // namespace mirelon
