@@ -175,7 +175,7 @@ TEST(EditorLifeAlone, WithoutADisplayTheEditorDoesNotOpenAndStillHasASize) {
     const std::string display = std::getenv("DISPLAY");
     unsetenv("DISPLAY");
     hosting::RecordingHost host;
-    hosting::Effect effect(mirelon::testing::pluginModule(), host);
+    hosting::Effect effect(mirelon::test::pluginModule(), host);
     ERect* rect = nullptr;
     EXPECT_EQ(effect.dispatch(effEditGetRect, 0, 0, &rect), 1);
     ASSERT_NE(rect, nullptr);

@@ -16,7 +16,7 @@
 #include <thread>
 
 using namespace mirelon;
-using namespace mirelon::testing;
+using namespace mirelon::test;
 using hosting::Effect;
 using hosting::RecordingHost;
 

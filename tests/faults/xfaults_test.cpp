@@ -20,7 +20,7 @@
 #include <xcb/xcb.h>
 
 using namespace mirelon;
-using namespace mirelon::testing;
+using namespace mirelon::test;
 using namespace std::chrono_literals;
 
 namespace {

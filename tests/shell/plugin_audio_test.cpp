@@ -13,9 +13,9 @@
 namespace {
 
 using mirelon::reference::ReferenceProcessor;
-using mirelon::testing::PluginInstance;
-using mirelon::testing::processed;
-using mirelon::testing::StereoBuffer;
+using mirelon::test::PluginInstance;
+using mirelon::test::processed;
+using mirelon::test::StereoBuffer;
 
 template <typename Sample>
 auto bits(const std::vector<Sample>& samples) {

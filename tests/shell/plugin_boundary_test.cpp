@@ -20,9 +20,9 @@ using mirelon::hosting::Effect;
 using mirelon::hosting::HostCall;
 using mirelon::hosting::Module;
 using mirelon::hosting::RecordingHost;
-using mirelon::testing::PluginInstance;
-using mirelon::testing::pluginModule;
-using mirelon::testing::StereoBuffer;
+using mirelon::test::PluginInstance;
+using mirelon::test::pluginModule;
+using mirelon::test::StereoBuffer;
 using testing::ElementsAre;
 using testing::IsSubsetOf;
 
@@ -186,7 +186,7 @@ TEST(CarelessHost, MaySendValuesThatAreNoNumbers) {
             plugin.effect.setParameter(index, value);
             plugin.effect.parameterDisplay(index);
         }
-        mirelon::testing::processed(plugin.effect, StereoBuffer<float>(64));
+        mirelon::test::processed(plugin.effect, StereoBuffer<float>(64));
     }
     for (VstInt32 index = 0; index < 5; ++index)
         plugin.effect.setParameter(index, 0.5F);
@@ -219,7 +219,7 @@ TEST(CarelessHost, MayGiveNonsenseRatesAndSizes) {
         plugin.effect.setBlockSize(static_cast<VstIntPtr>(rate > 0.0F ? 0 : -7));
         plugin.effect.resume();
         StereoBuffer<float> input({1.0F, 0.5F}, {0.25F, -0.5F});
-        const auto output = mirelon::testing::processed(plugin.effect, input);
+        const auto output = mirelon::test::processed(plugin.effect, input);
         EXPECT_EQ(output.left, input.left) << rate;
     }
 }
@@ -241,7 +241,7 @@ TEST(PluginWithoutDisplayAndHome, WorksAllTheSame) {
             PluginInstance plugin;
             plugin.effect.resume();
             const auto output =
-                mirelon::testing::processed(plugin.effect, StereoBuffer<float>({0.5F}, {0.25F}));
+                mirelon::test::processed(plugin.effect, StereoBuffer<float>({0.5F}, {0.25F}));
             std::_Exit(output.left[0] == 0.5F && plugin.effect.programName() == "init" ? 0 : 1);
         },
         testing::ExitedWithCode(0), "");

@@ -9,7 +9,7 @@
 
 namespace {
 
-using mirelon::testing::PluginInstance;
+using mirelon::test::PluginInstance;
 
 struct ExpectedParameter {
     const char* name;

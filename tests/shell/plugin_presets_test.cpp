@@ -12,9 +12,9 @@ namespace {
 
 using mirelon::hosting::ChunkKind;
 using mirelon::hosting::Effect;
-using mirelon::testing::PluginInstance;
-using mirelon::testing::processed;
-using mirelon::testing::StereoBuffer;
+using mirelon::test::PluginInstance;
+using mirelon::test::processed;
+using mirelon::test::StereoBuffer;
 
 constexpr std::array factoryNames{"init",
                                   "extended width",

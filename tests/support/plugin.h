@@ -5,7 +5,7 @@
 
 #include <vector>
 
-namespace mirelon::testing {
+namespace mirelon::test {
 
 // Loaded once per test program.
 inline const hosting::Module& pluginModule() {
@@ -51,4 +51,4 @@ StereoBuffer<Sample> processed(hosting::Effect& effect, StereoBuffer<Sample> inp
     return output;
 }
 
-} // namespace mirelon::testing
+} // namespace mirelon::test
