@@ -33,5 +33,17 @@ TEST(ChunkImage, WithAPresetOutsideTheBankTellsNone) {
     }
 }
 
+TEST(PresetImage, OutOfRangeTellsWhichValueOfItsOnlyPreset) {
+    PresetRecord bad{};
+    bad.setValue(4, 1.5F);
+    presetfilestruct image;
+    writePresetImage(image, owner, bad);
+    PresetRecord target{};
+    const ImageReading reading = readPresetImage(image, owner, false, target);
+    EXPECT_EQ(reading.verdict, ImageVerdict::outOfRange);
+    EXPECT_EQ(reading.preset, 0);
+    EXPECT_EQ(reading.value, 4);
+}
+
 } // namespace
 } // namespace mirelon
