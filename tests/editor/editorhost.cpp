@@ -25,7 +25,7 @@ void PrintTo(Drive drive, std::ostream* out) {
 }
 
 const hosting::Module& EditorHost::module() {
-    return testing::pluginModule();
+    return pluginModule();
 }
 
 EditorHost::EditorHost(Drive drive)

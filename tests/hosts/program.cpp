@@ -13,6 +13,7 @@ namespace {
 
 std::vector<char*> pointersTo(std::vector<std::string>& texts) {
     std::vector<char*> pointers;
+    pointers.reserve(texts.size() + 1);
     for (std::string& text : texts)
         pointers.push_back(text.data());
     pointers.push_back(nullptr);
@@ -27,7 +28,7 @@ Program::Program(const std::vector<std::string>& command, const Environment& env
     std::vector<std::string> arguments = command;
     std::vector<std::string> variables;
     for (const auto& [name, value] : environment)
-        variables.push_back(name + '=' + value);
+        variables.emplace_back(name).append("=").append(value);
 
     posix_spawn_file_actions_t files;
     posix_spawn_file_actions_init(&files);

@@ -41,7 +41,7 @@ TEST(QtractorScanner, ReportsNameChannelsParametersAndEditor) {
                                        home.plugin().string() + "|0|0x4d724c6e"));
 }
 
-TEST(MuseScanner, ReportsNameMakerChannelsAndParameters) {
+TEST(MuseScanner, ReportsNameMakerChannelsParametersAndEditor) {
     if (!isExecutable(museScanner))
         GTEST_SKIP() << "MusE is not installed (scripts/setup --hosts)";
     const HostHome home(MIRELON_PLUGIN_FILE);
@@ -58,6 +58,8 @@ TEST(MuseScanner, ReportsNameMakerChannelsAndParameters) {
     EXPECT_THAT(found, HasSubstr("<inports>2</inports>"));
     EXPECT_THAT(found, HasSubstr("<outports>2</outports>"));
     EXPECT_THAT(found, HasSubstr("<ctlInports>9</ctlInports>"));
+    // Bit 0: it has an editor; bit 1: it keeps its state in chunks.
+    EXPECT_THAT(found, HasSubstr("<pluginFlags>3</pluginFlags>"));
     for (const char* name :
          {"width", "gain", "balance", "stability", "centerPos", "process", "phase", "-L", "-R"})
         EXPECT_THAT(found, HasSubstr("<port name=\"" + std::string(name) + "\""));
