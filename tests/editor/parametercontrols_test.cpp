@@ -5,7 +5,6 @@
 #include <X11/keysym.h>
 #include <gtest/gtest.h>
 
-namespace hosting = mirelon::hosting;
 using namespace mirelon::test;
 
 namespace {

@@ -6,7 +6,6 @@
 #include <cstring>
 #include <gtest/gtest.h>
 
-namespace hosting = mirelon::hosting;
 using namespace mirelon::test;
 using namespace std::chrono_literals;
 

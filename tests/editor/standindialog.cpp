@@ -83,7 +83,7 @@ extern "C" __attribute__((visibility("default"))) int access(const char* path, i
 extern "C" __attribute__((visibility("default"))) int
 posix_spawn(pid_t* child, const char* path, const posix_spawn_file_actions_t* files,
             const posix_spawnattr_t* attributes, char* const arguments[],
-            char* const environment[]) noexcept {
+            char* const environment[]) {
     return mirelon::test::original<int(pid_t*, const char*, const posix_spawn_file_actions_t*,
                                        const posix_spawnattr_t*, char* const[], char* const[])>(
         "posix_spawn")(child, mirelon::test::redirected(path), files, attributes, arguments,

@@ -7,7 +7,6 @@
 #include <gtest/gtest.h>
 #include <thread>
 
-namespace hosting = mirelon::hosting;
 using namespace mirelon::test;
 using namespace std::chrono_literals;
 

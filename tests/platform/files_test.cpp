@@ -4,6 +4,7 @@
 #include "tests/support/temporaryfolder.h"
 
 #include <array>
+#include <cstring>
 #include <fcntl.h>
 #include <gtest/gtest.h>
 
@@ -130,8 +131,8 @@ struct Split {
         name.resize(300);
         dir.resize(300);
         XPlatGetFileNameAndDir(path, name.data(), dir.data());
-        name = name.c_str();
-        dir = dir.c_str();
+        name.resize(std::strlen(name.data()));
+        dir.resize(std::strlen(dir.data()));
     }
 };
 

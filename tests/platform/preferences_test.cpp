@@ -135,7 +135,7 @@ TEST_F(PreferencesTest, ARunningProcessSeesWhatAnotherStores) {
 
 TEST_F(PreferencesTest, ManyThreadsStoreAtOnce) {
     std::array<std::thread, 4> threads;
-    for (std::size_t t = 0; t < threads.size(); ++t)
+    for (std::size_t t = 0; t < threads.size(); ++t) // NOLINT(modernize-loop-convert)
         threads[t] = std::thread([this, key = "key " + std::to_string(t)] {
             // Each storing gives up after a while when the others are busy, as
             // they may be on a loaded machine; then it is tried again.

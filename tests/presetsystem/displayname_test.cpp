@@ -9,11 +9,8 @@ namespace {
 constexpr const char* unknown = "\xEF\xBF\xBD";
 
 TEST(ValidUtf8, LeavesWholeCharactersAsTheyAre) {
-    for (const char* text :
-         {"", "plain",
-          "Gr\xC3\xB6\xC3\x9F"
-          "e",
-          "\xE2\x82\xAC", "\xF0\x9F\x8E\xB5", "\xED\x9F\xBF", "\xF4\x8F\xBF\xBF"})
+    for (const char* text : {"", "plain", "Gr\xC3\xB6\xC3\x9F\x65", "\xE2\x82\xAC",
+                             "\xF0\x9F\x8E\xB5", "\xED\x9F\xBF", "\xF4\x8F\xBF\xBF"})
         EXPECT_EQ(validUtf8(text), text);
 }
 

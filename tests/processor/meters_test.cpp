@@ -10,7 +10,6 @@
 
 namespace {
 
-using mirelon::Envelopes;
 using mirelon::readMeters;
 
 constexpr double nan = std::numeric_limits<double>::quiet_NaN();
