@@ -16,7 +16,6 @@
 
 namespace {
 
-using mirelon::hosting::Effect;
 using mirelon::hosting::HostCall;
 using mirelon::hosting::Module;
 using mirelon::hosting::RecordingHost;

@@ -115,6 +115,7 @@ std::string parameterProperties(const Subject& subject) {
         if (!first)
             continue;
         ++described;
+        // NOLINTNEXTLINE(bugprone-suspicious-memory-comparison): the bytes are meant
         require(std::memcmp(&*first, &*second, sizeof *first) == 0, "describes parameter ", i,
                 " differently each time");
         require(strnlen(first->label, sizeof first->label) < sizeof first->label,

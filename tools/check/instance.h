@@ -36,6 +36,7 @@ inline VstInt32 visitedParameters(const hosting::Effect& effect) {
 
 inline std::vector<float> parameterValues(const hosting::Effect& effect) {
     std::vector<float> values;
+    values.reserve(static_cast<std::size_t>(effect.record().numParams));
     for (VstInt32 i = 0; i < effect.record().numParams; ++i)
         values.push_back(effect.parameter(i));
     return values;

@@ -64,6 +64,7 @@ std::string memory(const Subject& subject) {
     constexpr long mostKilobytes = 32 * 1024;
     const long before = residentKilobytes();
     std::vector<std::unique_ptr<Instance>> more;
+    more.reserve(count);
     for (int i = 0; i < count; ++i)
         more.push_back(std::make_unique<Instance>(subject));
     const long each = (residentKilobytes() - before) / count;

@@ -92,8 +92,7 @@ class Editor {
 
 class TestEffect {
   public:
-    explicit TestEffect(audioMasterCallback host)
-        : host(host) {
+    TestEffect() {
         record.magic = kEffectMagic;
         record.dispatcher = [](AEffect* e, VstInt32 opcode, VstInt32 index, VstIntPtr value,
                                void* ptr, float opt) {
@@ -321,7 +320,6 @@ class TestEffect {
         --inside;
     }
 
-    audioMasterCallback host;
     State state;
     State saved;
     Editor editor;
@@ -344,13 +342,13 @@ class TestEffect {
 } // namespace
 
 #ifndef TEST_EFFECT_NO_ENTRY
-TEST_EFFECT_EXPORT AEffect* VSTPluginMain(audioMasterCallback host) {
+TEST_EFFECT_EXPORT AEffect* VSTPluginMain(audioMasterCallback /*host*/) {
     if (hasDefect("slow-load"))
         std::this_thread::sleep_for(std::chrono::milliseconds(2500));
     if (hasDefect("one-instance")) {
-        static TestEffect* const only = new TestEffect(host);
+        static TestEffect* const only = new TestEffect;
         return &only->record;
     }
-    return &(new TestEffect(host))->record;
+    return &(new TestEffect)->record;
 }
 #endif
