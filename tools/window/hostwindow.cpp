@@ -63,7 +63,8 @@ HostWindow::~HostWindow() {
 }
 
 void* HostWindow::asParent() const {
-    return reinterpret_cast<void*>(window);
+    return reinterpret_cast<void*>(
+        window); // NOLINT(performance-no-int-to-ptr): so the interface passes it
 }
 
 void HostWindow::show() {
