@@ -63,8 +63,8 @@ HostWindow::~HostWindow() {
 }
 
 void* HostWindow::asParent() const {
-    return reinterpret_cast<void*>(
-        window); // NOLINT(performance-no-int-to-ptr): so the interface passes it
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): so the interface passes a window
+    return reinterpret_cast<void*>(window);
 }
 
 void HostWindow::show() {
