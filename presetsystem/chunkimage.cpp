@@ -51,7 +51,8 @@ void writeChunk(std::span<std::byte, chunkSize> image, std::int32_t ownerId, std
 
 ChunkVerdict readChunk(std::span<std::byte, chunkSize> image, std::int32_t ownerId) noexcept {
     // The magic word is judged as the host handed it over, before any turning
-    // round: a chunk of the other byte order is recognised but never applied.
+    // round: a chunk written on a machine of the other byte order is recognised
+    // but never applied. (One whose magic word alone is native would be.)
     const bool nativeMagic = wordAt(image, magicAt) == chunkMagic;
     const std::uint32_t owner = wordAt(image, ownerAt);
     auto reversedId = static_cast<std::uint32_t>(ownerId);

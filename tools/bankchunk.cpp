@@ -10,7 +10,9 @@ std::optional<BankChunk> BankChunk::recognise(const std::vector<std::byte>& byte
         return std::nullopt;
     BankChunk chunk;
     std::ranges::copy(bytes, chunk.image.begin());
-    if (readChunk(chunk.image, uniqueID) != ChunkVerdict::accepted)
+    // One that had to be turned round is not what the plug-in would write.
+    if (readChunk(chunk.image, uniqueID) != ChunkVerdict::accepted ||
+        !std::ranges::equal(bytes, chunk.image))
         return std::nullopt;
     copyChunkBank(chunk.image, chunk.bank);
     return chunk;

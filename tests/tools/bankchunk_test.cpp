@@ -60,5 +60,12 @@ TEST(BankChunk, IsNotRecognisedWithAnotherSizeOwnerMagicOrCount) {
     }
 }
 
+TEST(BankChunk, IsNotRecognisedWhenItHadToBeTurnedRound) {
+    std::vector<std::byte> bytes = validChunk();
+    for (const std::ptrdiff_t word : {4, 8, 12})
+        std::reverse(bytes.begin() + word, bytes.begin() + word + 4);
+    EXPECT_FALSE(BankChunk::recognise(bytes, owner));
+}
+
 } // namespace
 } // namespace mirelon::tools
