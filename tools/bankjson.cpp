@@ -170,7 +170,7 @@ ImageFile bankFromJson(const std::string& text, VstInt32 ownerId,
     Json all;
     try {
         all = Json::parse(text);
-    } catch (const Json::parse_error& error) {
+    } catch (const Json::exception& error) { // a number beyond a double is not a parse error
         const std::string why = error.what();
         refuse("no JSON", why.substr(why.find("] ") == std::string::npos ? 0 : why.find("] ") + 2));
     }

@@ -67,6 +67,7 @@ void expectFrameByFrame() {
         Envelopes singleEnvelopes;
         for (std::size_t i = 0; i < frames; ++i)
             process(single, at, i, 1, singleEnvelopes);
+        // NOLINTNEXTLINE(bugprone-suspicious-memory-comparison): bit for bit
         EXPECT_EQ(std::memcmp(whole.data(), single.data(), sizeof whole), 0)
             << at.outLeft << ' ' << at.outRight;
         EXPECT_EQ(wholeEnvelopes.sum, singleEnvelopes.sum);

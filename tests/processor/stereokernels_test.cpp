@@ -127,7 +127,7 @@ std::vector<std::size_t> sizes() {
     std::vector<std::size_t> all;
     for (std::size_t i = 0; i <= 33; ++i)
         all.push_back(i);
-    for (const std::size_t i : {63, 64, 65, 511, 999, 4096})
+    for (const std::size_t i : {63U, 64U, 65U, 511U, 999U, 4096U})
         all.push_back(i);
     return all;
 }

@@ -135,6 +135,7 @@ TEST_F(ImageFiles, AnImportedBankThatIsWrongIsRefusedAtItsPlaceAndTheOldFileStay
                 HasSubstr("presets[1].values.width: 1.5 is not 0 to 1"));
     EXPECT_THAT(withChange("0.625", "\"x\""), HasSubstr("presets[1].values.width: is no number"));
     EXPECT_THAT(withChange("0.625", "null"), HasSubstr("presets[1].values.width: is no number"));
+    EXPECT_THAT(withChange("0.625", "1e999"), HasSubstr("no JSON"));
     EXPECT_THAT(withChange("\"width\"", "\"widht\""), HasSubstr("\"width\" is missing"));
     EXPECT_THAT(withChange("extended width", "extended width and much more"),
                 HasSubstr("presets[1].name: 28 bytes, 24 is the most"));
