@@ -2,6 +2,7 @@
 #include "tools/bankchunk.h"
 #include "tools/chunkfile.h"
 #include "tools/commands.h"
+#include "tools/effectsettings.h"
 #include "tools/loadedplugin.h"
 #include "tools/parametervalue.h"
 #include "tools/presets.h"
@@ -24,14 +25,7 @@ struct Options {
 
 void save(const Options& options) {
     LoadedPlugin plugin(options.plugin);
-    if (!options.preset.empty()) {
-        Presets presets(plugin.effect);
-        presets.select(presets.find(options.preset));
-    }
-    for (const std::string& text : options.settings) {
-        const ParameterSetting setting = parseSetting(plugin.effect, text);
-        plugin.effect.setParameter(setting.index, setting.value);
-    }
+    applySettings(plugin.effect, options.preset, options.settings);
     const std::vector<std::byte> state = stateOf(plugin.effect);
     ReplacedFile file(options.file);
     file.write(state.data(), state.size());

@@ -1,6 +1,7 @@
 // preset save|show: preset files.
 #include "tools/commands.h"
 #include "tools/effectbank.h"
+#include "tools/effectsettings.h"
 #include "tools/imagefile.h"
 #include "tools/loadedplugin.h"
 #include "tools/parametervalue.h"
@@ -25,14 +26,7 @@ struct Options {
 void save(const Options& options) {
     LoadedPlugin plugin(options.plugin);
     hosting::Effect& effect = plugin.effect;
-    if (!options.preset.empty()) {
-        Presets presets(effect);
-        presets.select(presets.find(options.preset));
-    }
-    for (const std::string& text : options.settings) {
-        const ParameterSetting setting = parseSetting(effect, text);
-        effect.setParameter(setting.index, setting.value);
-    }
+    applySettings(effect, options.preset, options.settings);
     const EffectBank bank = bankOf(effect);
     const PresetRecord& preset = bank.presets.at(bank.current);
     writeImageFile(options.file,

@@ -1,6 +1,7 @@
 #include "tools/editoroptions.h"
 
 #include "tools/commanderror.h"
+#include "tools/effectsettings.h"
 #include "tools/parametervalue.h"
 #include "tools/presets.h"
 
@@ -25,14 +26,7 @@ std::unique_ptr<LoadedPlugin> loadForEditor(const EditorOptions& options) {
     hosting::Effect& effect = plugin->effect;
     if (effect.record().numInputs != 2 || effect.record().numOutputs != 2)
         throw CommandError("the plug-in is not a stereo effect");
-    if (!options.preset.empty()) {
-        Presets presets(effect);
-        presets.select(presets.find(options.preset));
-    }
-    for (const std::string& text : options.settings) {
-        const ParameterSetting setting = parseSetting(effect, text);
-        effect.setParameter(setting.index, setting.value);
-    }
+    applySettings(effect, options.preset, options.settings);
     return plugin;
 }
 
