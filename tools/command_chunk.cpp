@@ -5,7 +5,6 @@
 #include "tools/effectsettings.h"
 #include "tools/loadedplugin.h"
 #include "tools/parametervalue.h"
-#include "tools/presets.h"
 #include "tools/replacedfile.h"
 
 #include <cstdio>

@@ -4,7 +4,6 @@
 #include "tools/effectsettings.h"
 #include "tools/imagefile.h"
 #include "tools/loadedplugin.h"
-#include "tools/parametervalue.h"
 #include "tools/presets.h"
 #include "tools/presettable.h"
 

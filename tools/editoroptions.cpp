@@ -2,8 +2,6 @@
 
 #include "tools/commanderror.h"
 #include "tools/effectsettings.h"
-#include "tools/parametervalue.h"
-#include "tools/presets.h"
 
 #include <cstdlib>
 
