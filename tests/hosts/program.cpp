@@ -1,5 +1,6 @@
 #include "tests/hosts/program.h"
 
+#include "tests/support/argumentpointers.h"
 #include "tests/support/temporaryfolder.h"
 
 #include <csignal>
@@ -9,18 +10,6 @@
 #include <unistd.h>
 
 namespace mirelon::test {
-namespace {
-
-std::vector<char*> pointersTo(std::vector<std::string>& texts) {
-    std::vector<char*> pointers;
-    pointers.reserve(texts.size() + 1);
-    for (std::string& text : texts)
-        pointers.push_back(text.data());
-    pointers.push_back(nullptr);
-    return pointers;
-}
-
-} // namespace
 
 Program::Program(const std::vector<std::string>& command, const Environment& environment,
                  std::filesystem::path logFile)

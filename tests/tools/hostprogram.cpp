@@ -1,5 +1,6 @@
 #include "tests/tools/hostprogram.h"
 
+#include "tests/support/argumentpointers.h"
 #include "tests/support/temporaryfolder.h"
 
 #include <cerrno>
@@ -13,19 +14,6 @@
 #include <sys/wait.h>
 
 namespace mirelon::test {
-
-namespace {
-
-std::vector<char*> pointersTo(std::vector<std::string>& texts) {
-    std::vector<char*> pointers;
-    pointers.reserve(texts.size() + 1);
-    for (std::string& text : texts)
-        pointers.push_back(text.data());
-    pointers.push_back(nullptr);
-    return pointers;
-}
-
-} // namespace
 
 RunningProgram::RunningProgram(const std::filesystem::path& program,
                                std::vector<std::string> arguments,
