@@ -1,6 +1,7 @@
 // What the window shows, pixel by pixel, compared with the pictures that it is
 // made of.
 #include "tests/editor/editorhost.h"
+#include "tests/editor/positions.h"
 
 #include "resources/resources.h"
 
@@ -204,7 +205,7 @@ TEST_F(Window, MetersShowWidthAndBalance) {
 TEST_F(Window, MetersStandStillBehindTheAboutPicture) {
     feed(*editor->effect, 0.0F, 0.0F);
     editor->run();
-    editor->click(150, 290);
+    editor->click(aboutStrip.x, aboutStrip.y);
     feed(*editor->effect, 0.0F, 0.5F);
     EXPECT_EQ(litColumns(editor->pixels(), 25), 91);
     editor->click(150, 150);
@@ -307,7 +308,7 @@ TEST_F(Window, TheRockerShowsTheSideOfHoverAndPress) {
 }
 
 TEST_F(Window, TheAboutPictureIsCentredAndShowsItsTexts) {
-    editor->click(150, 290);
+    editor->click(aboutStrip.x, aboutStrip.y);
     const Drawing about(mirelon::kPictureAbout);
     const int left = (302 - about.width()) / 2;
     const int top = (311 - about.height()) / 2;

@@ -1,6 +1,7 @@
 // The controls of the nine parameters under a real pointer, and what the host
 // hears of it.
 #include "tests/editor/editorhost.h"
+#include "tests/editor/positions.h"
 
 #include <X11/keysym.h>
 #include <gtest/gtest.h>
@@ -13,20 +14,6 @@ constexpr unsigned wheelUp = 4;
 constexpr unsigned wheelDown = 5;
 constexpr unsigned wheelLeft = 6;
 constexpr unsigned wheelRight = 7;
-
-// The handle is 12 pixels wide and runs from 63 to 239; its sixth pixel counts
-// as its middle.
-constexpr double handlePosition(double value) {
-    return 68 + 164 * value;
-}
-
-struct Place {
-    VstInt32 parameter;
-    double x;
-    double y;
-};
-constexpr Place sliders[] = {{0, 0, 62}, {1, 0, 94}, {2, 0, 158}, {3, 0, 190}, {4, 0, 222}};
-constexpr Place switches[] = {{5, 93, 257}, {7, 137, 257}, {8, 171, 257}, {6, 215, 257}};
 
 class ParameterControls : public testing::TestWithParam<Drive> {
   protected:
@@ -44,7 +31,7 @@ INSTANTIATE_TEST_SUITE_P(BothDrives, ParameterControls,
                          });
 
 TEST_P(ParameterControls, ADraggedSliderSetsItsParameterInOneGesture) {
-    for (const Place& slider : sliders) {
+    for (const SliderPlace& slider : sliderPlaces) {
         editor.drag(handlePosition(0.5), slider.y, handlePosition(0.75), slider.y);
         EXPECT_NEAR(editor.parameter(slider.parameter), 0.75F, 0.004F) << slider.parameter;
         EXPECT_EQ(editor.touches(slider.parameter), "baae") << slider.parameter;
@@ -54,7 +41,7 @@ TEST_P(ParameterControls, ADraggedSliderSetsItsParameterInOneGesture) {
 }
 
 TEST_P(ParameterControls, TheLowEndOfASliderIsAtItsLeft) {
-    for (const Place& slider : sliders) {
+    for (const SliderPlace& slider : sliderPlaces) {
         editor.drag(handlePosition(0.5), slider.y, 64, slider.y);
         EXPECT_EQ(editor.parameter(slider.parameter), 0.0F);
         editor.drag(handlePosition(0), slider.y, 238, slider.y);
@@ -63,7 +50,7 @@ TEST_P(ParameterControls, TheLowEndOfASliderIsAtItsLeft) {
 }
 
 TEST_P(ParameterControls, BothWheelsMoveASlider) {
-    for (const Place& slider : sliders) {
+    for (const SliderPlace& slider : sliderPlaces) {
         const float middle = editor.parameter(slider.parameter);
         editor.wheel(150, slider.y, wheelUp);
         const float up = editor.parameter(slider.parameter);
@@ -78,17 +65,17 @@ TEST_P(ParameterControls, BothWheelsMoveASlider) {
 }
 
 TEST_P(ParameterControls, ShiftMakesTheWheelTenTimesFiner) {
-    editor.wheel(150, 62, wheelUp);
+    editor.wheel(150, sliderPlaces[0].y, wheelUp);
     const float coarse = editor.parameter(0) - 0.5F;
     editor.effect->setParameter(0, 0.5F);
     editor.hold(XK_Shift_L);
-    editor.wheel(150, 62, wheelUp);
+    editor.wheel(150, sliderPlaces[0].y, wheelUp);
     editor.letGo(XK_Shift_L);
     EXPECT_NEAR(editor.parameter(0) - 0.5F, coarse / 10, 1e-6F);
 }
 
 TEST_P(ParameterControls, ControlAndClickPutASliderBackToItsMiddle) {
-    for (const Place& slider : sliders) {
+    for (const SliderPlace& slider : sliderPlaces) {
         editor.effect->setParameter(slider.parameter, 0.9F);
         editor.hold(XK_Control_L);
         editor.click(100, slider.y);
@@ -99,37 +86,37 @@ TEST_P(ParameterControls, ControlAndClickPutASliderBackToItsMiddle) {
 }
 
 TEST_P(ParameterControls, ASwitchTogglesWhenTheButtonIsReleasedOverIt) {
-    for (const Place& place : switches) {
+    for (const SwitchPlace& place : switchPlaces) {
         const float before = editor.parameter(place.parameter);
-        editor.moveTo(place.x, place.y);
+        editor.moveTo(place.at.x, place.at.y);
         editor.press();
         EXPECT_EQ(editor.parameter(place.parameter), before);
         editor.release();
         EXPECT_EQ(editor.parameter(place.parameter), 1.0F - before);
         EXPECT_EQ(editor.touches(place.parameter), "bae");
-        editor.click(place.x, place.y);
+        editor.click(place.at.x, place.at.y);
         EXPECT_EQ(editor.parameter(place.parameter), before);
     }
 }
 
 TEST_P(ParameterControls, ControlAndClickIsAnOrdinaryClickOnASwitch) {
     editor.hold(XK_Control_L);
-    editor.click(93, 257);
+    editor.click(switchPlaces[0].at.x, switchPlaces[0].at.y);
     editor.letGo(XK_Control_L);
     EXPECT_EQ(editor.parameter(5), 0.0F);
 }
 
 TEST_P(ParameterControls, AMoveOfOneControlTouchesNoOtherParameter) {
-    editor.drag(handlePosition(0.5), 62, handlePosition(0.2), 62);
+    editor.drag(handlePosition(0.5), sliderPlaces[0].y, handlePosition(0.2), sliderPlaces[0].y);
     for (VstInt32 other = 1; other < 9; ++other)
         EXPECT_EQ(editor.touches(other), "");
 }
 
 TEST_P(ParameterControls, TheRightButtonMovesNothing) {
-    for (const Place& slider : sliders)
+    for (const SliderPlace& slider : sliderPlaces)
         editor.click(100, slider.y, 3);
-    for (const Place& place : switches)
-        editor.click(place.x, place.y, 3);
+    for (const SwitchPlace& place : switchPlaces)
+        editor.click(place.at.x, place.at.y, 3);
     EXPECT_EQ(editor.host.count(audioMasterAutomate), 0U);
 }
 
@@ -144,9 +131,9 @@ TEST_P(ParameterControls, TheHostsOwnChangesAreShownAndNotEchoed) {
 
 TEST_P(ParameterControls, TheAboutPictureOpensAndClosesOnLeftClicksOnly) {
     const Pixels closed = editor.pixels();
-    editor.click(150, 290, 3);
+    editor.click(aboutStrip.x, aboutStrip.y, 3);
     EXPECT_EQ(editor.pixels(), closed);
-    editor.click(150, 290);
+    editor.click(aboutStrip.x, aboutStrip.y);
     editor.moveTo(150, 305);
     const Pixels shown = editor.pixels();
     EXPECT_NE(shown, closed);

@@ -1,5 +1,6 @@
 // The preset panel under a real pointer and keyboard.
 #include "tests/editor/editorhost.h"
+#include "tests/editor/positions.h"
 #include "tests/editor/standindialog.h"
 
 #include <X11/keysym.h>
@@ -12,25 +13,6 @@ using namespace mirelon::test;
 using namespace std::chrono_literals;
 
 namespace {
-
-struct Position {
-    double x;
-    double y;
-};
-constexpr Position nameField{146, 327};
-constexpr Position menuButton{212, 326};
-constexpr Position rockerLeft{226, 326};
-constexpr Position rockerRight{243, 326};
-constexpr Position savePreset{14, 319};
-constexpr Position loadPreset{77, 319};
-constexpr Position saveBank{14, 334};
-constexpr Position loadBank{77, 334};
-constexpr Position defaultPreset{45, 319};
-constexpr Position defaultBank{45, 334};
-constexpr Position storeA{260, 319};
-constexpr Position storeB{260, 334};
-constexpr Position recallA{285, 319};
-constexpr Position recallB{285, 334};
 
 class PresetPanel : public testing::TestWithParam<Drive> {
   protected:

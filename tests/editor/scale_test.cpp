@@ -1,5 +1,6 @@
 // The window on a display whose user wants things larger.
 #include "tests/editor/editorhost.h"
+#include "tests/editor/positions.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -118,7 +119,7 @@ TEST_P(EveryScale, MeterAndBackgroundFillTheSameShareOfTheWindow) {
 TEST_P(EveryScale, AboutAndMenuOpenAndClose) {
     editor->moveTo(150, 305);
     const Pixels closed = editor->pixels();
-    editor->click(150, 290);
+    editor->click(aboutStrip.x, aboutStrip.y);
     EXPECT_NE(editor->pixels(), closed);
     editor->click(150, 150);
     editor->moveTo(150, 305);
