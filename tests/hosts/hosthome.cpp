@@ -6,9 +6,9 @@ namespace mirelon::test {
 namespace fs = std::filesystem;
 
 HostHome::HostHome(const fs::path& plugin)
-    : pluginFile(folder / "plugins/mirelon.so") {
-    for (const char* name : {"home", "plugins", "none", "run"})
-        fs::create_directory(folder / name);
+    : pluginFile(folder / "home/.vst/mirelon.so") {
+    for (const char* name : {"home/.vst", "none", "run"})
+        fs::create_directories(folder / name);
     fs::permissions(folder / "run", fs::perms::owner_all);
     fs::copy_file(plugin, pluginFile);
     // Ardour takes a scan from the second in which the file was written as one

@@ -1,5 +1,5 @@
-// The world as a host under test sees it: a user's home with nothing in it, and
-// the plug-in as the only one on the machine.
+// The world as a host under test sees it: a user's home with nothing in it but
+// the plug-in, which is the only one on the machine.
 #pragma once
 
 #include "tests/hosts/program.h"
@@ -13,7 +13,7 @@ namespace mirelon::test {
 
 class HostHome {
   public:
-    // Copies `plugin` to plugins/mirelon.so below the home's folder.
+    // Puts `plugin` where a user's installation does: ~/.vst/mirelon.so.
     explicit HostHome(const std::filesystem::path& plugin);
 
     const std::filesystem::path& plugin() const { return pluginFile; }

@@ -60,6 +60,13 @@ bool Program::isRunning() {
     return false;
 }
 
+void Program::end(std::chrono::seconds limit) {
+    if (!isRunning())
+        return;
+    kill(process, SIGTERM);
+    wait(limit);
+}
+
 Outcome Program::wait(std::chrono::seconds limit) {
     Outcome outcome;
     outcome.inTime = eventually(limit, [this] { return !isRunning(); });

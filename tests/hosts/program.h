@@ -35,6 +35,8 @@ class Program {
     bool isRunning();
     // Kills the program when the limit is over.
     Outcome wait(std::chrono::seconds limit);
+    // Asks the program to end and kills it when it has not within the limit.
+    void end(std::chrono::seconds limit);
 
   private:
     void killGroup() const;

@@ -139,12 +139,12 @@ Pixels Screen::pixels(WindowId window) const {
     return result;
 }
 
-void Screen::pointAt(WindowId window, int x, int y) {
+void Screen::pointAt(WindowId window, Position at) {
     Window child = 0;
     int rootX = 0;
     int rootY = 0;
-    XTranslateCoordinates(connection, window, DefaultRootWindow(connection), x, y, &rootX, &rootY,
-                          &child);
+    XTranslateCoordinates(connection, window, DefaultRootWindow(connection), at.x, at.y, &rootX,
+                          &rootY, &child);
     XTestFakeMotionEvent(connection, -1, rootX, rootY, CurrentTime);
     XSync(connection, False);
     pause();
@@ -160,6 +160,12 @@ void Screen::release() {
     XTestFakeButtonEvent(connection, 1, False, CurrentTime);
     XSync(connection, False);
     pause();
+}
+
+void Screen::click(WindowId window, Position at) {
+    pointAt(window, at);
+    press();
+    release();
 }
 
 void Screen::doubleClick() {
@@ -183,6 +189,11 @@ void Screen::key(unsigned long keysym, unsigned long modifier) {
         XTestFakeKeyEvent(connection, code(modifier), False, CurrentTime);
     XSync(connection, False);
     pause();
+}
+
+void Screen::type(std::string_view text) {
+    for (const char c : text)
+        key(static_cast<unsigned char>(c)); // their symbols are their codes
 }
 
 void Screen::tellWindowManager(WindowId window, const char* message, long first) const {

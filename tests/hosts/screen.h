@@ -1,12 +1,14 @@
 // The screen of a test, with other programs' windows on it, and a user's hands.
 #pragma once
 
+#include "tests/editor/positions.h"
 #include "tests/hosts/program.h"
 #include "tests/support/xwindow.h"
 
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 struct _XDisplay;
@@ -32,11 +34,14 @@ class Screen {
     std::optional<WindowId> inside(WindowId window, const std::string& size) const;
     Pixels pixels(WindowId window) const;
 
-    void pointAt(WindowId window, int x, int y);
+    void pointAt(WindowId window, Position at);
     void press();
     void release();
+    void click(WindowId window, Position at);
+    // Where the pointer stands.
     void doubleClick();
     void key(unsigned long keysym, unsigned long modifier = 0);
+    void type(std::string_view text); // lower-case letters, digits and blanks
     // As a click into its title bar and on the button there would do.
     void activate(WindowId window);
     void close(WindowId window);

@@ -1,0 +1,82 @@
+#include "tests/hosts/ardourwindow.h"
+
+#include <X11/keysym.h>
+
+#include <gmock/gmock.h>
+
+#include <chrono>
+#include <cstdlib>
+
+namespace mirelon::test {
+
+using std::chrono::seconds;
+
+void ArdourWindowTest::SetUp() {
+    SKIP_WITHOUT_ARDOUR();
+    if (!Screen::hasWindowManager())
+        GTEST_SKIP() << "openbox is not installed (scripts/setup)";
+    home.addEnvironment({{"DISPLAY", Screen::display()}});
+    ASSERT_THAT(ardour::scan(home).output, ::testing::HasSubstr("<VST2Info "));
+    ardour::runScript(home, "insert.lua", {session.path(), std::to_string(ArdourSession::rate)});
+    session.putOnTrack(material(std::size_t{10} * ArdourSession::rate));
+}
+
+void ArdourWindowTest::start() {
+    session.showPluginWindowAt(700, 600);
+    ardour::prepareFirstStart(home);
+    screen = std::make_unique<Screen>(home.environment(), home / "openbox.log");
+    host = std::make_unique<Program>(std::vector<std::string>{ardour::program(), "--no-splash",
+                                                              "--no-announcements",
+                                                              session.path() + "/session.ardour"},
+                                     home.environment(ardour::variables()), home / "ardour.log");
+    ASSERT_TRUE(eventually(seconds(60), [this] { return editor().has_value(); }))
+        << contentsOf(home / "ardour.log");
+}
+
+std::optional<Screen::WindowId> ArdourWindowTest::editor() const {
+    const auto window = screen->windowTitled(pluginTitle);
+    return window ? screen->inside(*window, editorSize()) : std::nullopt;
+}
+
+std::optional<int> ArdourWindowTest::handle(const SliderPlace& slider) const {
+    const auto window = editor();
+    return window ? handleAt(screen->pixels(*window), slider) : std::nullopt;
+}
+
+bool ArdourWindowTest::standsAt(const SliderPlace& slider, double value) const {
+    return std::abs(handle(slider).value_or(0) - handlePosition(value)) <= handleTolerance;
+}
+
+// The main window shows the tracks at first; the key is lost while it is busy.
+void ArdourWindowTest::showMixer(Screen::WindowId main) {
+    const Pixels tracks = screen->pixels(main);
+    const auto changed = [&] {
+        const Pixels now = screen->pixels(main);
+        std::size_t different = 0;
+        for (std::size_t i = 0; i < tracks.rgb.size() && i < now.rgb.size(); ++i)
+            different += now.rgb[i] != tracks.rgb[i] ? 1 : 0;
+        return different > tracks.rgb.size() / 4;
+    };
+    for (int attempt = 0; attempt < 5 && !changed(); ++attempt) {
+        screen->activate(main);
+        screen->key(XK_m, XK_Alt_L);
+        eventually(seconds(3), changed);
+    }
+}
+
+void ArdourWindowTest::quit() {
+    const auto window = screen->windowTitled(mainTitle);
+    ASSERT_TRUE(window);
+    screen->activate(*window);
+    const auto savedAt = std::filesystem::last_write_time(home / "session/session.ardour");
+    screen->key(XK_s, XK_Control_L);
+    EXPECT_TRUE(eventually(seconds(15), [&] {
+        return std::filesystem::last_write_time(home / "session/session.ardour") != savedAt;
+    })) << "the session was not saved";
+    screen->key(XK_q, XK_Control_L);
+    const Outcome end = host->wait(seconds(60));
+    EXPECT_TRUE(end.inTime) << "Ardour did not end";
+    EXPECT_EQ(end.exitCode, 0) << end.output;
+}
+
+} // namespace mirelon::test

@@ -1,0 +1,46 @@
+// Ardour's window with a session open in it, for tests.
+#pragma once
+
+#include "tests/hosts/ardour.h"
+#include "tests/hosts/ardoursession.h"
+#include "tests/hosts/editorview.h"
+#include "tests/hosts/screen.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace mirelon::test {
+
+class ArdourWindowTest : public ::testing::Test {
+  protected:
+    static constexpr auto pluginTitle = "stereo: Dravik Mirelon";
+    static constexpr auto mainTitle = "session - Ardour";
+
+    // `plugin` is what the user has installed.
+    explicit ArdourWindowTest(const std::filesystem::path& plugin)
+        : home(plugin) {}
+
+    // Makes a session with the plug-in on its track.
+    void SetUp() override;
+    // Starts Ardour and waits for the plug-in's window.
+    void start();
+    // The editor's own window in the host's; none while it is hidden.
+    std::optional<Screen::WindowId> editor() const;
+    // Where a slider's handle stands, and whether it stands near a value.
+    std::optional<int> handle(const SliderPlace& slider) const;
+    bool standsAt(const SliderPlace& slider, double value) const;
+    void showMixer(Screen::WindowId main);
+    // Saves and leaves as a user does.
+    void quit();
+
+    HostHome home;
+    ArdourSession session{home / "session"};
+    std::unique_ptr<Screen> screen;
+    std::unique_ptr<Program> host;
+};
+
+} // namespace mirelon::test

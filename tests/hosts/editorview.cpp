@@ -1,0 +1,33 @@
+#include "tests/hosts/editorview.h"
+
+namespace mirelon::test {
+
+std::string editorSize() {
+    return std::to_string(editorWidth) + 'x' + std::to_string(editorHeight);
+}
+
+std::optional<int> handleAt(const Pixels& editor, const SliderPlace& slider) {
+    const int row = slider.y - 4; // the handle's lower half is darker
+    int sum = 0;
+    int count = 0;
+    for (int x = sliderLeft; x < sliderRight && x < editor.width && row < editor.height; ++x) {
+        const bool white = (editor.at(x, row) >> 16) >= 0xF0;
+        sum += white ? x : 0;
+        count += white ? 1 : 0;
+    }
+    return count == 0 ? std::nullopt : std::optional(sum / count);
+}
+
+void dragSlider(Screen& screen, Screen::WindowId editor, const SliderPlace& slider, double from,
+                double to) {
+    const int first = handlePosition(from);
+    const int last = handlePosition(to);
+    constexpr int steps = 10;
+    screen.pointAt(editor, {first, slider.y});
+    screen.press();
+    for (int step = 1; step <= steps; ++step)
+        screen.pointAt(editor, {first + (last - first) * step / steps, slider.y});
+    screen.release();
+}
+
+} // namespace mirelon::test

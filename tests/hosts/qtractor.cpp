@@ -1,0 +1,75 @@
+#include "tests/hosts/qtractor.h"
+
+#include "tests/hosts/jackserver.h"
+
+#include <chrono>
+#include <regex>
+
+namespace mirelon::test::qtractor {
+namespace {
+
+constexpr auto programFile = "/usr/bin/qtractor";
+constexpr auto scannerFile = "/usr/lib/x86_64-linux-gnu/qtractor/qtractor_plugin_scan";
+
+} // namespace
+
+bool isInstalled() {
+    return isExecutable(programFile) && isExecutable(scannerFile);
+}
+
+std::string program() {
+    return programFile;
+}
+
+Environment variables() {
+    return {{"LD_PRELOAD", MIRELON_SEQUENCER_FILE}};
+}
+
+Outcome scan(const HostHome& home) {
+    // The scanner reads the names of files from its standard input.
+    return home.run({"/bin/sh", "-c", "echo \"VST2:$1\" | exec \"$0\"", scannerFile, home.plugin()},
+                    std::chrono::seconds(30));
+}
+
+void writeSession(const HostHome& home, const std::filesystem::path& file) {
+    const std::string folder = file.parent_path();
+    writeFile(file, R"(<!DOCTYPE qtractorSession>
+<session version="Qtractor" name="session">
+ <properties>
+  <directory>)" + folder +
+                        R"(</directory>
+  <sample-rate>)" + std::to_string(JackServer::rate) +
+                        R"(</sample-rate>
+ </properties>
+ <devices>
+  <audio-engine>
+   <audio-bus name="Master" mode="duplex">
+    <channels>2</channels>
+    <auto-connect>0</auto-connect>
+    <output-plugins>
+     <plugin type="VST">
+      <filename>)" + home.plugin().string() +
+                        R"(</filename>
+      <index>0</index>
+      <label>Dravik_Mirelon</label>
+      <unique-id>1299336302</unique-id>
+      <activated>1</activated>
+     </plugin>
+    </output-plugins>
+   </audio-bus>
+  </audio-engine>
+ </devices>
+</session>
+)");
+}
+
+std::map<std::string, float> parametersIn(const std::filesystem::path& session) {
+    static const std::regex line(R"re(<param index="\d+" name="([^"]*)">([^<]*)</param>)re");
+    const std::string text = contentsOf(session);
+    std::map<std::string, float> parameters;
+    for (std::sregex_iterator match(text.begin(), text.end(), line), end; match != end; ++match)
+        parameters[(*match)[1]] = std::stof((*match)[2]);
+    return parameters;
+}
+
+} // namespace mirelon::test::qtractor

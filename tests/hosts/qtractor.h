@@ -1,0 +1,36 @@
+// Qtractor without a person in front of it, and its session files.
+#pragma once
+
+#include "tests/hosts/hosthome.h"
+#include "tests/hosts/program.h"
+
+#include <filesystem>
+#include <map>
+#include <string>
+#include <vector>
+
+// Leaves the running test, saying why.
+#define SKIP_WITHOUT_QTRACTOR()                                                                    \
+    if (!mirelon::test::qtractor::isInstalled())                                                   \
+    GTEST_SKIP() << "Qtractor is not installed (scripts/setup --hosts)"
+
+namespace mirelon::test::qtractor {
+
+bool isInstalled();
+
+// The program with a window, to be started with a session's file.
+std::string program();
+
+// What lets it start its engine where the kernel has no MIDI sequencer.
+Environment variables();
+
+// What its scanner says of the plug-in of this home.
+Outcome scan(const HostHome& home);
+
+// A session with the plug-in of this home on the master bus's output.
+void writeSession(const HostHome& home, const std::filesystem::path& file);
+
+// The plug-in's parameters in a session's file, by name.
+std::map<std::string, float> parametersIn(const std::filesystem::path& session);
+
+} // namespace mirelon::test::qtractor
