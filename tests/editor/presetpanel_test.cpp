@@ -75,15 +75,8 @@ TEST_P(PresetPanel, TheMenuAppliesTheChosenPreset) {
     editor.run(500ms);
     const Pixels open = editor.pixels();
     ASSERT_NE(open, closed);
-    // The fifth of the eleven lines: find the lines between the menu's edges.
-    int top = 0;
-    while (open.part(0, top, open.width, top + 1) == closed.part(0, top, open.width, top + 1))
-        ++top;
-    int bottom = open.height;
-    while (open.part(0, bottom - 1, open.width, bottom) ==
-           closed.part(0, bottom - 1, open.width, bottom))
-        --bottom;
-    editor.click(215, top + (bottom - top) * 4.5 / 11);
+    const auto [top, bottom] = changedRows(closed, open);
+    click(menuLine(4, top, bottom));
     editor.run(500ms);
     EXPECT_EQ(editor.effect->programName(), "balanse to the right");
     EXPECT_EQ(editor.parameter(2), 0.3F);

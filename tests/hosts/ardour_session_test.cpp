@@ -1,6 +1,7 @@
 // The plug-in in an Ardour session without a window.
 #include "tests/hosts/ardour.h"
 #include "tests/hosts/ardoursession.h"
+#include "tests/hosts/chunklayout.h"
 #include "tests/hosts/observations.h"
 #include "tests/support/referenceprocessor.h"
 #include "tests/support/signals.h"
@@ -9,10 +10,8 @@
 #include <gtest/gtest.h>
 
 #include <array>
-#include <cstring>
 #include <set>
 #include <string>
-#include <string_view>
 #include <utility>
 
 namespace mirelon::test {
@@ -126,28 +125,17 @@ INSTANTIATE_TEST_SUITE_P(
                       Setting{"bypassed", {0.9F, 0.9F, 0.1F, 0.2F, 0.3F, 0.0F, 1.0F, 1.0F, 0.0F}}),
     [](const auto& param) { return std::string(param.param.name); });
 
-// The bank's layout in the chunk that the host keeps.
-constexpr std::size_t headerSize = 32;
-constexpr std::size_t recordSize = 60;
-constexpr std::size_t nameSize = 24;
-constexpr std::size_t presetCount = 11;
-
-void renamePreset(std::vector<std::byte>& chunk, std::size_t preset, std::string_view name) {
-    std::byte* record = chunk.data() + headerSize + preset * recordSize;
-    std::memset(record, 0, nameSize);
-    std::memcpy(record, name.data(), name.size());
-}
-
 TEST_F(ArdourSessionTest, ReloadedInANewProcessHasParametersAndPresetNamesBack) {
     const HostHome home(MIRELON_PLUGIN_FILE);
     scan(home);
     const Parameters values{0.71F, 0.43F, 0.62F, 0.31F, 0.77F, 1.0F, 1.0F, 0.0F, 1.0F};
     const ArdourSession session = sessionWith(home, values);
     std::vector<std::byte> chunk = session.chunk();
-    ASSERT_EQ(chunk.size(), headerSize + presetCount * recordSize);
-    for (std::size_t preset = 0; preset < presetCount; ++preset)
-        renamePreset(chunk, preset,
-                     std::string("renamed by the user ").append(std::to_string(preset)));
+    ASSERT_EQ(chunk.size(),
+              chunklayout::headerSize + chunklayout::presetCount * chunklayout::recordSize);
+    for (std::size_t preset = 0; preset < chunklayout::presetCount; ++preset)
+        chunklayout::renamePreset(
+            chunk, preset, std::string("renamed by the user ").append(std::to_string(preset)));
     session.setChunk(chunk);
 
     // Each of these is a process of its own that loads, bounces and saves.

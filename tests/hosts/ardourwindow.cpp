@@ -24,7 +24,12 @@ void ArdourWindowTest::SetUp() {
 void ArdourWindowTest::start() {
     session.showPluginWindowAt(700, 600);
     ardour::prepareFirstStart(home);
-    screen = std::make_unique<Screen>(home.environment(), home / "openbox.log");
+    launch();
+}
+
+void ArdourWindowTest::launch() {
+    if (screen == nullptr)
+        screen = std::make_unique<Screen>(home.environment(), home / "openbox.log");
     host = std::make_unique<Program>(std::vector<std::string>{ardour::program(), "--no-splash",
                                                               "--no-announcements",
                                                               session.path() + "/session.ardour"},

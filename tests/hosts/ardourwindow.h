@@ -26,8 +26,10 @@ class ArdourWindowTest : public ::testing::Test {
 
     // Makes a session with the plug-in on its track.
     void SetUp() override;
-    // Starts Ardour and waits for the plug-in's window.
+    // Starts Ardour for the first time, the plug-in's window open.
     void start();
+    // Starts Ardour with the session as it is, and waits for the plug-in's window.
+    void launch();
     // The editor's own window in the host's; none while it is hidden.
     std::optional<Screen::WindowId> editor() const;
     // Where a slider's handle stands, and whether it stands near a value.

@@ -71,6 +71,20 @@ Pixels Pixels::part(int left, int top, int right, int bottom) const {
     return result;
 }
 
+std::pair<int, int> changedRows(const Pixels& before, const Pixels& after) {
+    const auto differs = [&](int row) {
+        return before.part(0, row, before.width, row + 1) !=
+               after.part(0, row, after.width, row + 1);
+    };
+    int first = 0;
+    while (first < after.height && !differs(first))
+        ++first;
+    int end = after.height;
+    while (end > first && !differs(end - 1))
+        --end;
+    return {first, end};
+}
+
 void savePng(const Pixels& pixels, const std::filesystem::path& file) {
     std::vector<std::uint32_t> data(pixels.rgb);
     const std::unique_ptr<cairo_surface_t, decltype(&cairo_surface_destroy)> surface(

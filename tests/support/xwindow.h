@@ -8,6 +8,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 struct _XDisplay;
@@ -27,6 +28,10 @@ struct Pixels {
     Pixels part(int left, int top, int right, int bottom) const;
     bool operator==(const Pixels&) const = default;
 };
+
+// The rows from the first in which two pictures of one size differ to just after
+// the last; two equal numbers when there is none.
+std::pair<int, int> changedRows(const Pixels& before, const Pixels& after);
 
 // A picture file as it would look on `background` (0xRRGGBB).
 void savePng(const Pixels& pixels, const std::filesystem::path& file);
