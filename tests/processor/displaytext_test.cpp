@@ -22,7 +22,7 @@ std::string written(Write write) {
     before[std::string_view(untouched).size()] = '\0';
     std::string buffer = before;
     write(buffer.data());
-    const std::string text = buffer.c_str();
+    const std::string text = buffer.substr(0, buffer.find('\0'));
     EXPECT_EQ(buffer.substr(text.size() + 1), before.substr(text.size() + 1)) << text;
     return text;
 }
