@@ -90,6 +90,20 @@ TEST(FloatToStep, OfWhatNoIntegerHoldsGoesToTheNearestEnd) {
     EXPECT_EQ(float2long(notANumber, 130), 0);
 }
 
+TEST(FloatToStep, StopsAtTheLastAlsoJustBeyondTheIntegers) {
+    EXPECT_EQ(float2long(0x1p62F, 2), 1);
+    EXPECT_EQ(paramContToLong(0x1p30F, 2), 1);
+}
+
+// The half that is added is rounded with the sum: to the even of two steps where
+// a float has no halves any more.
+TEST(FloatToStep, IsReckonedInSinglePrecision) {
+    constexpr long steps = 0x1000000;
+    EXPECT_EQ(float2long(0x800000.0p-24F, steps), 0x800000);
+    EXPECT_EQ(float2long(0x800001.0p-24F, steps), 0x800002);
+    EXPECT_EQ(float2long(0x3FFFFF.0p-24F, steps), 0x3FFFFF);
+}
+
 TEST(StepToFloat, IsTheMiddleOfTheStep) {
     EXPECT_EQ(long2float(0, 2), 0.25F);
     EXPECT_EQ(long2float(129, 130), 129.5F / 130.0F);
