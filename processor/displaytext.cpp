@@ -89,7 +89,7 @@ void float2string2(float value, int digits, char* text) noexcept {
     const int decimals = std::max(places - used, 0);
     double mantissa = std::fmod(magnitude, 1.0) * std::pow(10.0, decimals);
     for (char* digit = point + decimals; digit > point; --digit, mantissa /= 10.0)
-        *digit = mantissa > 0.0 ? digitOf(mantissa) : '0';
+        *digit = digitOf(mantissa);
 
     const char* end = point + 1 + decimals;
     if (digits == 0)

@@ -113,6 +113,28 @@ TEST(Files, AShortFileLeavesTheRestOfTheBuffer) {
     EXPECT_EQ(std::string_view(bytes.data(), 6), "xyz---");
 }
 
+TEST(Files, AsManyBytesAreReadAsWereAskedFor) {
+    const TemporaryFolder folder;
+    writeFile(folder / "a", "vwxyz");
+    XPlatFile file = nullptr;
+    XPlatFileOpen("a", folder.directory().c_str(), &file, false);
+    std::array<char, 4> bytes{'-', '-', '-', '-'};
+    XPlatFileRead(file, bytes.data(), 1);
+    EXPECT_EQ(std::string_view(bytes.data(), 4), "v---");
+    XPlatFileRead(file, bytes.data(), 2);
+    EXPECT_EQ(std::string_view(bytes.data(), 4), "wx--");
+    XPlatFileClose(file);
+}
+
+TEST(Files, ASingleByteIsWritten) {
+    const TemporaryFolder folder;
+    XPlatFile file = nullptr;
+    XPlatFileOpen("a", folder.directory().c_str(), &file, true);
+    XPlatFileWrite(file, "x", 1);
+    XPlatFileClose(file);
+    EXPECT_EQ(contentsOf(folder / "a"), "x");
+}
+
 TEST(Files, ANegativeLengthTransfersNothing) {
     const TemporaryFolder folder;
     XPlatFile file = nullptr;

@@ -36,6 +36,14 @@ TEST(TimerSchedule, MissedTicksAreNotMadeUpFor) {
     EXPECT_EQ(schedule.takeDue(start + 115ms), Ids{id});
 }
 
+TEST(TimerSchedule, ServedAsLateAsItsNextTickATimerIsNotDueTwiceAtOnce) {
+    TimerSchedule schedule;
+    const Id id = schedule.add(10ms, start);
+    EXPECT_EQ(schedule.takeDue(start + 20ms), Ids{id});
+    EXPECT_EQ(schedule.takeDue(start + 20ms), Ids{});
+    EXPECT_EQ(schedule.takeDue(start + 30ms), Ids{id});
+}
+
 TEST(TimerSchedule, TicksThirtyTimesASecondWhateverTheTurnsOfTheLoop) {
     for (const auto turn : {4ms, 7ms, 16ms, 25ms, 33ms}) {
         TimerSchedule schedule;
@@ -79,6 +87,15 @@ TEST(TimerSchedule, AnIntervalOfNothingIsDueOnceATurn) {
     const Id id = schedule.add(0ns, start);
     EXPECT_EQ(schedule.takeDue(start + 1ms), Ids{id});
     EXPECT_EQ(schedule.takeDue(start + 2ms), Ids{id});
+}
+
+TEST(TimerSchedule, TheShortestIntervalIsANanosecond) {
+    for (const auto interval : {-1ns, 0ns, 1ns}) {
+        TimerSchedule schedule;
+        const Id id = schedule.add(interval, start);
+        EXPECT_EQ(schedule.takeDue(start), Ids{}) << interval.count();
+        EXPECT_EQ(schedule.takeDue(start + 1ns), Ids{id}) << interval.count();
+    }
 }
 
 } // namespace

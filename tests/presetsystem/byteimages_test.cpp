@@ -45,5 +45,17 @@ TEST(PresetImage, OutOfRangeTellsWhichValueOfItsOnlyPreset) {
     EXPECT_EQ(reading.value, 4);
 }
 
+TEST(PresetImage, ThatIsInRangeOrRefusedNamesNoValue) {
+    presetfilestruct image;
+    writePresetImage(image, owner, PresetRecord{});
+    PresetRecord target{};
+    for (const std::int32_t id : {owner, owner + 1}) {
+        const ImageReading reading = readPresetImage(image, id, false, target);
+        EXPECT_EQ(reading.verdict, id == owner ? ImageVerdict::accepted : ImageVerdict::notOurs);
+        EXPECT_EQ(reading.preset, 0);
+        EXPECT_EQ(reading.value, 0);
+    }
+}
+
 } // namespace
 } // namespace mirelon

@@ -1,8 +1,12 @@
 #include "presetsystem/midinames.h"
 
+#include <algorithm>
+#include <array>
+#include <cstddef>
 #include <gtest/gtest.h>
 #include <limits>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -16,28 +20,39 @@ std::string controllerAt(float value) {
     return text.data();
 }
 
-TEST(ControllerNames, OfUnnamedControllersAreNumbered) {
-    for (const std::size_t controller : {3U, 9U, 12U, 41U, 63U, 90U, 119U})
-        EXPECT_EQ(ccnames[controller].data(), "control " + std::to_string(controller));
-}
+// The named controllers: the first of each row and those that follow it.
+struct Row {
+    std::size_t first;
+    std::vector<std::string> names;
+};
+const std::vector<Row> namedControllers{
+    {0, {"bank sel MSB", "modulation", "breath"}},
+    {4, {"foot", "portamento", "data ent MSB", "main volume", "balance"}},
+    {10, {"pan", "expression"}},
+    {16, {"gen purp 1", "gen purp 2", "gen purp 3", "gen purp 4"}},
+    {32, {"bank sel LSB", "modul. LSB", "breath LSB"}},
+    {36, {"foot LSB", "porta LSB", "data ent LSB", "main vol LSB", "balance LSB"}},
+    {42, {"pan LSB", "express. LSB"}},
+    {64,
+     {"sustain", "porta on/off", "sostenuto", "soft pedal", "legato FS", "hold 2", "sound var",
+      "harmonic", "release time", "attack time", "brightness"}},
+    {80, {"gen purp 5", "gen purp 6", "gen purp 7", "gen purp 8", "porta ctrl"}},
+    {91,
+     {"ext FX", "tremolo", "chorus", "detune", "phaser", "data incr", "data decr", "NRPN LSB",
+      "NRPN MSB", "RPN LSB", "RPN MSB"}},
+    {120,
+     {"all snd off", "reset ctrl", "local ctrl", "all note off", "omni off", "omni on",
+      "mono mode on", "poly mode on", "not assigned"}},
+};
 
-TEST(ControllerNames, OfNamedControllersAreTheirs) {
-    EXPECT_STREQ(ccnames[0].data(), "bank sel MSB");
-    EXPECT_STREQ(ccnames[7].data(), "main volume");
-    EXPECT_STREQ(ccnames[43].data(), "express. LSB");
-    EXPECT_STREQ(ccnames[74].data(), "brightness");
-    EXPECT_STREQ(ccnames[101].data(), "RPN MSB");
-    EXPECT_STREQ(ccnames[127].data(), "poly mode on");
-    EXPECT_STREQ(ccnames[128].data(), "not assigned");
-    EXPECT_STREQ(ccnames[129].data(), "");
-}
-
-TEST(ControllerNames, AreNumberedOutsideTheNamedOnes) {
-    int numbered = 0;
+TEST(ControllerNames, AreTheirOwnOrTheirNumber) {
+    std::array<std::string, kNumControllerNames> expected;
     for (std::size_t controller = 0; controller < 128; ++controller)
-        if (ccnames[controller].data() == "control " + std::to_string(controller))
-            ++numbered;
-    EXPECT_EQ(numbered, 128 - 59);
+        expected[controller] = "control " + std::to_string(controller);
+    for (const Row& row : namedControllers)
+        std::ranges::copy(row.names, expected.begin() + static_cast<std::ptrdiff_t>(row.first));
+    for (std::size_t controller = 0; controller < expected.size(); ++controller)
+        EXPECT_EQ(ccnames[controller].data(), expected[controller]) << controller;
 }
 
 TEST(ConvertingToAController, CoversTheTable) {
@@ -73,6 +88,20 @@ TEST(FloatToStep, OfWhatNoIntegerHoldsGoesToTheNearestEnd) {
     EXPECT_EQ(float2long(1e30F, 130), 129);
     EXPECT_EQ(float2long(-infinity, 130), std::numeric_limits<long>::min());
     EXPECT_EQ(float2long(notANumber, 130), 0);
+}
+
+TEST(FloatToStep, StopsAtTheLastAlsoJustBeyondTheIntegers) {
+    EXPECT_EQ(float2long(0x1p62F, 2), 1);
+    EXPECT_EQ(paramContToLong(0x1p30F, 2), 1);
+}
+
+// The half that is added is rounded with the sum: to the even of two steps where
+// a float has no halves any more.
+TEST(FloatToStep, IsReckonedInSinglePrecision) {
+    constexpr long steps = 0x1000000;
+    EXPECT_EQ(float2long(0x800000.0p-24F, steps), 0x800000);
+    EXPECT_EQ(float2long(0x800001.0p-24F, steps), 0x800002);
+    EXPECT_EQ(float2long(0x3FFFFF.0p-24F, steps), 0x3FFFFF);
 }
 
 TEST(StepToFloat, IsTheMiddleOfTheStep) {

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <limits>
 #include <string>
+#include <string_view>
 
 namespace {
 
@@ -13,12 +14,17 @@ constexpr const char* untouched = "untouched";
 constexpr float notANumber = std::numeric_limits<float>::quiet_NaN();
 constexpr float infinite = std::numeric_limits<float>::infinity();
 
+// What stands in the buffer afterwards. Behind the text nothing is written.
 template <typename Write>
 std::string written(Write write) {
-    std::array<char, 64> buffer{};
-    std::snprintf(buffer.data(), buffer.size(), "%s", untouched);
+    std::string before(64, '#');
+    before.replace(0, std::string_view(untouched).size(), untouched);
+    before[std::string_view(untouched).size()] = '\0';
+    std::string buffer = before;
     write(buffer.data());
-    return buffer.data();
+    const std::string text = buffer.substr(0, buffer.find('\0'));
+    EXPECT_EQ(buffer.substr(text.size() + 1), before.substr(text.size() + 1)) << text;
+    return text;
 }
 
 std::string number(float value, int digits) {
@@ -109,6 +115,13 @@ TEST(Rounding, MovesUpOneUnitOrKeepsTheValue) {
     EXPECT_DOUBLE_EQ(::round(0.3, 0), 0.3);
 }
 
+TEST(Rounding, StartsAtTheThresholdItself) {
+    EXPECT_DOUBLE_EQ(::round(0.49999, 0), 1.49999);
+    EXPECT_DOUBLE_EQ(::round(std::nextafter(0.49999, 0.0), 0), 0.49999);
+    EXPECT_DOUBLE_EQ(::round(-0.49999, 0), -1.49999);
+    EXPECT_DOUBLE_EQ(::round(std::nextafter(-0.49999, 0.0), 0), -0.49999);
+}
+
 TEST(WidthDisplay, IsInPercentOfTheSide) {
     EXPECT_EQ(shown(kParamWidth, 0.0F), "0.00");
     EXPECT_EQ(shown(kParamWidth, 0.5F), "100.00");
@@ -134,6 +147,8 @@ TEST(PositionDisplay, CountsToFiftyOnBothSides) {
     EXPECT_EQ(shown(kParamBalance, 0.7F), "20L");
     EXPECT_EQ(shown(kParamBalance, 0.3F), "20R");
     EXPECT_EQ(shown(kParamBalance, 0.52F), "2L");
+    EXPECT_EQ(shown(kParamBalance, 0.4375F), "6R");
+    EXPECT_EQ(shown(kParamBalance, 0.375F), "13R");
     EXPECT_EQ(shown(kParamBalance, 0.2F), "30R");
     EXPECT_EQ(shown(kParamBalance, 0.0F), "50R");
     EXPECT_EQ(shown(kParamBalance, 1.0F), "50L");
@@ -233,6 +248,7 @@ TEST(DampText, NamesItsEnds) {
     EXPECT_EQ(converted(dampStringConvert, 0.0F), "closed");
     EXPECT_EQ(converted(dampStringConvert, 0.0001F), "closed");
     EXPECT_EQ(converted(dampStringConvert, 0.5F), "50%");
+    EXPECT_EQ(converted(dampStringConvert, 0.875F), "87%");
     EXPECT_EQ(converted(dampStringConvert, 1.0F), "thru");
     EXPECT_EQ(converted(dampStringConvert, infinite), "thru");
 }

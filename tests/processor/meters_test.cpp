@@ -112,6 +112,31 @@ TEST(Meters, AgreeWithTheReferenceForEverydayFollowers) {
     }
 }
 
+// Ratios about half-way between two readings, where the last bits of the
+// logarithm decide which of them it is. Where a power of two times the root of
+// two is near, a series for the logarithm is at its worst.
+TEST(Meters, AgreeWithTheReferenceHalfWayBetweenTwoReadings) {
+    for (const float from : {-0.375F, -0.125F, 0.125F, 0.375F, 0.3F})
+        for (const float towards : {-1.0F, 1.0F}) {
+            float reading = from;
+            for (int i = 0; i < 3000; ++i) {
+                const float next = std::nextafter(reading, towards);
+                const double half = (static_cast<double>(reading) + static_cast<double>(next)) / 2;
+                const double ratio = std::exp2(4.0 * half);
+                const double unit = std::nextafter(ratio, 5.0) - ratio;
+                for (const int units : {-2000, -250, -150, -100, -50, -3, -2, -1, 0, 1, 2, 3, 50,
+                                        100, 150, 250, 2000}) {
+                    const double over = ratio + units * unit;
+                    const auto expected = mirelon::reference::readingsOf({over, 1.0, 1.0, over});
+                    const auto actual = readMeters({over, 1.0, 1.0, over});
+                    ASSERT_EQ(actual.width, expected.width) << half << " " << units;
+                    ASSERT_EQ(actual.balance, expected.balance) << half << " " << units;
+                }
+                reading = next;
+            }
+        }
+}
+
 TEST(FollowerCoefficient, CoversFifteenSixteenthsInSixHundredMilliseconds) {
     for (const float rate : {8000.0F, 44100.0F, 48000.0F, 96000.0F, 192000.0F}) {
         const double k = mirelon::envelopeCoefficient(rate);

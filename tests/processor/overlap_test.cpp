@@ -1,12 +1,13 @@
 // Buffers that overlap in part: frame by frame, each output is written after
 // both inputs of its frame have been read and before those of the next.
-#include "processor/stereocore.h"
+#include "processor/stereokernels.h"
 
 #include <gtest/gtest.h>
 
 #include <array>
 #include <cmath>
 #include <cstring>
+#include <vector>
 
 namespace mirelon {
 namespace {
@@ -92,6 +93,69 @@ TEST(Overlap, InPartStopsAtTheLastFrame) {
     process(memory, {100, 300, 101, 400}, 0, frames, envelopes);
     EXPECT_EQ(memory[101 + frames], before[101 + frames]);
     EXPECT_EQ(memory[400 + frames], before[400 + frames]);
+}
+
+// How many frames each block had that a version of the loop was handed.
+std::vector<int>& handedOver() {
+    static std::vector<int> frameCounts;
+    return frameCounts;
+}
+
+template <typename Sample>
+void record(const kernels::Block<Sample>& block) noexcept {
+    handedOver().push_back(block.frames);
+}
+
+template <typename Sample>
+std::vector<int> blocksFor(const Places& at, int count = frames) {
+    constexpr kernels::Version recorder{"recorder", []() noexcept { return true; }, record<float>,
+                                        record<double>};
+    Memory<Sample> memory = filled<Sample>();
+    Sample* const base = memory.data();
+    const Coefficients coefficients = someCoefficients();
+    Envelopes envelopes;
+    handedOver().clear();
+    kernels::processWith<Sample>(recorder, {coefficients,
+                                            0.001,
+                                            envelopes,
+                                            {base + at.inLeft, base + at.inRight},
+                                            {base + at.outLeft, base + at.outRight},
+                                            count});
+    return handedOver();
+}
+
+// The fast versions of the loop take many frames at once, but never of a block
+// whose next inputs would be overwritten.
+template <typename Sample>
+void expectWholeUnlessOverlapping() {
+    const std::vector<int> whole{frames};
+    const std::vector<int> single(frames, 1);
+    for (const Places& apart :
+         {Places{0, 100, 200, 300}, Places{100, 300, 100, 300}, Places{100, 300, 300, 100},
+          Places{100, 300, 164, 400}, Places{100, 300, 36, 400}, Places{100, 300, 430, 364},
+          Places{100, 300, 400, 236}, Places{100, 300, 164, 228}, Places{100, 300, 200, 200},
+          Places{100, 100, 100, 300}})
+        EXPECT_EQ(blocksFor<Sample>(apart), whole) << apart.outLeft << ' ' << apart.outRight;
+    for (const Places& overlapping :
+         {Places{100, 300, 163, 400}, Places{100, 300, 37, 400}, Places{100, 300, 363, 200},
+          Places{100, 300, 237, 200}, Places{100, 300, 400, 163}, Places{100, 300, 400, 37},
+          Places{100, 300, 400, 363}, Places{100, 300, 400, 237}, Places{100, 300, 200, 201},
+          Places{100, 300, 200, 137}})
+        EXPECT_EQ(blocksFor<Sample>(overlapping), single)
+            << overlapping.outLeft << ' ' << overlapping.outRight;
+}
+
+TEST(Overlap, WithoutFramesNothingIsHandedOver) {
+    for (const int count : {0, -1})
+        EXPECT_TRUE(blocksFor<float>(places[0], count).empty()) << count;
+}
+
+TEST(Overlap, OnlyInPartTakesABlockApartInSinglePrecision) {
+    expectWholeUnlessOverlapping<float>();
+}
+
+TEST(Overlap, OnlyInPartTakesABlockApartInDoublePrecision) {
+    expectWholeUnlessOverlapping<double>();
 }
 
 } // namespace
