@@ -35,9 +35,12 @@ struct SwitchPlace {
 constexpr SwitchPlace switchPlaces[] = {
     {5, {93, 257}}, {7, {137, 257}}, {8, {171, 257}}, {6, {215, 257}}};
 
+// Opens the picture about the plug-in, and closes it.
 constexpr Position aboutStrip{150, 290};
+constexpr int aboutHeight = 100; // at least
 
 // The preset panel.
+constexpr int panelTop = 305;
 constexpr Position nameField{146, 327};
 constexpr Position menuButton{212, 326};
 constexpr Position rockerLeft{226, 326};
