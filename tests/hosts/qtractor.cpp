@@ -64,7 +64,8 @@ void writeSession(const HostHome& home, const std::filesystem::path& file) {
 }
 
 std::map<std::string, float> parametersIn(const std::filesystem::path& session) {
-    static const std::regex line(R"re(<param index="\d+" name="([^"]*)">([^<]*)</param>)re");
+    // It writes the attributes in any order.
+    static const std::regex line(R"re(<param [^>]*name="([^"]*)"[^>]*>([^<]*)</param>)re");
     const std::string text = contentsOf(session);
     std::map<std::string, float> parameters;
     for (std::sregex_iterator match(text.begin(), text.end(), line), end; match != end; ++match)
