@@ -94,6 +94,14 @@ TEST_F(StoreTest, AParameterChangeWhileAPresetIsAppliedIsNotStored) {
     EXPECT_EQ(meddling.getParameter(0), 0.5F);
 }
 
+TEST_F(StoreTest, TheFirstAndTheLastPresetAreSelectedLikeAnyOther) {
+    for (const int preset : {10, 0}) {
+        effect.setPresetNo(preset);
+        EXPECT_EQ(effect.getPresetNo(), preset);
+        EXPECT_EQ(effect.getParameter(8), RecordingEffect::startValue(preset, 8));
+    }
+}
+
 TEST_F(StoreTest, APresetOutsideTheBankIsRefused) {
     effect.setPresetNo(5);
     effect.sets.clear();

@@ -54,6 +54,19 @@ TEST(SwitchValues, TheSwapTurnsAboveAHalf) {
     EXPECT_EQ(output(c), Frame(0.25F, 0.75F));
 }
 
+TEST(SwitchValues, ASwappedChannelKeepsItsPolarity) {
+    Coefficients c = neutral();
+    c.invertL = 1.0F;
+    for (const float value : {0.4F, 0.5F}) {
+        c.phaseOn = value;
+        EXPECT_EQ(output(c), Frame(-0.75F, 0.25F)) << value;
+    }
+    for (const float value : {0.55F, 1.0F}) {
+        c.phaseOn = value;
+        EXPECT_EQ(output(c), Frame(0.25F, -0.75F)) << value;
+    }
+}
+
 TEST(SwitchValues, ProcessingTurnsAtAHalf) {
     Coefficients c = neutral();
     c.gainLin = 2.0F;
