@@ -89,6 +89,9 @@ Screen::Screen(const Environment& environment, const std::filesystem::path& log)
     if (connection == nullptr)
         throw std::runtime_error("no connection to " + display());
     XSetErrorHandler(ignoreError);
+    // On a busy machine a key is let go late, which no program is to take for a
+    // key held down.
+    XAutoRepeatOff(connection);
     windowManager =
         std::make_unique<Program>(std::vector<std::string>{windowManagerFile}, environment, log);
     const bool running = eventually(std::chrono::seconds(20), [this] {
