@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr const char* untouched = "untouched";
+constexpr const char* untouched = "left alone"; // longer than a number by two
 constexpr float notANumber = std::numeric_limits<float>::quiet_NaN();
 constexpr float infinite = std::numeric_limits<float>::infinity();
 
