@@ -146,8 +146,9 @@ void expectWholeUnlessOverlapping() {
 }
 
 TEST(Overlap, WithoutFramesNothingIsHandedOver) {
-    for (const int count : {0, -1})
-        EXPECT_TRUE(blocksFor<float>(places[0], count).empty()) << count;
+    for (const Places& at : {places[0], Places{100, 100, 100, 100}})
+        for (const int count : {0, -1})
+            EXPECT_TRUE(blocksFor<float>(at, count).empty()) << count;
 }
 
 TEST(Overlap, OnlyInPartTakesABlockApartInSinglePrecision) {
