@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
 #include <utility>
 
 namespace mirelon {
@@ -16,25 +17,33 @@ Coefficients neutral() {
     return c;
 }
 
-// Left 0.75 and right 0.25 through one frame of the portable version and of the
-// one that runs here.
-std::pair<float, float> output(const Coefficients& c) {
-    std::pair<float, float> results[2];
-    const float left = 0.75F;
-    const float right = 0.25F;
-    int i = 0;
-    for (const kernels::Version* version : {&kernels::portable, &kernels::chosen()}) {
-        Envelopes envelopes;
-        auto& [l, r] = results[i++];
-        kernels::processWith<float>(*version, {c, 0.001, envelopes, {&left, &right}, {&l, &r}, 1});
-    }
-    EXPECT_EQ(results[0], results[1]);
-    return results[0];
-}
-
 using Frame = std::pair<float, float>;
 
-TEST(SwitchValues, PolarityTurnsAtAHalf) {
+class SwitchValues : public testing::TestWithParam<const kernels::Version*> {
+  protected:
+    void SetUp() override {
+        if (!GetParam()->runsHere())
+            GTEST_SKIP() << "this processor lacks the instructions of " << GetParam()->name;
+    }
+
+    // Left 0.75 and right 0.25 through one frame.
+    static Frame output(const Coefficients& c) {
+        const float left = 0.75F;
+        const float right = 0.25F;
+        Envelopes envelopes;
+        Frame result;
+        kernels::processWith<float>(
+            *GetParam(),
+            {c, 0.001, envelopes, {&left, &right}, {&result.first, &result.second}, 1});
+        return result;
+    }
+};
+
+INSTANTIATE_TEST_SUITE_P(Of, SwitchValues,
+                         testing::ValuesIn(kernels::versions().begin(), kernels::versions().end()),
+                         [](const auto& info) { return std::string(info.param->name); });
+
+TEST_P(SwitchValues, PolarityTurnsAtAHalf) {
     Coefficients c = neutral();
     for (const auto& [value, sign] : {std::pair{0.49F, 1.0F}, {0.5F, -1.0F}, {0.6F, -1.0F}}) {
         c.invertL = value;
@@ -46,7 +55,7 @@ TEST(SwitchValues, PolarityTurnsAtAHalf) {
     }
 }
 
-TEST(SwitchValues, TheSwapTurnsAboveAHalf) {
+TEST_P(SwitchValues, TheSwapTurnsAboveAHalf) {
     Coefficients c = neutral();
     c.phaseOn = 0.5F;
     EXPECT_EQ(output(c), Frame(0.75F, 0.25F));
@@ -54,7 +63,7 @@ TEST(SwitchValues, TheSwapTurnsAboveAHalf) {
     EXPECT_EQ(output(c), Frame(0.25F, 0.75F));
 }
 
-TEST(SwitchValues, ASwappedChannelKeepsItsPolarity) {
+TEST_P(SwitchValues, ASwappedChannelKeepsItsPolarity) {
     Coefficients c = neutral();
     c.invertL = 1.0F;
     for (const float value : {0.4F, 0.5F}) {
@@ -67,7 +76,7 @@ TEST(SwitchValues, ASwappedChannelKeepsItsPolarity) {
     }
 }
 
-TEST(SwitchValues, ProcessingTurnsAtAHalf) {
+TEST_P(SwitchValues, ProcessingTurnsAtAHalf) {
     Coefficients c = neutral();
     c.gainLin = 2.0F;
     for (const auto& [value, gain] : {std::pair{0.49F, 1.0F}, {0.5F, 2.0F}, {0.6F, 2.0F}}) {
