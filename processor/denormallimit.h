@@ -12,10 +12,8 @@ namespace {
 // many as it halves a sample. Zero leaves nothing to get denormal.
 unsigned long bitsBelowOne(float factor) {
     constexpr unsigned one = 0x3F800000;
-    unsigned bits = 0;
-    __builtin_memcpy(&bits, &factor, sizeof bits);
-    bits &= 0x7FFFFFFF;
-    return bits - 1 < one - 1 ? one - bits : 0;
+    const unsigned bits = __builtin_bit_cast(unsigned, factor) & 0x7FFFFFFF;
+    return bits - 1 < one ? one - bits : 0;
 }
 
 // How often, at most, a sample is halved on its way from input to output. In
@@ -34,12 +32,11 @@ int halvings(const Coefficients& c) {
 void denormalLimit(const Coefficients& c, float& limit) {
     const int exponent = 127 - 100 + halvings(c);
     const unsigned bits = static_cast<unsigned>(exponent < 255 ? exponent : 255) << 23;
-    __builtin_memcpy(&limit, &bits, sizeof limit);
+    limit = __builtin_bit_cast(float, bits);
 }
 void denormalLimit(const Coefficients& c, double& limit) {
     const unsigned long exponent = 1023UL - 900UL + static_cast<unsigned long>(halvings(c));
-    const unsigned long bits = exponent << 52;
-    __builtin_memcpy(&limit, &bits, sizeof limit);
+    limit = __builtin_bit_cast(double, exponent << 52);
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 // instruction, where floating-point arithmetic cannot tell the result.
 #pragma once
 
+#include <algorithm>
 #include <bit>
 #include <cstdint>
 
@@ -25,6 +26,11 @@ struct Unpacked {
         exponent = (field != 0 ? field : 1) - 1075;
     }
 
+    Unpacked(unsigned __int128 theSignificand, int theExponent, bool isNegative) noexcept
+        : significand(theSignificand)
+        , exponent(theExponent)
+        , negative(isNegative) {}
+
     // Moves the leading bit to where one more is free for a carry.
     void normalise() noexcept {
         const int shift = leadingZeros(significand) - 2;
@@ -41,33 +47,33 @@ inline bool isFinite(double value) noexcept {
     return (std::bit_cast<std::uint64_t>(value) >> 52 & 0x7FF) != 0x7FF;
 }
 
+// significand / 2^shift, to the nearest integer, plus something below its last bit
+// if `more`. The shift is 1 to 127.
+inline std::uint64_t shiftedDown(unsigned __int128 significand, int shift, bool more) noexcept {
+    const unsigned __int128 one = 1;
+    const unsigned __int128 rest = significand & ((one << shift) - 1);
+    const unsigned __int128 half = one << (shift - 1);
+    const auto result = static_cast<std::uint64_t>(significand >> shift);
+    const bool up = rest > half || (rest == half && (more || (result & 1) != 0));
+    return up ? result + 1 : result;
+}
+
 // The double nearest to significand * 2^exponent, plus something below the last
-// bit if `more`. The significand is not zero.
+// bit if `more`. The significand is not zero; the exponent is no less than that of
+// the smallest number when its leading bit is moved up.
 inline double rounded(unsigned __int128 significand, int exponent, bool more,
                       bool negative) noexcept {
     constexpr int least = -1074; // exponent of the last bit of a denormal number
     const int top = 127 - leadingZeros(significand) + exponent;
-    const int last = top - 52 > least ? top - 52 : least;
+    const int last = std::max(top - 52, least);
     const int shift = last - exponent;
-    std::uint64_t result = 0;
-    if (shift <= 0) {
-        result = static_cast<std::uint64_t>(significand << -shift);
-    } else if (shift < 128) {
-        const unsigned __int128 one = 1;
-        const unsigned __int128 rest = significand & ((one << shift) - 1);
-        const unsigned __int128 half = one << (shift - 1);
-        result = static_cast<std::uint64_t>(significand >> shift);
-        if (rest > half || (rest == half && (more || (result & 1) != 0)))
-            ++result;
-    }
+    const std::uint64_t kept = shift <= 0 ? static_cast<std::uint64_t>(significand << -shift)
+                                          : shiftedDown(significand, shift, more);
     // The significand's leading bit, if it has one, adds the last unit of the
     // exponent field.
-    const auto field = static_cast<std::uint64_t>(last - least);
-    result += field << 52;
+    const std::uint64_t result = kept + (static_cast<std::uint64_t>(last - least) << 52);
     constexpr std::uint64_t infinity = std::uint64_t{0x7FF} << 52;
-    if (result > infinity)
-        result = infinity;
-    return std::bit_cast<double>(result | std::uint64_t{negative} << 63);
+    return std::bit_cast<double>(std::min(result, infinity) | std::uint64_t{negative} << 63);
 }
 
 inline double exactFma(double a, double b, double c) noexcept {
@@ -80,10 +86,8 @@ inline double exactFma(double a, double b, double c) noexcept {
 
     const Unpacked x(a);
     const Unpacked y(b);
-    Unpacked product(0.0);
-    product.significand = x.significand * y.significand;
-    product.exponent = x.exponent + y.exponent;
-    product.negative = x.negative != y.negative;
+    Unpacked product(x.significand * y.significand, x.exponent + y.exponent,
+                     x.negative != y.negative);
     Unpacked addend(c);
     product.normalise();
     addend.normalise();
@@ -93,13 +97,10 @@ inline double exactFma(double a, double b, double c) noexcept {
     const Unpacked& large = productIsLarger ? product : addend;
     const Unpacked& small = productIsLarger ? addend : product;
 
-    const int distance = large.exponent - small.exponent;
-    unsigned __int128 shifted = 0;
-    bool more = true;
-    if (distance < 128) {
-        shifted = small.significand >> distance;
-        more = shifted << distance != small.significand;
-    }
+    // At 127 nothing is left of the smaller.
+    const int distance = std::min(large.exponent - small.exponent, 127);
+    const unsigned __int128 shifted = small.significand >> distance;
+    const bool more = shifted << distance != small.significand;
     if (large.negative == small.negative)
         return rounded(large.significand + shifted, large.exponent, more, large.negative);
     // What was shifted out is taken off as a whole unit of which a part remains.

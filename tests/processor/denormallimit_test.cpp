@@ -45,7 +45,8 @@ TEST(BitsBelowOne, CountEachHalvingWhateverTheSign) {
 TEST(BitsBelowOne, AreThereForFactorsBelowOneOnly) {
     EXPECT_EQ(bitsBelowOne(0.75F), halving / 2);
     EXPECT_EQ(bitsBelowOne(std::nextafter(1.0F, 0.0F)), 1UL);
-    for (const float factor : {1.0F, 1.5F, 1e30F, std::numeric_limits<float>::infinity()})
+    for (const float factor :
+         {1.0F, std::nextafter(1.0F, 2.0F), 1.5F, 1e30F, std::numeric_limits<float>::infinity()})
         EXPECT_EQ(bitsBelowOne(factor), 0UL) << factor;
 }
 

@@ -50,6 +50,31 @@ TEST(ExactFma, AgreesWithTheLibraryWhereTheTermsMeet) {
     }
 }
 
+// The product is 1 + 2^-i + 2^-j + 2^-(i+j); one of all its bits is left.
+TEST(ExactFma, AgreesWithTheLibraryWhereAllButTheLastBitCancels) {
+    for (const double scale : {1.0, 0x1p-480, 0x1p-500, 0x1p-511})
+        for (int i = 1; i <= 52; ++i)
+            for (int j = 1; j <= 52; ++j) {
+                const double a = scale * (1.0 + std::ldexp(1.0, -i));
+                const double b = scale * (1.0 + std::ldexp(1.0, -j));
+                const double c = std::fma(a, b, -std::ldexp(scale * scale, -i - j));
+                expectFused(a, b, -c);
+                expectFused(-a, b, std::nextafter(c, 2.0));
+                expectFused(a, -b, std::nextafter(c, 0.0));
+            }
+}
+
+// Products one above and one below a power of two, which is half of the last bit
+// of what they are added to.
+TEST(ExactFma, AgreesWithTheLibraryNextToTheMiddleBetweenTwoNumbers) {
+    for (int k = 0; k < 4; ++k)
+        for (const double sign : {1.0, -1.0}) {
+            const double c = sign * (0x1p52 + k);
+            expectFused(0x1p24 + 1.0, 0x1p48 - 0x1p24 + 1.0, c * 0x1p73);
+            expectFused(0x1p52 - 1.0, 0x1p52 + 1.0, c * 0x1p105);
+        }
+}
+
 TEST(ExactFma, AgreesWithTheLibraryForSpecialNumbers) {
     using Limits = std::numeric_limits<double>;
     const double special[] = {0.0,
