@@ -1,5 +1,6 @@
 #include "processor/stereocore.h"
 #include "tests/support/guardedbuffer.h"
+#include "tests/support/neutralcoefficients.h"
 #include "tests/support/referenceprocessor.h"
 #include "tests/support/signals.h"
 
@@ -15,13 +16,6 @@ namespace {
 using namespace mirelon;
 using signals::sameBits;
 using signals::Signal;
-
-Coefficients defaults() {
-    Coefficients coefficients;
-    for (VstInt32 i = 0; i < kNumParams; ++i)
-        applyParameter(coefficients, i, i <= kParamProcess ? 0.5F : 0.0F);
-    return coefficients;
-}
 
 Envelopes envelopesOf(const reference::Followers& f) {
     return {f[0], f[1], f[2], f[3]};
@@ -227,7 +221,7 @@ TYPED_TEST(StereoCore, AgreesWithTheReferenceFromAnyState) {
         const Signal signal = signals::allSignals[(i / 4) % std::size(signals::allSignals)];
         signals::fill<TypeParam>(left, signal, static_cast<unsigned>(i), 0);
         signals::fill<TypeParam>(right, signal, static_cast<unsigned>(i), 1);
-        const Coefficients c = defaults();
+        const Coefficients c = neutralCoefficients();
         auto l = left;
         auto r = right;
         processBlock(c, k, envelopes, {left.data(), right.data()}, {l.data(), r.data()}, 37);
@@ -248,7 +242,7 @@ TYPED_TEST(StereoCore, DefaultsAreTheIdentityForExactSumsAndDifferences) {
     TypeParam l[4];
     TypeParam r[4];
     Envelopes envelopes;
-    processBlock(defaults(), 1e-4, envelopes, {left, right}, {l, r}, 4);
+    processBlock(neutralCoefficients(), 1e-4, envelopes, {left, right}, {l, r}, 4);
     for (int i = 0; i < 4; ++i) {
         EXPECT_EQ(l[i], left[i]);
         EXPECT_EQ(r[i], right[i]);
@@ -260,7 +254,7 @@ TYPED_TEST(StereoCore, ACancelledSampleIsPositiveZero) {
     TypeParam left[] = {TypeParam(1)};
     TypeParam right[] = {TypeParam(0)};
     Envelopes envelopes;
-    processBlock(defaults(), 1e-4, envelopes, {left, right}, {left, right}, 1);
+    processBlock(neutralCoefficients(), 1e-4, envelopes, {left, right}, {left, right}, 1);
     EXPECT_EQ(right[0], TypeParam(0));
     EXPECT_FALSE(std::signbit(right[0]));
 }
@@ -269,7 +263,8 @@ TYPED_TEST(StereoCore, NoFramesTouchNothing) {
     TypeParam sample{42};
     for (const int frames : {0, -1, std::numeric_limits<int>::min()}) {
         Envelopes envelopes{0.1, 0.2, 0.3, 0.4};
-        processBlock(defaults(), 1e-4, envelopes, {&sample, &sample}, {&sample, &sample}, frames);
+        processBlock(neutralCoefficients(), 1e-4, envelopes, {&sample, &sample}, {&sample, &sample},
+                     frames);
         EXPECT_EQ(sample, TypeParam(42));
         EXPECT_EQ(envelopes.sum, 0.1);
         EXPECT_EQ(envelopes.right, 0.4);
@@ -284,7 +279,7 @@ TYPED_TEST(StereoCore, OneBadSampleLatchesTheFollowersWhileTheAudioRecovers) {
         std::vector<TypeParam> right(300, TypeParam(0.25));
         left[100] = bad;
         Envelopes envelopes;
-        processBlock(defaults(), 1e-2, envelopes, {left.data(), right.data()},
+        processBlock(neutralCoefficients(), 1e-2, envelopes, {left.data(), right.data()},
                      {left.data(), right.data()}, 300);
         EXPECT_FALSE(std::isfinite(left[100]));
         for (std::size_t i = 101; i < 300; ++i) {
@@ -294,7 +289,7 @@ TYPED_TEST(StereoCore, OneBadSampleLatchesTheFollowersWhileTheAudioRecovers) {
         EXPECT_FALSE(std::isfinite(envelopes.sum));
         EXPECT_FALSE(std::isfinite(envelopes.left));
         std::fill(left.begin(), left.end(), TypeParam(0.5));
-        processBlock(defaults(), 1e-2, envelopes, {left.data(), right.data()},
+        processBlock(neutralCoefficients(), 1e-2, envelopes, {left.data(), right.data()},
                      {left.data(), right.data()}, 300);
         EXPECT_FALSE(std::isfinite(envelopes.sum));
         const MeterReadings readings = readMeters(envelopes);
@@ -311,13 +306,13 @@ TYPED_TEST(StereoCore, BlocksOfAnySizeAddUpToTheSame) {
     auto wholeLeft = left;
     auto wholeRight = right;
     Envelopes whole;
-    processBlock(defaults(), 1e-3, whole, {left.data(), right.data()},
+    processBlock(neutralCoefficients(), 1e-3, whole, {left.data(), right.data()},
                  {wholeLeft.data(), wholeRight.data()}, 4001);
     Envelopes pieces;
     std::mt19937 random(1);
     for (int done = 0; done < 4001;) {
         const int frames = std::min(4001 - done, static_cast<int>(random() % 90));
-        processBlock(defaults(), 1e-3, pieces, {left.data() + done, right.data() + done},
+        processBlock(neutralCoefficients(), 1e-3, pieces, {left.data() + done, right.data() + done},
                      {left.data() + done, right.data() + done}, frames);
         done += frames;
     }

@@ -1,20 +1,15 @@
 // Every version of the loop against the plain one, bit for bit.
-#include "processor/stereokernels.h"
 #include "tests/support/guardedbuffer.h"
+#include "tests/support/kernelversions.h"
+#include "tests/support/neutralcoefficients.h"
 #include "tests/support/signals.h"
 
 #include <gtest/gtest.h>
 
 #include <array>
 #include <cmath>
-#include <cstring>
 #include <random>
-#include <string>
 #include <vector>
-
-#if defined(__x86_64__)
-#include <xmmintrin.h>
-#endif
 
 namespace {
 
@@ -26,13 +21,6 @@ using signals::Signal;
 enum class Aliasing { none, inPlace, crossed, oneOutput, oneInput };
 constexpr Aliasing allAliasing[] = {Aliasing::none, Aliasing::inPlace, Aliasing::crossed,
                                     Aliasing::oneOutput, Aliasing::oneInput};
-
-Coefficients defaults() {
-    Coefficients coefficients;
-    for (VstInt32 i = 0; i < kNumParams; ++i)
-        applyParameter(coefficients, i, i <= kParamProcess ? 0.5F : 0.0F);
-    return coefficients;
-}
 
 Coefficients anyParameters(std::mt19937& random) {
     Coefficients coefficients;
@@ -132,14 +120,8 @@ std::vector<std::size_t> sizes() {
     return all;
 }
 
-class EveryVersion : public testing::TestWithParam<const Version*> {
+class EveryVersion : public VersionTest {
   protected:
-    void SetUp() override {
-        ASSERT_NE(GetParam(), &portable) << "the plain loop would be held to itself";
-        if (!GetParam()->runsHere())
-            GTEST_SKIP() << "this processor lacks the instructions of " << GetParam()->name;
-    }
-
     template <typename Sample>
     void agreesOverSizesSignalsAndAliasing();
     template <typename Sample>
@@ -154,14 +136,7 @@ class EveryVersion : public testing::TestWithParam<const Version*> {
     void agreesWhereBuffersOverlap();
 };
 
-std::vector<const Version*> versionsToCompare() {
-    std::vector<const Version*> all(versions().begin(), versions().end());
-    std::erase(all, &portable);
-    return all;
-}
-
-INSTANTIATE_TEST_SUITE_P(Of, EveryVersion, testing::ValuesIn(versionsToCompare()),
-                         [](const auto& info) { return std::string(info.param->name); });
+INSTANTIATE_TEST_SUITE_P(Of, EveryVersion, testing::ValuesIn(versionsToCompare()), versionName);
 GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(EveryVersion);
 
 template <typename Sample>
@@ -173,7 +148,7 @@ void EveryVersion::agreesOverSizesSignalsAndAliasing() {
         for (const Aliasing aliasing : allAliasing) {
             Race<Sample> race(*GetParam(), {}, envelopeCoefficient(44100.0F));
             for (const std::size_t frames : sizes()) {
-                Coefficients c = seed % 3 == 0 ? defaults() : anyParameters(random);
+                Coefficients c = seed % 3 == 0 ? neutralCoefficients() : anyParameters(random);
                 c.processOn = seed % 4 == 0 ? 0.0F : 1.0F;
                 race.run(c, signal, ++seed, frames, {0, 1, 2, 3}, aliasing);
                 if (HasFatalFailure()) {
@@ -195,7 +170,7 @@ template <typename Sample>
 void EveryVersion::agreesAtEveryAlignment() {
     constexpr std::size_t places = 64 / sizeof(Sample);
     for (const float processOn : {0.0F, 1.0F}) {
-        Coefficients c = defaults();
+        Coefficients c = neutralCoefficients();
         applyParameter(c, kParamWidth, 0.7F);
         c.processOn = processOn;
         Race<Sample> race(*GetParam(), {}, 1e-3);
@@ -220,7 +195,7 @@ template <typename Sample>
 void EveryVersion::agreesWhileTheFollowersSink() {
     for (const double k : {envelopeCoefficient(8000.0F), 1e-2, 0.3}) {
         Race<Sample> race(*GetParam(), {}, k);
-        Coefficients c = defaults();
+        Coefficients c = neutralCoefficients();
         for (const Signal signal : {Signal::noise, Signal::silence, Signal::mono, Signal::silence,
                                     Signal::tiny, Signal::silence, Signal::denormals})
             for (unsigned i = 0; i < 30; ++i) {
@@ -252,7 +227,7 @@ void EveryVersion::agreesFromAnyState() {
             const Envelopes start{values[i], values[i + 1], std::fabs(values[i + 2]),
                                   std::fabs(values[i + 3])};
             Race<Sample> race(*GetParam(), start, coefficients[seed % std::size(coefficients)]);
-            Coefficients c = defaults();
+            Coefficients c = neutralCoefficients();
             c.processOn = seed % 3 == 0 ? 0.0F : 1.0F;
             for (unsigned block = 0; block < 3; ++block) {
                 const Signal signal =
@@ -283,7 +258,7 @@ void EveryVersion::agreesForAnyFactors() {
             if (seed % 50 == 0)
                 factor = std::ldexp(factor, 120);
         }
-        Coefficients c = defaults();
+        Coefficients c = neutralCoefficients();
         c.widthSide = factors[0];
         c.gainLin = factors[1];
         c.balanceL = factors[2];
@@ -322,7 +297,7 @@ void EveryVersion::agreesWhereBuffersOverlap() {
             signals::fill<Sample>(right, Signal::noise, 1, 1);
             auto plainLeft = left;
             auto plainRight = right;
-            Coefficients c = defaults();
+            Coefficients c = neutralCoefficients();
             // Less than 1, or the feedback would run away.
             applyParameter(c, kParamWidth, 0.45F);
             const auto run = [&](const Version& version, std::vector<Sample>& l,
@@ -351,87 +326,12 @@ TEST_P(EveryVersion, AgreesWhereBuffersOverlapInDouble) {
     agreesWhereBuffersOverlap<double>();
 }
 
-// A product half-way between two floats, and an addend too small for a double
-// to keep beside it, that decides. The denormal sends the group the other way.
-TEST_P(EveryVersion, RoundsAFusedStepOnceAlsoBesideDenormals) {
-    Coefficients c = defaults();
-    c.widthSide = 0x1p40F;
-    c.stabilityL = 1.5F;
-    c.centerR = 1.0F + 0x1p-23F;
-    for (const float other : {0.5F, 1e-40F}) {
-        std::vector<float> left(8, 1.0F);
-        std::vector<float> right(8, -1.0F - 0x1p-23F);
-        left[1] = other;
-        Envelopes followers;
-        processWith<float>(
-            *GetParam(),
-            {c, 1e-3, followers, {left.data(), right.data()}, {left.data(), right.data()}, 8});
-        EXPECT_EQ(left[0], 0x1p40F * (3.0F + 0x1p-22F)) << other;
+// Whether a follower stays as it is in silence is not asked of any other level.
+TEST_P(EveryVersion, ATopLevelFollowerSinksInSilence) {
+    for (const double k : {1e-3, 0.5, 1.0}) {
+        Race<float> race(*GetParam(), {1.0, 1.0, 1.0, 1.0}, k);
+        race.run(neutralCoefficients(), Signal::silence, 1, 40, {0, 0, 0, 0}, Aliasing::none);
     }
 }
-
-TEST(Versions, AreDistinctAndThePlainOneIsTheLastResort) {
-    ASSERT_FALSE(versions().empty());
-    EXPECT_EQ(versions().back(), &portable);
-    EXPECT_TRUE(portable.runsHere());
-    for (const Version* a : versions())
-        for (const Version* b : versions())
-            if (a != b) {
-                EXPECT_STRNE(a->name, b->name);
-                EXPECT_NE(a->processFloat, b->processFloat);
-                EXPECT_NE(a->processDouble, b->processDouble);
-            }
-}
-
-TEST(Versions, TheChosenOneIsTheFirstThatRunsHere) {
-    for (const Version* version : versions()) {
-        if (version == &chosen())
-            break;
-        EXPECT_FALSE(version->runsHere()) << version->name;
-    }
-    EXPECT_TRUE(chosen().runsHere());
-    RecordProperty("version", chosen().name);
-}
-
-#if defined(__x86_64__)
-TEST(Versions, APlainX86ProcessorHasOneOfItsOwn) {
-    EXPECT_TRUE(sse2.runsHere());
-    __builtin_cpu_init();
-    if (__builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma"))
-        EXPECT_TRUE(&chosen() == &avx2 || &chosen() == &avx512) << chosen().name;
-    else
-        EXPECT_EQ(&chosen(), &sse2);
-}
-
-// Hosts switch their audio threads to flushing denormals; some to worse.
-TEST(Versions, TheHostsArithmeticModeChangesNoBitAndComesBack) {
-    constexpr unsigned flush = 0x8040;
-    constexpr unsigned roundDown = 0x2000;
-    constexpr unsigned standard = 0x1F80;
-    std::vector<float> left(200);
-    std::vector<float> right(200);
-    signals::fill<float>(left, Signal::mixture, 1, 0);
-    signals::fill<float>(right, Signal::mixture, 1, 1);
-    const auto run = [&](unsigned mode) {
-        auto l = left;
-        auto r = right;
-        Envelopes followers;
-        const unsigned before = _mm_getcsr();
-        _mm_setcsr(mode);
-        processBlock(defaults(), 1e-3, followers, {l.data(), r.data()}, {l.data(), r.data()}, 200);
-        const unsigned after = _mm_getcsr();
-        _mm_setcsr(before);
-        EXPECT_EQ(after & ~0x3FU, mode);
-        l.insert(l.end(), r.begin(), r.end());
-        return l;
-    };
-    const auto expected = run(standard);
-    for (const unsigned mode : {standard | flush, standard | roundDown, flush | roundDown}) {
-        const auto actual = run(mode);
-        EXPECT_EQ(std::memcmp(actual.data(), expected.data(), expected.size() * sizeof(float)), 0)
-            << std::hex << mode;
-    }
-}
-#endif
 
 } // namespace

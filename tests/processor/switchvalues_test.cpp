@@ -1,31 +1,17 @@
 // Where a switch's working value turns: polarity and bypass from a half on, the
 // swap above it.
-#include "processor/stereokernels.h"
+#include "tests/support/kernelversions.h"
+#include "tests/support/neutralcoefficients.h"
 
-#include <gtest/gtest.h>
-
-#include <string>
 #include <utility>
 
 namespace mirelon {
 namespace {
 
-Coefficients neutral() {
-    Coefficients c;
-    for (VstInt32 i = 0; i < kNumParams; ++i)
-        applyParameter(c, i, i < kParamProcess || i == kParamProcess ? 0.5F : 0.0F);
-    return c;
-}
-
 using Frame = std::pair<float, float>;
 
-class SwitchValues : public testing::TestWithParam<const kernels::Version*> {
+class SwitchValues : public VersionTest {
   protected:
-    void SetUp() override {
-        if (!GetParam()->runsHere())
-            GTEST_SKIP() << "this processor lacks the instructions of " << GetParam()->name;
-    }
-
     // Left 0.75 and right 0.25 through one frame.
     static Frame output(const Coefficients& c) {
         const float left = 0.75F;
@@ -41,10 +27,10 @@ class SwitchValues : public testing::TestWithParam<const kernels::Version*> {
 
 INSTANTIATE_TEST_SUITE_P(Of, SwitchValues,
                          testing::ValuesIn(kernels::versions().begin(), kernels::versions().end()),
-                         [](const auto& info) { return std::string(info.param->name); });
+                         versionName);
 
 TEST_P(SwitchValues, PolarityTurnsAtAHalf) {
-    Coefficients c = neutral();
+    Coefficients c = neutralCoefficients();
     for (const auto& [value, sign] : {std::pair{0.49F, 1.0F}, {0.5F, -1.0F}, {0.6F, -1.0F}}) {
         c.invertL = value;
         EXPECT_EQ(output(c), Frame(sign * 0.75F, 0.25F)) << value;
@@ -56,7 +42,7 @@ TEST_P(SwitchValues, PolarityTurnsAtAHalf) {
 }
 
 TEST_P(SwitchValues, TheSwapTurnsAboveAHalf) {
-    Coefficients c = neutral();
+    Coefficients c = neutralCoefficients();
     c.phaseOn = 0.5F;
     EXPECT_EQ(output(c), Frame(0.75F, 0.25F));
     c.phaseOn = 0.6F;
@@ -64,7 +50,7 @@ TEST_P(SwitchValues, TheSwapTurnsAboveAHalf) {
 }
 
 TEST_P(SwitchValues, ASwappedChannelKeepsItsPolarity) {
-    Coefficients c = neutral();
+    Coefficients c = neutralCoefficients();
     c.invertL = 1.0F;
     for (const float value : {0.4F, 0.5F}) {
         c.phaseOn = value;
@@ -77,7 +63,7 @@ TEST_P(SwitchValues, ASwappedChannelKeepsItsPolarity) {
 }
 
 TEST_P(SwitchValues, ProcessingTurnsAtAHalf) {
-    Coefficients c = neutral();
+    Coefficients c = neutralCoefficients();
     c.gainLin = 2.0F;
     for (const auto& [value, gain] : {std::pair{0.49F, 1.0F}, {0.5F, 2.0F}, {0.6F, 2.0F}}) {
         c.processOn = value;
