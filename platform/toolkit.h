@@ -12,6 +12,7 @@
 #pragma GCC diagnostic ignored "-Wconversion"
 #pragma GCC diagnostic ignored "-Wunused-parameter"
 #include "vstgui/lib/cfileselector.h"
+#include "vstgui/lib/coffscreencontext.h"
 #include "vstgui/lib/events.h"
 #include "vstgui/lib/platform/iplatformfileselector.h"
 #include "vstgui/lib/platform/platform_x11.h"

@@ -1,0 +1,189 @@
+// Which picture of its strip each button class shows.
+#include "editor/cpskickbutton.h"
+#include "editor/cpsonoffbutton.h"
+#include "editor/cpsrockerswitch.h"
+#include "editor/csaveloadbutton.h"
+#include "platform/toolkitconnection.h"
+
+#include <array>
+#include <gtest/gtest.h>
+#include <optional>
+
+using namespace VSTGUI;
+
+namespace {
+
+constexpr int width = 8;
+constexpr int height = 6;
+const CRect area(0, 0, width, height);
+
+// Up to five pictures below one another, each with one colour, below `above`
+// rows and right of `before` columns that are no picture's.
+constexpr std::array<CColor, 5> colours{CColor(255, 0, 0), CColor(0, 255, 0), CColor(0, 0, 255),
+                                        CColor(255, 255, 0), CColor(0, 255, 255)};
+SharedPointer<CBitmap> strip(int pictures, int before = 0, int above = 0) {
+    mirelon::setUpToolkit();
+    auto bitmap = makeOwned<CBitmap>(width + before, pictures * height + above);
+    const auto pixels = owned(CBitmapPixelAccess::create(bitmap));
+    for (int y = 0; y < pictures * height + above; ++y)
+        for (int x = 0; x < width + before; ++x) {
+            pixels->setPosition(static_cast<uint32_t>(x), static_cast<uint32_t>(y));
+            const bool outside = x < before || y < above;
+            pixels->setColor(outside ? CColor(9, 9, 9)
+                                     : colours[static_cast<std::size_t>((y - above) / height)]);
+        }
+    return bitmap;
+}
+
+// The picture that a control shows all over its area.
+std::optional<std::size_t> shown(CControl& control) {
+    const auto context = COffscreenContext::create(CPoint(width, height));
+    context->beginDraw();
+    control.setDirty(true);
+    control.draw(context);
+    context->endDraw();
+    EXPECT_FALSE(control.isDirty());
+    const auto pixels = owned(CBitmapPixelAccess::create(context->getBitmap()));
+    std::optional<std::size_t> all;
+    for (uint32_t y = 0; y < height; ++y)
+        for (uint32_t x = 0; x < width; ++x) {
+            CColor colour;
+            pixels->setPosition(x, y);
+            pixels->getColor(colour);
+            std::optional<std::size_t> here;
+            for (std::size_t i = 0; i < colours.size(); ++i)
+                if (colour == colours[i])
+                    here = i;
+            if (!here || (all && all != here))
+                return std::nullopt;
+            all = here;
+        }
+    return all;
+}
+
+// What the control shows while the listener is told.
+struct Watcher : IControlListener {
+    void valueChanged(CControl* control) override { seen = shown(*control); }
+    std::optional<std::size_t> seen;
+};
+
+void enter(CControl& control, CPoint where = CPoint(1, 1)) {
+    control.onMouseEntered(where, 0);
+}
+void leave(CControl& control, CPoint where = CPoint(1, 1)) {
+    control.onMouseExited(where, 0);
+}
+void press(CControl& control, CPoint where = CPoint(1, 1)) {
+    control.onMouseDown(where, kLButton);
+}
+void release(CControl& control, CPoint where = CPoint(1, 1)) {
+    control.onMouseUp(where, kLButton);
+}
+
+TEST(ButtonPictures, AKickButtonShowsRestHoverAndPress) {
+    const auto pictures = strip(3);
+    CPSKickButton button(area, nullptr, 7, height, pictures, CPoint(0, 0), false);
+    EXPECT_EQ(shown(button), 0U);
+    enter(button);
+    EXPECT_EQ(shown(button), 1U);
+    press(button);
+    EXPECT_EQ(shown(button), 2U);
+    leave(button);
+    EXPECT_EQ(shown(button), 2U);
+    release(button);
+    EXPECT_EQ(shown(button), 0U);
+}
+
+TEST(ButtonPictures, AnOnOffButtonShowsHoverWhileItIsOffOnly) {
+    const auto pictures = strip(3);
+    CPSOnOffButton button(area, nullptr, 7, pictures);
+    EXPECT_EQ(shown(button), 0U);
+    enter(button);
+    EXPECT_EQ(shown(button), 1U);
+    press(button);
+    EXPECT_EQ(shown(button), 2U);
+    leave(button);
+    EXPECT_EQ(shown(button), 2U);
+    press(button);
+    EXPECT_EQ(shown(button), 0U);
+}
+
+TEST(ButtonPictures, AnOnOffButtonInBetweenShowsRestEvenHovered) {
+    const auto pictures = strip(3);
+    CPSOnOffButton button(area, nullptr, 7, pictures);
+    button.setValue(0.5F);
+    EXPECT_EQ(shown(button), 0U);
+    enter(button);
+    EXPECT_EQ(shown(button), 0U);
+}
+
+TEST(ButtonPictures, ARockerShowsTheSideOfItsHoverAndOfItsPress) {
+    const auto pictures = strip(5);
+    CPSRockerSwitch rocker(area, nullptr, 7, height, pictures, CPoint(0, 0),
+                           CRockerSwitch::kHorizontal);
+    EXPECT_EQ(shown(rocker), 0U);
+    enter(rocker, CPoint(width / 2 - 1, 1));
+    EXPECT_EQ(shown(rocker), 1U);
+    enter(rocker, CPoint(width / 2, 1));
+    EXPECT_EQ(shown(rocker), 2U);
+    press(rocker, CPoint(width / 2 - 1, 1));
+    EXPECT_EQ(shown(rocker), 3U);
+    press(rocker, CPoint(width / 2, 1));
+    EXPECT_EQ(shown(rocker), 4U);
+    release(rocker);
+    EXPECT_EQ(shown(rocker), 2U);
+    leave(rocker);
+    EXPECT_EQ(shown(rocker), 0U);
+}
+
+TEST(ButtonPictures, ASaveLoadButtonShowsItsPressWhileItIsReported) {
+    const auto pictures = strip(3);
+    Watcher watcher;
+    CSaveLoadButton button(area, &watcher, 7, height, pictures, CPoint(0, 0));
+    EXPECT_EQ(shown(button), 0U);
+    enter(button);
+    EXPECT_EQ(shown(button), 1U);
+    press(button);
+    EXPECT_EQ(watcher.seen, 2U);
+    EXPECT_EQ(shown(button), 1U);
+    leave(button);
+    EXPECT_EQ(shown(button), 0U);
+}
+
+TEST(ButtonPictures, MayStandAnywhereInAPictureOfManyThings) {
+    const auto pictures = strip(3, 5, 4);
+    const CPoint offset(5, 4);
+    CPSKickButton kick(area, nullptr, 7, height, pictures, offset, false);
+    CSaveLoadButton saveLoad(area, nullptr, 7, height, pictures, offset);
+    for (CControl* button : {static_cast<CControl*>(&kick), static_cast<CControl*>(&saveLoad)}) {
+        EXPECT_EQ(shown(*button), 0U);
+        enter(*button);
+        EXPECT_EQ(shown(*button), 1U);
+    }
+}
+
+TEST(ButtonPictures, WithoutOneNothingIsDrawn) {
+    mirelon::setUpToolkit();
+    CPSKickButton kick(area, nullptr, 7, height, nullptr, CPoint(0, 0), false);
+    CPSOnOffButton onOff(area, nullptr, 7, nullptr);
+    CPSRockerSwitch rocker(area, nullptr, 7, height, nullptr, CPoint(0, 0),
+                           CRockerSwitch::kHorizontal);
+    CSaveLoadButton saveLoad(area, nullptr, 7, height, nullptr, CPoint(0, 0));
+    for (CControl* button : {static_cast<CControl*>(&kick), static_cast<CControl*>(&onOff),
+                             static_cast<CControl*>(&rocker), static_cast<CControl*>(&saveLoad)}) {
+        const auto context = COffscreenContext::create(CPoint(width, height));
+        context->beginDraw();
+        button->draw(context);
+        context->endDraw();
+        const auto pixels = owned(CBitmapPixelAccess::create(context->getBitmap()));
+        for (uint32_t y = 0; y < height; ++y)
+            for (uint32_t x = 0; x < width; ++x) {
+                CColor colour;
+                pixels->setPosition(x, y);
+                pixels->getColor(colour);
+                ASSERT_EQ(colour.alpha, 0);
+            }
+    }
+}
+
+} // namespace
