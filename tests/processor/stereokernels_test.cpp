@@ -8,6 +8,7 @@
 
 #include <array>
 #include <cmath>
+#include <limits>
 #include <random>
 #include <vector>
 
@@ -134,6 +135,8 @@ class EveryVersion : public VersionTest {
     void agreesForAnyFactors();
     template <typename Sample>
     void agreesWhereBuffersOverlap();
+    template <typename Sample>
+    void agreesOnTinyLevelsForAnyCoefficient();
 };
 
 INSTANTIATE_TEST_SUITE_P(Of, EveryVersion, testing::ValuesIn(versionsToCompare()), versionName);
@@ -332,6 +335,29 @@ TEST_P(EveryVersion, ATopLevelFollowerSinksInSilence) {
         Race<float> race(*GetParam(), {1.0, 1.0, 1.0, 1.0}, k);
         race.run(neutralCoefficients(), Signal::silence, 1, 40, {0, 0, 0, 0}, Aliasing::none);
     }
+}
+
+// However small a level is, a coefficient that is no fraction can make something
+// of it.
+template <typename Sample>
+void EveryVersion::agreesOnTinyLevelsForAnyCoefficient() {
+    constexpr double huge = 1e300;
+    constexpr double infinity = std::numeric_limits<double>::infinity();
+    for (const double k : {huge, -huge, infinity, -infinity, -1e-3, 1.0, 0.0})
+        for (const Signal signal : {Signal::denormals, Signal::tiny})
+            for (const float processOn : {0.0F, 1.0F}) {
+                Coefficients c = neutralCoefficients();
+                c.processOn = processOn;
+                Race<Sample> race(*GetParam(), {}, k);
+                race.run(c, signal, 1, 40, {0, 0, 0, 0}, Aliasing::none);
+                ASSERT_FALSE(HasFatalFailure()) << k << " " << signals::nameOf(signal);
+            }
+}
+TEST_P(EveryVersion, AgreesOnTinyLevelsForAnyCoefficientInFloat) {
+    agreesOnTinyLevelsForAnyCoefficient<float>();
+}
+TEST_P(EveryVersion, AgreesOnTinyLevelsForAnyCoefficientInDouble) {
+    agreesOnTinyLevelsForAnyCoefficient<double>();
 }
 
 } // namespace
