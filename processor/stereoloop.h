@@ -29,19 +29,12 @@ bool anyBelow(StereoInput<Sample> in, typename Lanes<Sample>::Vector limit) {
     return !L::isZero(any);
 }
 
-// Tiny levels make denormal steps. To followers that are zero or at least as
-// large as the flush leaves them, such a level is as good as zero: it is lost
-// in level - follower, and the flush takes what it adds to nothing.
+// Tiny levels make denormal steps. To a coefficient that is a fraction such a level
+// is as good as zero: beside any larger follower it is lost in level - follower,
+// and of a follower as tiny the flush leaves nothing, whatever the level.
 template <typename Sample>
 bool tinyLevelsCount(const Block<Sample>& block) {
-    if (sizeof(Sample) == sizeof(float))
-        return true; // no float is tiny in double
-    const Envelopes& e = block.envelopes;
-    const double values[] = {e.sum, e.diff, e.left, e.right};
-    bool count = !(block.envelopeCoefficient >= 0.0 && block.envelopeCoefficient <= 1.0);
-    for (const double value : values)
-        count = count || (value != 0.0 && value < 0x1p-130 && value > -0x1p-130);
-    return count;
+    return !(block.envelopeCoefficient >= 0.0 && block.envelopeCoefficient <= 1.0);
 }
 
 template <typename Sample>
@@ -52,7 +45,7 @@ __attribute__((cold, noinline)) void dropTinyLevels(Levels<Sample>& levels) {
                 level = 0;
 }
 template <>
-void dropTinyLevels(Levels<float>&) {}
+void dropTinyLevels(Levels<float>&) {} // no float is tiny in double
 
 template <typename Sample>
 class Through {

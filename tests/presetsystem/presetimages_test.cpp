@@ -114,6 +114,10 @@ struct OrderCase {
     bool reversed;
 };
 
+void PrintTo(const OrderCase& order, std::ostream* out) {
+    *out << (order.foreign ? "foreign" : "native") << (order.reversed ? ", reversed" : "");
+}
+
 class ByteOrder : public testing::TestWithParam<OrderCase> {
   protected:
     std::string arranged(std::string file) const {

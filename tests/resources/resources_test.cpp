@@ -17,6 +17,10 @@ struct Expected {
     int picturesDown;
 };
 
+void PrintTo(const Expected& expected, std::ostream* out) {
+    *out << "picture " << expected.number;
+}
+
 constexpr Expected expectedPictures[] = {
     {128, 1}, {133, 1}, {134, 1}, {135, 1},   {136, 1},   {137, 2},   {138, 2},
     {139, 2}, {140, 2}, {141, 1}, {19990, 3}, {19993, 3}, {19994, 3}, {19997, 5},

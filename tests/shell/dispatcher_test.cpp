@@ -28,6 +28,10 @@ struct Command {
     VstIntPtr answer;
 };
 
+void PrintTo(const Command& command, std::ostream* out) {
+    *out << "opcode " << command.opcode << ", index " << command.index;
+}
+
 class DispatcherCommand : public testing::TestWithParam<Command> {};
 
 std::vector<Command> commands() {

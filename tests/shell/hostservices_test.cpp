@@ -36,6 +36,10 @@ struct Service {
     VstIntPtr withoutHost;
 };
 
+void PrintTo(const Service& service, std::ostream* out) {
+    *out << service.name;
+}
+
 // Services without a result count as answering 0.
 template <typename Call>
 auto silent(Call call) {

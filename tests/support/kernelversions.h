@@ -8,6 +8,12 @@
 #include <string>
 #include <vector>
 
+namespace mirelon::kernels {
+inline void PrintTo(const Version* version, std::ostream* out) {
+    *out << version->name;
+}
+} // namespace mirelon::kernels
+
 namespace mirelon {
 
 // Skips what this processor has no instructions for.
