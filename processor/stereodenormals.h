@@ -98,9 +98,10 @@ class UndenormalMatrix<double> {
     static constexpr double smallest = 0x1p-1022 * scale; // normal number
     static constexpr double grid = 0x1p-474;              // 2^-1074 * scale
 
-    static bool isModerate(double v) { return v < 0x1p300 && v > -0x1p300; }
+    static bool isModerate(double v) { return v < 0x1p200 && v > -0x1p200; }
 
-    // What the factors can make of a one at most; no number if they are none.
+    // The square, at least, of what the factors can make of a one; no number if they
+    // are none.
     static double largest(const Coefficients& c) {
         const float factors[] = {c.gainLin, c.widthSide, c.stabilityL, c.stabilityR,
                                  c.centerL, c.centerR,   c.balanceL,   c.balanceR};
@@ -176,8 +177,7 @@ class UndenormalMatrix<double> {
         const Vector odd = L::flippedBy(L::toOdd(rest, lost), result);
         const Vector rounded = ((whole + L::all(smallest)) + odd) - L::all(smallest);
         const Vector small = L::below(L::magnitude(result), L::all(smallest));
-        const Vector isZero = L::equal(result, L::all(0.0));
-        return L::select(isZero, result, L::select(small, L::withSignOf(rounded, result), result));
+        return L::select(small, L::withSignOf(rounded, result), result);
     }
     static Vector gridPart(Vector v) {
         const Vector magnitude = L::magnitude(v);

@@ -162,6 +162,43 @@ TEST_P(Halfway, DenormalResultsAreRoundedOnceInDouble) {
     roundsToDenormals<double>();
 }
 
+// A number of the smallest ones times the centre weight is a whole number and a
+// half, and 2^-74 more or less, which takes more bits than a double has. The mid
+// signal, an even or odd number of the smallest ones, is added.
+TEST_P(Halfway, TheLastBitOfALongProductDecidesBesideDenormals) {
+    constexpr std::pair<double, double> products[] = {
+        {14384033.0, 0x1p72 / 14384033.0},  // 2^72 + 1
+        {16773121.0, 0x1p72 / 16773121.0}}; // 2^72 - 1
+    for (const auto& [weight, quotient] : products)
+        for (const double right : {0.0, 1.0, 2.0}) {
+            const double left = 2.0 * std::round(quotient) + right;
+            Coefficients c = neutralCoefficients();
+            c.centerL = c.centerR = static_cast<float>(weight * 0x1p-74);
+            const double exact = std::fma(std::round(quotient), weight, -0x1p72);
+            ASSERT_EQ(std::fabs(exact), 1.0);
+            for (const double sign : {1.0, -1.0}) {
+                const double unit = sign * std::numeric_limits<double>::denorm_min();
+                expectSameOutput<double>(
+                    c, {std::vector<double>(4, left * unit), std::vector<double>(4, right * unit)});
+            }
+        }
+}
+
+// Denormals are computed on a larger scale; what lies beside them must not leave it.
+TEST_P(Halfway, LargeSamplesAndFactorsBesideADenormalDoNotOverflow) {
+    for (const float gain : {1.0F, 0x1p80F, 0x1p127F, -0x1p127F})
+        for (const float width : {1.0F, 0x1p69F, 0x1p127F, -0x1p127F})
+            for (int exponent = 100; exponent <= 1020; exponent += 33) {
+                Coefficients c = neutralCoefficients();
+                c.gainLin = gain;
+                c.widthSide = width;
+                const double large = std::ldexp(1.0, exponent);
+                const double tiny = 0x1p-1060;
+                expectSameOutput<double>(c, {{large, tiny, -large, 1.0, large, -tiny, 1.0, large},
+                                             {tiny, tiny, large, large, 0.0, large, 1.0, tiny}});
+            }
+}
+
 // A distance and a coefficient whose product is 2^72 + 1 or 2^104 - 1 but for the
 // scale: in double precision it becomes a power of two, half of a follower's last
 // bit.
