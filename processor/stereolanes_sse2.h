@@ -69,7 +69,7 @@ struct Lanes<double> {
     // The sum of three is rounded once: its small part is rounded to odd first.
     static Vector fused(Vector a, Vector b, Vector c) {
         const Vector ordinary = both(both(isOrdinary(a), isOrdinary(b)), isOrdinary(c));
-        if (__builtin_expect(_mm_movemask_pd(ordinary) != 3, 0))
+        if (_mm_movemask_pd(ordinary) != 3) [[unlikely]]
             return fusedInIntegers(a, b, c);
         const Vector high = highHalf(a);
         const Vector p = high * b;

@@ -69,7 +69,7 @@ class Through {
             L::store(out.right + i, right);
             storeLevels<Sample>(levels, i, left, right);
         }
-        if (__builtin_expect(tiny, 0) && !keepTiny)
+        if (tiny && !keepTiny) [[unlikely]]
             dropTinyLevels(levels);
     }
 
@@ -99,7 +99,7 @@ class Processing {
 
     void operator()(StereoInput<Sample> in, StereoOutput<Sample> out,
                     Levels<Sample>& levels) const {
-        if (__builtin_expect(anyBelow<Sample>(in, limit), 0)) {
+        if (anyBelow<Sample>(in, limit)) [[unlikely]] {
             computeTiny(coefficients, keepTiny, in, out, levels);
             return;
         }
