@@ -121,14 +121,15 @@ TEST(ButtonPictures, ARockerShowsTheSideOfItsHoverAndOfItsPress) {
     const auto pictures = strip(5);
     CPSRockerSwitch rocker(area, nullptr, 7, height, pictures, CPoint(0, 0),
                            CRockerSwitch::kHorizontal);
+    constexpr int middle = width / 2;
     EXPECT_EQ(shown(rocker), 0U);
-    enter(rocker, CPoint(width / 2 - 1, 1));
+    enter(rocker, CPoint(middle - 1, 1));
     EXPECT_EQ(shown(rocker), 1U);
-    enter(rocker, CPoint(width / 2, 1));
+    enter(rocker, CPoint(middle, 1));
     EXPECT_EQ(shown(rocker), 2U);
-    press(rocker, CPoint(width / 2 - 1, 1));
+    press(rocker, CPoint(middle - 1, 1));
     EXPECT_EQ(shown(rocker), 3U);
-    press(rocker, CPoint(width / 2, 1));
+    press(rocker, CPoint(middle, 1));
     EXPECT_EQ(shown(rocker), 4U);
     release(rocker);
     EXPECT_EQ(shown(rocker), 2U);
