@@ -163,7 +163,7 @@ TEST_P(Halfway, DenormalResultsAreRoundedOnceInDouble) {
 }
 
 // A number of the smallest ones times the centre weight is a whole number and a
-// half, and 2^-74 more or less, which takes more bits than a double has. The mid
+// half, and 2^-73 more or less, which takes more bits than a double has. The mid
 // signal, an even or odd number of the smallest ones, is added.
 TEST_P(Halfway, TheLastBitOfALongProductDecidesBesideDenormals) {
     constexpr std::pair<double, double> products[] = {
@@ -172,15 +172,17 @@ TEST_P(Halfway, TheLastBitOfALongProductDecidesBesideDenormals) {
     for (const auto& [weight, quotient] : products)
         for (const double right : {0.0, 1.0, 2.0}) {
             const double left = 2.0 * std::round(quotient) + right;
-            Coefficients c = neutralCoefficients();
-            c.centerL = c.centerR = static_cast<float>(weight * 0x1p-74);
             const double exact = std::fma(std::round(quotient), weight, -0x1p72);
             ASSERT_EQ(std::fabs(exact), 1.0);
-            for (const double sign : {1.0, -1.0}) {
-                const double unit = sign * std::numeric_limits<double>::denorm_min();
-                expectSameOutput<double>(
-                    c, {std::vector<double>(4, left * unit), std::vector<double>(4, right * unit)});
-            }
+            for (const bool toLeft : {true, false})
+                for (const double sign : {1.0, -1.0}) {
+                    // The other weight is a gain of this channel's output.
+                    Coefficients c = neutralCoefficients();
+                    (toLeft ? c.centerR : c.centerL) = static_cast<float>(weight * 0x1p-73);
+                    const double unit = sign * std::numeric_limits<double>::denorm_min();
+                    expectSameOutput<double>(c, {std::vector<double>(4, left * unit),
+                                                 std::vector<double>(4, right * unit)});
+                }
         }
 }
 
@@ -211,24 +213,29 @@ void Halfway::stepsAFollower() {
     Coefficients c = neutralCoefficients();
     c.processOn = 0.0F;
     int decided = 0;
+    const auto step = [&](double level, double e, double distance, double k) {
+        const auto sample = static_cast<Sample>(level);
+        if (e < 0.0 || level < 0.0 || sample != level || level - e != distance)
+            return;
+        decided += std::fma(distance, k, e) != e + distance * k ? 1 : 0;
+        Envelopes ours{e, e, e, 0.0};
+        Envelopes plain = ours;
+        processed<Sample>(*GetParam(), c, {{sample}, {0}}, k, ours);
+        processed<Sample>(portable, c, {{sample}, {0}}, k, plain);
+        ASSERT_EQ(ours.sum, plain.sum) << std::hexfloat << level << " " << e << " " << k;
+        ASSERT_EQ(ours.diff, plain.diff) << std::hexfloat << level << " " << e << " " << k;
+        ASSERT_EQ(ours.left, plain.left) << std::hexfloat << level << " " << e << " " << k;
+    };
     for (const auto& [size, coefficient] : products)
-        for (const double level : {0.0, 0.25, 0.5, 1.0, 1.5, 2.0, 3.0})
-            for (const double distance : {size, -size, size / 2, -size / 2})
-                for (int scale = -3; scale <= 4; ++scale) {
-                    const double k = std::ldexp(coefficient, scale);
-                    const double e = level - distance;
-                    if (e < 0.0 || level - e != distance)
-                        continue;
-                    decided += std::fma(distance, k, e) != e + distance * k ? 1 : 0;
-                    const Channels<Sample> in{{static_cast<Sample>(level)}, {Sample{0}}};
-                    Envelopes ours{e, e, e, 0.0};
-                    Envelopes plain = ours;
-                    processed(*GetParam(), c, in, k, ours);
-                    processed(portable, c, in, k, plain);
-                    ASSERT_EQ(ours.sum, plain.sum) << level << " " << distance << " " << scale;
-                    ASSERT_EQ(ours.diff, plain.diff) << level << " " << distance << " " << scale;
-                    ASSERT_EQ(ours.left, plain.left) << level << " " << distance << " " << scale;
-                }
+        for (const double distance : {size, -size, size / 2, -size / 2})
+            for (int scale = -3; scale <= 4; ++scale) {
+                const double k = std::ldexp(coefficient, scale);
+                for (const double level : {0.0, 0.25, 0.5, 1.0, 1.5, 2.0, 3.0})
+                    step(level, level - distance, distance, k);
+                // Next to a power of two, where the numbers below lie closer.
+                for (const double e : {1.0 - 0x1p-53, 1.0, 1.0 + 0x1p-52})
+                    step(e + distance, e, distance, k);
+            }
     EXPECT_GT(decided, 4) << "rounding once and twice are hardly ever different";
 }
 TEST_P(Halfway, AFollowersStepIsRoundedOnceInFloat) {
