@@ -82,81 +82,83 @@ void release(CControl& control, CPoint where = CPoint(1, 1)) {
 
 TEST(ButtonPictures, AKickButtonShowsRestHoverAndPress) {
     const auto pictures = strip(3);
-    CPSKickButton button(area, nullptr, 7, height, pictures, CPoint(0, 0), false);
-    EXPECT_EQ(shown(button), 0U);
-    enter(button);
-    EXPECT_EQ(shown(button), 1U);
-    press(button);
-    EXPECT_EQ(shown(button), 2U);
-    leave(button);
-    EXPECT_EQ(shown(button), 2U);
-    release(button);
-    EXPECT_EQ(shown(button), 0U);
+    const auto button =
+        makeOwned<CPSKickButton>(area, nullptr, 7, height, pictures, CPoint(0, 0), false);
+    EXPECT_EQ(shown(*button), 0U);
+    enter(*button);
+    EXPECT_EQ(shown(*button), 1U);
+    press(*button);
+    EXPECT_EQ(shown(*button), 2U);
+    leave(*button);
+    EXPECT_EQ(shown(*button), 2U);
+    release(*button);
+    EXPECT_EQ(shown(*button), 0U);
 }
 
 TEST(ButtonPictures, AnOnOffButtonShowsHoverWhileItIsOffOnly) {
     const auto pictures = strip(3);
-    CPSOnOffButton button(area, nullptr, 7, pictures);
-    EXPECT_EQ(shown(button), 0U);
-    enter(button);
-    EXPECT_EQ(shown(button), 1U);
-    press(button);
-    EXPECT_EQ(shown(button), 2U);
-    leave(button);
-    EXPECT_EQ(shown(button), 2U);
-    press(button);
-    EXPECT_EQ(shown(button), 0U);
+    const auto button = makeOwned<CPSOnOffButton>(area, nullptr, 7, pictures);
+    EXPECT_EQ(shown(*button), 0U);
+    enter(*button);
+    EXPECT_EQ(shown(*button), 1U);
+    press(*button);
+    EXPECT_EQ(shown(*button), 2U);
+    leave(*button);
+    EXPECT_EQ(shown(*button), 2U);
+    press(*button);
+    EXPECT_EQ(shown(*button), 0U);
 }
 
 TEST(ButtonPictures, AnOnOffButtonInBetweenShowsRestEvenHovered) {
     const auto pictures = strip(3);
-    CPSOnOffButton button(area, nullptr, 7, pictures);
-    button.setValue(0.5F);
-    EXPECT_EQ(shown(button), 0U);
-    enter(button);
-    EXPECT_EQ(shown(button), 0U);
+    const auto button = makeOwned<CPSOnOffButton>(area, nullptr, 7, pictures);
+    button->setValue(0.5F);
+    EXPECT_EQ(shown(*button), 0U);
+    enter(*button);
+    EXPECT_EQ(shown(*button), 0U);
 }
 
 TEST(ButtonPictures, ARockerShowsTheSideOfItsHoverAndOfItsPress) {
     const auto pictures = strip(5);
-    CPSRockerSwitch rocker(area, nullptr, 7, height, pictures, CPoint(0, 0),
-                           CRockerSwitch::kHorizontal);
+    const auto rocker = makeOwned<CPSRockerSwitch>(area, nullptr, 7, height, pictures, CPoint(0, 0),
+                                                   CRockerSwitch::kHorizontal);
     constexpr int middle = width / 2;
-    EXPECT_EQ(shown(rocker), 0U);
-    enter(rocker, CPoint(middle - 1, 1));
-    EXPECT_EQ(shown(rocker), 1U);
-    enter(rocker, CPoint(middle, 1));
-    EXPECT_EQ(shown(rocker), 2U);
-    press(rocker, CPoint(middle - 1, 1));
-    EXPECT_EQ(shown(rocker), 3U);
-    press(rocker, CPoint(middle, 1));
-    EXPECT_EQ(shown(rocker), 4U);
-    release(rocker);
-    EXPECT_EQ(shown(rocker), 2U);
-    leave(rocker);
-    EXPECT_EQ(shown(rocker), 0U);
+    EXPECT_EQ(shown(*rocker), 0U);
+    enter(*rocker, CPoint(middle - 1, 1));
+    EXPECT_EQ(shown(*rocker), 1U);
+    enter(*rocker, CPoint(middle, 1));
+    EXPECT_EQ(shown(*rocker), 2U);
+    press(*rocker, CPoint(middle - 1, 1));
+    EXPECT_EQ(shown(*rocker), 3U);
+    press(*rocker, CPoint(middle, 1));
+    EXPECT_EQ(shown(*rocker), 4U);
+    release(*rocker);
+    EXPECT_EQ(shown(*rocker), 2U);
+    leave(*rocker);
+    EXPECT_EQ(shown(*rocker), 0U);
 }
 
 TEST(ButtonPictures, ASaveLoadButtonShowsItsPressWhileItIsReported) {
     const auto pictures = strip(3);
     Watcher watcher;
-    CSaveLoadButton button(area, &watcher, 7, height, pictures, CPoint(0, 0));
-    EXPECT_EQ(shown(button), 0U);
-    enter(button);
-    EXPECT_EQ(shown(button), 1U);
-    press(button);
+    const auto button =
+        makeOwned<CSaveLoadButton>(area, &watcher, 7, height, pictures, CPoint(0, 0));
+    EXPECT_EQ(shown(*button), 0U);
+    enter(*button);
+    EXPECT_EQ(shown(*button), 1U);
+    press(*button);
     EXPECT_EQ(watcher.seen, 2U);
-    EXPECT_EQ(shown(button), 1U);
-    leave(button);
-    EXPECT_EQ(shown(button), 0U);
+    EXPECT_EQ(shown(*button), 1U);
+    leave(*button);
+    EXPECT_EQ(shown(*button), 0U);
 }
 
 TEST(ButtonPictures, MayStandAnywhereInAPictureOfManyThings) {
     const auto pictures = strip(3, 5, 4);
     const CPoint offset(5, 4);
-    CPSKickButton kick(area, nullptr, 7, height, pictures, offset, false);
-    CSaveLoadButton saveLoad(area, nullptr, 7, height, pictures, offset);
-    for (CControl* button : {static_cast<CControl*>(&kick), static_cast<CControl*>(&saveLoad)}) {
+    const auto kick = makeOwned<CPSKickButton>(area, nullptr, 7, height, pictures, offset, false);
+    const auto saveLoad = makeOwned<CSaveLoadButton>(area, nullptr, 7, height, pictures, offset);
+    for (CControl* button : std::array<CControl*, 2>{kick, saveLoad}) {
         EXPECT_EQ(shown(*button), 0U);
         enter(*button);
         EXPECT_EQ(shown(*button), 1U);
@@ -165,13 +167,14 @@ TEST(ButtonPictures, MayStandAnywhereInAPictureOfManyThings) {
 
 TEST(ButtonPictures, WithoutOneNothingIsDrawn) {
     mirelon::setUpToolkit();
-    CPSKickButton kick(area, nullptr, 7, height, nullptr, CPoint(0, 0), false);
-    CPSOnOffButton onOff(area, nullptr, 7, nullptr);
-    CPSRockerSwitch rocker(area, nullptr, 7, height, nullptr, CPoint(0, 0),
-                           CRockerSwitch::kHorizontal);
-    CSaveLoadButton saveLoad(area, nullptr, 7, height, nullptr, CPoint(0, 0));
-    for (CControl* button : {static_cast<CControl*>(&kick), static_cast<CControl*>(&onOff),
-                             static_cast<CControl*>(&rocker), static_cast<CControl*>(&saveLoad)}) {
+    const auto kick =
+        makeOwned<CPSKickButton>(area, nullptr, 7, height, nullptr, CPoint(0, 0), false);
+    const auto onOff = makeOwned<CPSOnOffButton>(area, nullptr, 7, nullptr);
+    const auto rocker = makeOwned<CPSRockerSwitch>(area, nullptr, 7, height, nullptr, CPoint(0, 0),
+                                                   CRockerSwitch::kHorizontal);
+    const auto saveLoad =
+        makeOwned<CSaveLoadButton>(area, nullptr, 7, height, nullptr, CPoint(0, 0));
+    for (CControl* button : std::array<CControl*, 4>{kick, onOff, rocker, saveLoad}) {
         const auto context = COffscreenContext::create(CPoint(width, height));
         context->beginDraw();
         button->draw(context);
