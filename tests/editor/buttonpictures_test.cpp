@@ -5,9 +5,11 @@
 #include "editor/csaveloadbutton.h"
 #include "platform/toolkitconnection.h"
 
+#include <algorithm>
 #include <array>
 #include <gtest/gtest.h>
 #include <optional>
+#include <vector>
 
 using namespace VSTGUI;
 
@@ -35,30 +37,31 @@ SharedPointer<CBitmap> strip(int pictures, int before = 0, int above = 0) {
     return bitmap;
 }
 
-// The picture that a control shows all over its area.
-std::optional<std::size_t> shown(CControl& control) {
+// The colours of a control's area, transparent where it draws nothing.
+std::vector<CColor> drawn(CControl& control) {
     const auto context = COffscreenContext::create(CPoint(width, height));
     context->beginDraw();
-    control.setDirty(true);
     control.draw(context);
     context->endDraw();
-    EXPECT_FALSE(control.isDirty());
     const auto pixels = owned(CBitmapPixelAccess::create(context->getBitmap()));
-    std::optional<std::size_t> all;
-    for (uint32_t y = 0; y < height; ++y)
-        for (uint32_t x = 0; x < width; ++x) {
-            CColor colour;
-            pixels->setPosition(x, y);
-            pixels->getColor(colour);
-            std::optional<std::size_t> here;
-            for (std::size_t i = 0; i < colours.size(); ++i)
-                if (colour == colours[i])
-                    here = i;
-            if (!here || (all && all != here))
-                return std::nullopt;
-            all = here;
-        }
+    std::vector<CColor> all(static_cast<std::size_t>(width * height));
+    for (CColor& colour : all) {
+        pixels->getColor(colour);
+        ++*pixels;
+    }
     return all;
+}
+
+// The picture that a control shows all over its area.
+std::optional<std::size_t> shown(CControl& control) {
+    control.setDirty(true);
+    const std::vector<CColor> all = drawn(control);
+    EXPECT_FALSE(control.isDirty());
+    const auto picture = std::ranges::find(colours, all.front());
+    const bool alike = std::ranges::count(all, all.front()) == width * height;
+    if (picture == colours.end() || !alike)
+        return std::nullopt;
+    return static_cast<std::size_t>(picture - colours.begin());
 }
 
 // What the control shows while the listener is told.
@@ -175,18 +178,8 @@ TEST(ButtonPictures, WithoutOneNothingIsDrawn) {
     const auto saveLoad =
         makeOwned<CSaveLoadButton>(area, nullptr, 7, height, nullptr, CPoint(0, 0));
     for (CControl* button : std::array<CControl*, 4>{kick, onOff, rocker, saveLoad}) {
-        const auto context = COffscreenContext::create(CPoint(width, height));
-        context->beginDraw();
-        button->draw(context);
-        context->endDraw();
-        const auto pixels = owned(CBitmapPixelAccess::create(context->getBitmap()));
-        for (uint32_t y = 0; y < height; ++y)
-            for (uint32_t x = 0; x < width; ++x) {
-                CColor colour;
-                pixels->setPosition(x, y);
-                pixels->getColor(colour);
-                ASSERT_EQ(colour.alpha, 0);
-            }
+        for (const CColor& colour : drawn(*button))
+            EXPECT_EQ(colour.alpha, 0);
     }
 }
 

@@ -1,7 +1,7 @@
 #include "tests/hosts/program.h"
 
-#include "tests/support/argumentpointers.h"
 #include "tests/support/temporaryfolder.h"
+#include "tools/host/argumentpointers.h"
 
 #include <csignal>
 #include <fcntl.h>
@@ -30,7 +30,8 @@ Program::Program(const std::vector<std::string>& command, const Environment& env
     posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETPGROUP);
     posix_spawnattr_setpgroup(&attributes, 0);
     if (posix_spawn(&process, arguments.front().c_str(), &files, &attributes,
-                    pointersTo(arguments).data(), pointersTo(variables).data()) != 0) {
+                    hosting::pointersTo(arguments).data(),
+                    hosting::pointersTo(variables).data()) != 0) {
         process = -1;
         exitCode = 127;
     }

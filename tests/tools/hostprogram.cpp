@@ -1,7 +1,7 @@
 #include "tests/tools/hostprogram.h"
 
-#include "tests/support/argumentpointers.h"
 #include "tests/support/temporaryfolder.h"
+#include "tools/host/argumentpointers.h"
 
 #include <cerrno>
 #include <csignal>
@@ -43,8 +43,9 @@ RunningProgram::RunningProgram(const std::filesystem::path& program,
         posix_spawn_file_actions_adddup2(&files, errorDescriptor, STDERR_FILENO);
     else
         posix_spawn_file_actions_addopen(&files, STDERR_FILENO, errors.c_str(), create, 0600);
-    const int failure = posix_spawn(&process, program.c_str(), &files, nullptr,
-                                    pointersTo(arguments).data(), pointersTo(variables).data());
+    const int failure =
+        posix_spawn(&process, program.c_str(), &files, nullptr,
+                    hosting::pointersTo(arguments).data(), hosting::pointersTo(variables).data());
     posix_spawn_file_actions_destroy(&files);
     if (failure != 0) {
         process = -1;

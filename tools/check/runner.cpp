@@ -1,6 +1,7 @@
 #include "tools/check/runner.h"
 
 #include "tools/check/rtguard.h"
+#include "tools/host/argumentpointers.h"
 #include "tools/host/pluginerror.h"
 
 #include <array>
@@ -68,15 +69,6 @@ std::vector<std::string> childEnvironment(const Check& check, const ScratchHome&
     return variables;
 }
 
-std::vector<char*> pointersTo(std::vector<std::string>& texts) {
-    std::vector<char*> pointers;
-    pointers.reserve(texts.size() + 1);
-    for (std::string& text : texts)
-        pointers.push_back(text.data());
-    pointers.push_back(nullptr);
-    return pointers;
-}
-
 class Pipe {
   public:
     Pipe() {
@@ -121,7 +113,8 @@ constexpr bool sanitized =
         dup2(nowhere, STDERR_FILENO);
     const int kept = dup(report); // without close-on-exec
     arguments.push_back(std::to_string(kept));
-    execve("/proc/self/exe", pointersTo(arguments).data(), pointersTo(environment).data());
+    execve("/proc/self/exe", hosting::pointersTo(arguments).data(),
+           hosting::pointersTo(environment).data());
     _exit(127);
 }
 

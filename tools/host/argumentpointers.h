@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-namespace mirelon::test {
+namespace mirelon::hosting {
 
 // Pointers to the texts, which must outlive them, and a null pointer at the end.
 inline std::vector<char*> pointersTo(std::vector<std::string>& texts) {
@@ -16,4 +16,4 @@ inline std::vector<char*> pointersTo(std::vector<std::string>& texts) {
     return pointers;
 }
 
-} // namespace mirelon::test
+} // namespace mirelon::hosting
