@@ -122,7 +122,7 @@ void drawFigures(const Canvas& canvas, const Box& box, const StereoSignal& befor
           "0.5 is anti-phase, +0.5 mono.",
           "Balance: \xE2\x88\x92"
           "0.5 is left, +0.5 right.",
-          "log\xE2\x82\x81\xE2\x82\x86 of the ratio of RMS values, L+R to L\xE2\x88\x92R",
+          "log16 of the ratio of RMS values, L+R to L\xE2\x88\x92R",
           "and R to L, over the whole file and per slice."}) {
         canvas.text(label, y, note, {14.0, dim});
         y += 21.0;
