@@ -117,13 +117,12 @@ void drawFigures(const Canvas& canvas, const Box& box, const StereoSignal& befor
     row("Balance", number("%+.3f", was.balance()), number("%+.3f", is.balance()));
 
     y += 44.0;
-    for (const char* const note :
-         {"Width: \xE2\x88\x92"
-          "0.5 is anti-phase, +0.5 mono.",
-          "Balance: \xE2\x88\x92"
-          "0.5 is left, +0.5 right.",
-          "log16 of the ratio of RMS values, L+R to L\xE2\x88\x92R",
-          "and R to L, over the whole file and per slice."}) {
+    for (const char* const note : {"Width: \xE2\x88\x92"
+                                   "0.5 is anti-phase, +0.5 mono.",
+                                   "Balance: \xE2\x88\x92"
+                                   "0.5 is left, +0.5 right.",
+                                   "log16 of the ratio of RMS values, L+R to L\xE2\x88\x92R",
+                                   "and R to L, over the whole file and per slice."}) {
         canvas.text(label, y, note, {14.0, dim});
         y += 21.0;
     }
