@@ -1,6 +1,7 @@
 // bank save|show|import: bank files, and banks as JSON.
 #include "tools/bankjson.h"
 #include "tools/commanderror.h"
+#include "tools/commandoptions.h"
 #include "tools/commands.h"
 #include "tools/effectbank.h"
 #include "tools/imagefile.h"
@@ -8,6 +9,7 @@
 #include "tools/parametervalue.h"
 #include "tools/presettable.h"
 
+#include <CLI/CLI.hpp>
 #include <cstdio>
 #include <memory>
 #include <string>

@@ -5,6 +5,7 @@
 #include "tools/commands.h"
 #include "tools/exitstatus.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <array>
 #include <cstdio>

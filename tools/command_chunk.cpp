@@ -1,12 +1,14 @@
 // chunk save|load|show: the host's side of the state chunk.
 #include "tools/bankchunk.h"
 #include "tools/chunkfile.h"
+#include "tools/commandoptions.h"
 #include "tools/commands.h"
 #include "tools/effectsettings.h"
 #include "tools/loadedplugin.h"
 #include "tools/parametervalue.h"
 #include "tools/replacedfile.h"
 
+#include <CLI/CLI.hpp>
 #include <cstdio>
 #include <memory>
 #include <string>

@@ -1,8 +1,10 @@
 // convert IN OUT --byte-order: a preset or bank file as another machine writes it.
+#include "tools/commandoptions.h"
 #include "tools/commands.h"
 #include "tools/imagefile.h"
 #include "tools/loadedplugin.h"
 
+#include <CLI/CLI.hpp>
 #include <cstdio>
 #include <map>
 #include <memory>

@@ -1,9 +1,11 @@
 // edit [IN]: the plug-in's editor in a window of its own.
 #include "tools/audio/livefeed.h"
+#include "tools/commandoptions.h"
 #include "tools/commands.h"
 #include "tools/editoroptions.h"
 #include "tools/window/openeditor.h"
 
+#include <CLI/CLI.hpp>
 #include <csignal>
 #include <cstdio>
 #include <map>

@@ -1,9 +1,11 @@
 // info: what the plug-in says about itself.
+#include "tools/commandoptions.h"
 #include "tools/commands.h"
 #include "tools/loadedplugin.h"
 #include "tools/nearestname.h"
 #include "tools/presets.h"
 
+#include <CLI/CLI.hpp>
 #include <array>
 #include <cstdio>
 #include <iostream>

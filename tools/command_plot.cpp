@@ -1,12 +1,14 @@
 // plot IN OUT.png: a file's stereo image before and after the plug-in.
 #include "tools/audio/outputformat.h"
 #include "tools/commanderror.h"
+#include "tools/commandoptions.h"
 #include "tools/commands.h"
 #include "tools/nearestname.h"
 #include "tools/plot/stereopicture.h"
 #include "tools/progressbar.h"
 #include "tools/renderpass.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cmath>
 #include <cstdio>

@@ -1,4 +1,5 @@
 // preset save|show: preset files.
+#include "tools/commandoptions.h"
 #include "tools/commands.h"
 #include "tools/effectbank.h"
 #include "tools/effectsettings.h"
@@ -7,6 +8,7 @@
 #include "tools/presets.h"
 #include "tools/presettable.h"
 
+#include <CLI/CLI.hpp>
 #include <cstdio>
 #include <memory>
 #include <string>

@@ -2,10 +2,12 @@
 #include "tools/audio/audiofile.h"
 #include "tools/audio/outputformat.h"
 #include "tools/audio/stereostatistics.h"
+#include "tools/commandoptions.h"
 #include "tools/commands.h"
 #include "tools/progressbar.h"
 #include "tools/renderpass.h"
 
+#include <CLI/CLI.hpp>
 #include <chrono>
 #include <cstdio>
 #include <memory>

@@ -1,11 +1,13 @@
 // screenshot OUT.png: what a user sees when the editor opens.
 #include "tools/audio/livefeed.h"
 #include "tools/commanderror.h"
+#include "tools/commandoptions.h"
 #include "tools/commands.h"
 #include "tools/editoroptions.h"
 #include "tools/nearestname.h"
 #include "tools/window/openeditor.h"
 
+#include <CLI/CLI.hpp>
 #include <chrono>
 #include <cstdio>
 #include <filesystem>

@@ -1,11 +1,13 @@
 // verify FILE...: whether the plug-in can load preset and bank files.
 #include "tools/commanderror.h"
+#include "tools/commandoptions.h"
 #include "tools/commands.h"
 #include "tools/imagefile.h"
 #include "tools/imageproblems.h"
 #include "tools/loadedplugin.h"
 #include "tools/parametervalue.h"
 
+#include <CLI/CLI.hpp>
 #include <cstdio>
 #include <memory>
 #include <string>

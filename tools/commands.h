@@ -4,9 +4,12 @@
 // here and a row in the table of commands.cpp.
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <functional>
 #include <span>
+
+namespace CLI {
+class App;
+}
 
 namespace mirelon::tools {
 

@@ -7,16 +7,6 @@
 
 namespace mirelon::tools {
 
-void addEditorOptions(CLI::App& parser, EditorOptions& options) {
-    addPluginOption(parser, options.plugin);
-    parser.add_option("--preset", options.preset, "Choose a preset by number or name")
-        ->type_name("PRESET");
-    parser.add_option("--set", options.settings, "Set a parameter, e.g. width=150 or phase=On")
-        ->type_name("NAME=VALUE");
-    parser.add_option("--scale", options.scale, "Size of the window, 1 to 3")
-        ->check(CLI::Range(1.0, 3.0));
-}
-
 std::unique_ptr<LoadedPlugin> loadForEditor(const EditorOptions& options) {
     if (options.scale > 0.0)
         setenv("MIRELON_SCALE", std::to_string(options.scale).c_str(), 1);

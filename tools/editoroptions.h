@@ -3,7 +3,7 @@
 
 #include "tools/loadedplugin.h"
 
-#include <CLI/CLI.hpp>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -15,8 +15,6 @@ struct EditorOptions {
     std::vector<std::string> settings; // NAME=VALUE, over the preset
     double scale = 0.0;                // 0: as the desktop says
 };
-
-void addEditorOptions(CLI::App& parser, EditorOptions& options);
 
 // The plug-in with its preset and settings in place. It reads the scale from
 // the environment, which is set for it. Throws CommandError or

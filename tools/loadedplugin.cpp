@@ -39,11 +39,6 @@ std::vector<fs::path> searchFolders() {
 
 } // namespace
 
-void addPluginOption(CLI::App& parser, std::string& file) {
-    parser.add_option("--plugin", file, "The plug-in, a VST 2.4 .so (default: the Mirelon found)")
-        ->type_name("FILE");
-}
-
 fs::path pluginFile(const std::string& given) {
     if (!given.empty())
         return given;

@@ -3,14 +3,10 @@
 
 #include "tools/host/hosting.h"
 
-#include <CLI/CLI.hpp>
 #include <filesystem>
 #include <string>
 
 namespace mirelon::tools {
-
-// Adds --plugin, which sets `file`.
-void addPluginOption(CLI::App& parser, std::string& file);
 
 // The file that `given` names, or, when it is empty, the first mirelon.so found
 // beside this program (build folder, then installation), in ~/.vst, in the

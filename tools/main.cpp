@@ -5,6 +5,7 @@
 #include "tools/host/pluginerror.h"
 #include "tools/nearestname.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <exception>
 #include <iostream>

@@ -11,8 +11,6 @@ namespace mirelon::tools {
 
 namespace {
 
-constexpr int largestBlock = 1 << 20;
-
 // One buffer for each of the effect's inputs or outputs. The first two carry
 // the stereo signal; further inputs stay silent, further outputs are unheard.
 template <typename Sample>
@@ -47,41 +45,6 @@ class Running {
 };
 
 } // namespace
-
-void addRenderOptions(CLI::App& parser, RenderOptions& options) {
-    addPluginOption(parser, options.plugin);
-    parser.add_option("--chunk", options.chunk, "Start from a state saved with `chunk save`")
-        ->type_name("FILE");
-    parser.add_option("--bank-file", options.bankFile, "Load a bank file (.dvb)")
-        ->type_name("FILE");
-    parser.add_option("--preset", options.preset, "Choose a preset by number or name")
-        ->type_name("PRESET");
-    parser
-        .add_option("--preset-file", options.presetFile,
-                    "Load a preset file (.dvp) over the chosen preset")
-        ->type_name("FILE");
-    parser
-        .add_option("--set", options.settings,
-                    "Set a parameter: a number from 0 to 1, or a value as the plug-in shows it "
-                    "(gain=-6dB, balance=20L, process=off)")
-        ->type_name("NAME=VALUE")
-        ->expected(1)
-        ->allow_extra_args(false)
-        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
-    parser
-        .add_option("--automate", options.ramps,
-                    "Move a parameter in equal steps per frame, from FIRST at the first block to "
-                    "LAST at the last")
-        ->type_name("NAME=FIRST:LAST")
-        ->expected(1)
-        ->allow_extra_args(false)
-        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
-    parser.add_option("--block", options.block, "Frames per block")
-        ->type_name("FRAMES")
-        ->check(CLI::Range(1, largestBlock))
-        ->capture_default_str();
-    parser.add_flag("--double", options.useDouble, "Process in double precision");
-}
 
 RenderPass::RenderPass(const RenderOptions& options)
     : reader(options.input)

@@ -5,7 +5,6 @@
 #include "tools/loadedplugin.h"
 #include "tools/parametervalue.h"
 
-#include <CLI/CLI.hpp>
 #include <cstdint>
 #include <functional>
 #include <span>
@@ -13,6 +12,8 @@
 #include <vector>
 
 namespace mirelon::tools {
+
+constexpr int largestRenderBlock = 1 << 20; // frames
 
 struct RenderOptions {
     std::string plugin;
@@ -23,12 +24,9 @@ struct RenderOptions {
     std::string preset;                // number or name; empty: the effect's own
     std::vector<std::string> settings; // NAME=VALUE
     std::vector<std::string> ramps;    // NAME=FIRST:LAST
-    int block = 1024;
+    int block = 1024;                  // 1 to largestRenderBlock frames
     bool useDouble = false;
 };
-
-// All but the input file, which is a positional argument of its own.
-void addRenderOptions(CLI::App& parser, RenderOptions& options);
 
 // Receives what goes into the effect and what comes out of it, block by block
 // and in order; both spans of a call are equally long.
