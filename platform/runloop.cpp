@@ -4,6 +4,7 @@
 #include "platform/toolkitconnection.h"
 
 #include <algorithm>
+#include <chrono>
 #include <glib.h>
 
 namespace mirelon {
@@ -11,7 +12,24 @@ namespace mirelon {
 namespace {
 
 // As often as a common display refreshes.
-constexpr unsigned glibIntervalMs = 16;
+constexpr std::chrono::microseconds glibInterval = std::chrono::milliseconds(16);
+
+// The interval runs from the end of a turn: were it from the beginning, turns on
+// a slow display would follow each other without a gap, and GLib would never
+// serve what the host does at a lower priority, its own drawing among it.
+void pauseUntilNextTurn(GSource* source) {
+    g_source_set_ready_time(source, g_get_monotonic_time() + glibInterval.count());
+}
+
+gboolean takeTurn(GSource* source, GSourceFunc, gpointer) {
+    // No exception may pass through GLib; what failed is tried again.
+    try {
+        RunLoop::instance().pump();
+    } catch (...) {
+    }
+    pauseUntilNextTurn(source);
+    return G_SOURCE_CONTINUE;
+}
 
 // Raises a flag while it exists.
 class Turn {
@@ -65,17 +83,11 @@ void RunLoop::removeUser() {
 }
 
 void RunLoop::startGlibTrigger() {
-    glibSource = g_timeout_add(
-        glibIntervalMs,
-        [](gpointer loop) -> gboolean {
-            // No exception may pass through GLib; what failed is tried again.
-            try {
-                static_cast<RunLoop*>(loop)->pump();
-            } catch (...) {
-            }
-            return G_SOURCE_CONTINUE;
-        },
-        this);
+    static GSourceFuncs functions{nullptr, nullptr, takeTurn, nullptr, nullptr, nullptr};
+    GSource* const source = g_source_new(&functions, sizeof(GSource));
+    pauseUntilNextTurn(source);
+    glibSource = g_source_attach(source, nullptr);
+    g_source_unref(source);
 }
 
 void RunLoop::stopGlibTrigger() {

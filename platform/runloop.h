@@ -21,9 +21,9 @@ namespace mirelon {
 // enters an editor from the host (open, close, idle) holds `lock` meanwhile, so
 // that an editor may also be closed from another thread.
 //
-// Either trigger alone keeps the editors alive: a timeout on GLib's default
+// Either trigger alone keeps the editors alive: a source on GLib's default
 // context (hosts that run it on another thread than the editors' are left
-// alone), and the host's idle command. Without users there is no timeout.
+// alone), and the host's idle command. Without users there is no source.
 class RunLoop final : public VSTGUI::X11::IRunLoop, public VSTGUI::NonAtomicReferenceCounted {
   public:
     static RunLoop& instance();

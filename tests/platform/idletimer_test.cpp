@@ -150,6 +150,32 @@ TEST(RunLoop, WorkForLaterRunsAfterTheTurnThatAsksForIt) {
     EXPECT_EQ(order.back(), 3);
 }
 
+// As a display does that takes longer to draw than the editors' turns are apart.
+TEST(RunLoop, ThatTakesLongLeavesTheHostsOwnWorkItsTurn) {
+    RunLoop& loop = RunLoop::instance();
+    const RunLoop::User user;
+    ASSERT_TRUE(static_cast<bool>(user));
+    int turns = 0;
+    const TimerSchedule::Id id = loop.addTimer(1ms, [&] {
+        ++turns;
+        std::this_thread::sleep_for(40ms);
+    });
+    std::this_thread::sleep_for(30ms);
+    int hostsTurns = 0;
+    const guint hosts = g_idle_add(
+        [](gpointer count) -> gboolean {
+            ++*static_cast<int*>(count);
+            return G_SOURCE_CONTINUE;
+        },
+        &hostsTurns);
+    for (int i = 0; i < 20; ++i)
+        g_main_context_iteration(nullptr, FALSE);
+    EXPECT_GT(turns, 0);
+    EXPECT_GT(hostsTurns, 10);
+    g_source_remove(hosts);
+    loop.removeTimer(id);
+}
+
 TEST(RunLoop, BelongsToOneThreadAtATime) {
     bool granted = true;
     {
