@@ -1,6 +1,6 @@
 #include "platform/preferencestore.h"
 
-#include "platform/filelock.h"
+#include "platform/folderlock.h"
 #include "platform/sqliteconnection.h"
 
 #include <algorithm>
@@ -202,6 +202,9 @@ std::string PreferenceStore::path() const {
 std::optional<std::string> PreferenceStore::read(std::string_view key) const {
     if (folder.empty() || kindOf(path()) != FileKind::regular)
         return std::nullopt;
+    const FolderLock open(folder, FolderLock::Kind::shared, readWait);
+    if (open.refused())
+        return std::nullopt;
     const Answer answer = readOnce(path(), key);
     if (answer.outcome == Outcome::done || !cannotBeMended(folder, path()))
         return answer.value;
@@ -217,17 +220,21 @@ bool PreferenceStore::write(std::span<const PreferenceChange> changes) const {
         return true;
     if (somethingToKeep && !createFolder(folder))
         return false;
-    const Outcome first = writeOnce(path(), changes);
-    if (first != Outcome::damaged)
-        return first == Outcome::done;
-    // Another process may have found the same damage: whoever holds the lock
-    // looks again, so that the store which the other began is not moved too.
-    const FileLock lock(folder + "/replacing.lock", writeWait);
-    if (!lock.held())
+    {
+        const FolderLock open(folder, FolderLock::Kind::shared, writeWait);
+        if (open.refused())
+            return false;
+        const Outcome outcome = writeOnce(path(), changes);
+        if (outcome != Outcome::damaged)
+            return outcome == Outcome::done;
+    }
+    const FolderLock replacing(folder, FolderLock::Kind::exclusive, writeWait);
+    if (!replacing.held())
         return false;
-    const Outcome second = writeOnce(path(), changes);
-    if (second != Outcome::damaged)
-        return second == Outcome::done;
+    // Another process may have found the same damage and begun a new store.
+    const Outcome outcome = writeOnce(path(), changes);
+    if (outcome != Outcome::damaged)
+        return outcome == Outcome::done;
     return moveAside(path()) && writeOnce(path(), changes) == Outcome::done;
 }
 

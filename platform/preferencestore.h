@@ -17,6 +17,11 @@ struct PreferenceChange {
 
 // Any number of objects, threads and processes may use one file at once. Each
 // operation is one transaction: a writer killed half-way leaves the old values.
+//
+// A damaged file is moved aside while nobody has it open: SQLite takes a journal
+// by its name, so whoever still had the moved file open would take the journal of
+// the new one for its own, undo another's transaction and write what is never
+// read again. Operations hold the folder's lock together, the replacing one alone.
 class PreferenceStore {
   public:
     static constexpr std::string_view fileName = "preferences.sqlite3";

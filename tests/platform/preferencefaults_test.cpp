@@ -1,4 +1,5 @@
 // What disks, other programs and killed processes can do to the preferences.
+#include "platform/folderlock.h"
 #include "platform/preferences.h"
 #include "platform/sqliteconnection.h"
 
@@ -13,6 +14,7 @@
 #include <random>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <thread>
 
 namespace mirelon::test {
 namespace {
@@ -305,6 +307,33 @@ TEST_F(PreferenceFaults, ManyProcessesThatFindTheSameDamageBeginOneStore) {
         EXPECT_EQ(contentsOf(file.string() + ".damaged-1"), "damage");
         EXPECT_FALSE(std::filesystem::exists(file.string() + ".damaged-2"));
     }
+}
+
+TEST_F(PreferenceFaults, ADamagedStoreIsNotMovedWhileAnotherHasItOpen) {
+    writeFile(storeFile, "damage");
+    auto other = std::make_unique<FolderLock>(folder.path, FolderLock::Kind::shared, 0s);
+    ASSERT_TRUE(other->held());
+    bool moved = true;
+    std::thread closing([&] {
+        std::this_thread::sleep_for(200ms);
+        moved = exists(aside(1));
+        other.reset();
+    });
+    EXPECT_TRUE(store("CurrDir", "/new/"));
+    closing.join();
+    EXPECT_FALSE(moved);
+    EXPECT_EQ(contentsOf(aside(1)), "damage");
+    EXPECT_EQ(read("CurrDir"), "/new/");
+}
+
+TEST_F(PreferenceFaults, NobodyOpensAStoreThatIsBeingReplaced) {
+    ASSERT_TRUE(store("CurrDir", "/old/"));
+    auto replacing = std::make_unique<FolderLock>(folder.path, FolderLock::Kind::exclusive, 0s);
+    ASSERT_TRUE(replacing->held());
+    EXPECT_EQ(read("CurrDir"), std::nullopt);
+    EXPECT_FALSE(store("CurrDir", "/new/"));
+    replacing.reset();
+    EXPECT_EQ(read("CurrDir"), "/old/");
 }
 
 // A writer killed after it has begun to change the store itself: the journal
