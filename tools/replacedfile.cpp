@@ -23,6 +23,26 @@ namespace {
 std::array<char, PATH_MAX> doomed{};
 volatile std::sig_atomic_t armed = 0;
 
+constexpr std::array endingSignals{SIGINT, SIGTERM, SIGHUP};
+
+// Keeps the ending signals waiting while it lives.
+class EndingHeldBack {
+  public:
+    EndingHeldBack() {
+        sigset_t ending;
+        sigemptyset(&ending);
+        for (const int signal : endingSignals)
+            sigaddset(&ending, signal);
+        pthread_sigmask(SIG_BLOCK, &ending, &before);
+    }
+    ~EndingHeldBack() { pthread_sigmask(SIG_SETMASK, &before, nullptr); }
+    EndingHeldBack(const EndingHeldBack&) = delete;
+    EndingHeldBack& operator=(const EndingHeldBack&) = delete;
+
+  private:
+    sigset_t before{};
+};
+
 extern "C" void removeAndEnd(int signal) {
     if (armed != 0)
         unlink(doomed.data());
@@ -35,7 +55,7 @@ void arm(const fs::path& file) {
         return;
     std::memcpy(doomed.data(), file.c_str(), file.native().size() + 1);
     armed = 1;
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+    for (const int signal : endingSignals) {
         struct sigaction action {};
         // Whoever started us with a signal ignored (nohup) wants it so.
         if (sigaction(signal, nullptr, &action) != 0 || action.sa_handler == SIG_IGN)
@@ -81,6 +101,8 @@ ReplacedFile::ReplacedFile(const fs::path& target_)
     pattern += ".XXXXXX";
     pattern += target.extension();
     std::string name = pattern.string();
+    // A signal just now would leave a file that nobody removes.
+    const EndingHeldBack untilArmed;
     file = mkostemps(name.data(), static_cast<int>(extension.size()), O_CLOEXEC);
     if (file < 0)
         fail(errno);
