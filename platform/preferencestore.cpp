@@ -202,8 +202,8 @@ std::string PreferenceStore::path() const {
 std::optional<std::string> PreferenceStore::read(std::string_view key) const {
     if (folder.empty() || kindOf(path()) != FileKind::regular)
         return std::nullopt;
-    const FolderLock open(folder, FolderLock::Kind::shared, readWait);
-    if (open.refused())
+    const FolderLock inUse(folder, FolderLock::Kind::shared, readWait);
+    if (inUse.refused())
         return std::nullopt;
     const Answer answer = readOnce(path(), key);
     if (answer.outcome == Outcome::done || !cannotBeMended(folder, path()))
@@ -221,8 +221,8 @@ bool PreferenceStore::write(std::span<const PreferenceChange> changes) const {
     if (somethingToKeep && !createFolder(folder))
         return false;
     {
-        const FolderLock open(folder, FolderLock::Kind::shared, writeWait);
-        if (open.refused())
+        const FolderLock inUse(folder, FolderLock::Kind::shared, writeWait);
+        if (inUse.refused())
             return false;
         const Outcome outcome = writeOnce(path(), changes);
         if (outcome != Outcome::damaged)

@@ -1,48 +1,20 @@
 // What disks, other programs and killed processes can do to the preferences.
-#include "platform/folderlock.h"
-#include "platform/preferences.h"
 #include "platform/sqliteconnection.h"
 
+#include "tests/platform/preferencefaultstest.h"
 #include "tests/support/childprocess.h"
-#include "tests/support/temporaryfolder.h"
 
-#include <array>
 #include <chrono>
 #include <cstdlib>
 #include <gtest/gtest.h>
-#include <memory>
 #include <random>
 #include <sys/resource.h>
 #include <sys/stat.h>
-#include <thread>
 
 namespace mirelon::test {
 namespace {
 
 using namespace std::chrono_literals;
-using Clock = std::chrono::steady_clock;
-
-class PreferenceFaults : public testing::Test {
-  protected:
-    std::optional<std::string> read(std::string_view key) const {
-        return Preferences(folder.path.string()).get(key);
-    }
-    bool store(std::string_view key, std::string_view value) const {
-        Preferences preferences(folder.path.string());
-        preferences.set(key, value);
-        return preferences.synchronise();
-    }
-    std::filesystem::path aside(int number) const {
-        return storeFile.string() + ".damaged-" + std::to_string(number);
-    }
-    int filesInFolder() const {
-        return static_cast<int>(
-            std::distance(std::filesystem::directory_iterator(folder.path), {}));
-    }
-
-    const TemporaryFolder folder;
-    const std::filesystem::path storeFile = folder.path / PreferenceStore::fileName;
-};
 
 std::string randomBytes(std::size_t size) {
     std::mt19937 generator(static_cast<unsigned>(size));
@@ -241,99 +213,6 @@ TEST_F(PreferenceFaults, OnAFullDiskANewStoreCanBeginLater) {
         ASSERT_TRUE(store("CurrDir", "/2/")) << limit;
         ASSERT_EQ(read("CurrDir"), "/2/") << limit;
     }
-}
-
-// Another process that holds the store for itself for a while.
-class BusyHolder {
-  public:
-    BusyHolder(const std::filesystem::path& file, std::chrono::microseconds time)
-        : holder([&] {
-            SqliteConnection busy(file, SqliteConnection::Mode::existing, 1s);
-            if (busy.execute("BEGIN EXCLUSIVE") != SQLITE_OK || !started.signal())
-                return 1;
-            usleep(static_cast<useconds_t>(time.count()));
-            return busy.execute("COMMIT") == SQLITE_OK ? 0 : 2;
-        }) {
-        EXPECT_TRUE(started.wait());
-    }
-
-  private:
-    Signal started;
-    ChildProcess holder;
-};
-
-TEST_F(PreferenceFaults, AStoreHeldBusyIsGivenUpAfterABoundedWait) {
-    ASSERT_TRUE(store("CurrDir", "/old/"));
-    {
-        const BusyHolder holder(storeFile, 60s);
-        const auto begin = Clock::now();
-        EXPECT_EQ(read("CurrDir"), std::nullopt);
-        const auto afterReading = Clock::now();
-        EXPECT_FALSE(store("CurrDir", "/new/"));
-        const auto afterWriting = Clock::now();
-        EXPECT_GE(afterReading - begin, PreferenceStore::readWait);
-        EXPECT_LT(afterReading - begin, PreferenceStore::readWait + 2s);
-        EXPECT_GE(afterWriting - afterReading, PreferenceStore::writeWait);
-        EXPECT_LT(afterWriting - afterReading, PreferenceStore::writeWait + 2s);
-    }
-    EXPECT_EQ(read("CurrDir"), "/old/");
-}
-
-TEST_F(PreferenceFaults, AStoreThatFreesItselfInTimeIsWaitedFor) {
-    ASSERT_TRUE(store("CurrDir", "/old/"));
-    const BusyHolder holder(storeFile, 200ms);
-    EXPECT_TRUE(store("CurrDir", "/new/"));
-    EXPECT_EQ(read("CurrDir"), "/new/");
-}
-
-TEST_F(PreferenceFaults, ManyProcessesThatFindTheSameDamageBeginOneStore) {
-    for (int round = 0; round < 5; ++round) {
-        const TemporaryFolder place;
-        const auto file = place.path / PreferenceStore::fileName;
-        writeFile(file, "damage");
-        {
-            std::array<std::unique_ptr<ChildProcess>, 8> writers;
-            for (std::size_t i = 0; i < writers.size(); ++i)
-                writers[i] = std::make_unique<ChildProcess>([&, i] {
-                    Preferences preferences(place.path.string());
-                    preferences.set("key " + std::to_string(i), "value");
-                    return preferences.synchronise() ? 0 : 1;
-                });
-            for (const auto& writer : writers)
-                EXPECT_EQ(writer->wait(), 0);
-        }
-        for (int i = 0; i < 8; ++i)
-            EXPECT_EQ(Preferences(place.path.string()).get("key " + std::to_string(i)), "value");
-        EXPECT_EQ(contentsOf(file.string() + ".damaged-1"), "damage");
-        EXPECT_FALSE(std::filesystem::exists(file.string() + ".damaged-2"));
-    }
-}
-
-TEST_F(PreferenceFaults, ADamagedStoreIsNotMovedWhileAnotherHasItOpen) {
-    writeFile(storeFile, "damage");
-    auto other = std::make_unique<FolderLock>(folder.path, FolderLock::Kind::shared, 0s);
-    ASSERT_TRUE(other->held());
-    bool moved = true;
-    std::thread closing([&] {
-        std::this_thread::sleep_for(200ms);
-        moved = exists(aside(1));
-        other.reset();
-    });
-    EXPECT_TRUE(store("CurrDir", "/new/"));
-    closing.join();
-    EXPECT_FALSE(moved);
-    EXPECT_EQ(contentsOf(aside(1)), "damage");
-    EXPECT_EQ(read("CurrDir"), "/new/");
-}
-
-TEST_F(PreferenceFaults, NobodyOpensAStoreThatIsBeingReplaced) {
-    ASSERT_TRUE(store("CurrDir", "/old/"));
-    auto replacing = std::make_unique<FolderLock>(folder.path, FolderLock::Kind::exclusive, 0s);
-    ASSERT_TRUE(replacing->held());
-    EXPECT_EQ(read("CurrDir"), std::nullopt);
-    EXPECT_FALSE(store("CurrDir", "/new/"));
-    replacing.reset();
-    EXPECT_EQ(read("CurrDir"), "/old/");
 }
 
 // A writer killed after it has begun to change the store itself: the journal
