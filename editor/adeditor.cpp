@@ -171,8 +171,7 @@ void ADEditor::setParameter(long index, float /*value*/) {
             readOuts[i]->setValue(readOutValue(parameter));
     } else if (index >= numSliders && index < kNumParams) {
         if (COnOffButton* button = switches[static_cast<std::size_t>(index)])
-            button->setValue(
-                mirelonEffect.getParameter(static_cast<VstInt32>(index)) < 0.5F ? 0.0F : 1.0F);
+            button->setValue(switchValue(static_cast<VstInt32>(index)));
     }
     frame->invalid();
 }

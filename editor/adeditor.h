@@ -63,6 +63,7 @@ class ADEditor : public CPresetSystemEditor {
     void addSwitches();
     void addAbout();
     float readOutValue(int index) const;
+    float switchValue(int index) const;
 
     Mirelon& mirelonEffect;
     double scale = 1.0;

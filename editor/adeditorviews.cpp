@@ -72,6 +72,10 @@ float ADEditor::readOutValue(int index) const {
     }
 }
 
+float ADEditor::switchValue(int index) const {
+    return mirelonEffect.getParameter(index) < 0.5F ? 0.0F : 1.0F;
+}
+
 void ADEditor::addSlider(int index) {
     const layout::SliderRow& row = layout::sliderRows[static_cast<std::size_t>(index)];
     const CRect rect(layout::sliderLeft, row.top, layout::sliderRight,
@@ -101,7 +105,7 @@ void ADEditor::addSwitches() {
                          CPoint(switchPictures[place.widthFrom]->getWidth(), height));
         auto* button =
             new COnOffButton(rect, this, place.parameter, switchPictures[place.parameter], 0);
-        button->setValue(mirelonEffect.getParameter(place.parameter));
+        button->setValue(switchValue(place.parameter));
         frame->addView(button);
         switches[place.parameter] = button;
     }

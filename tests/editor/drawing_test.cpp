@@ -125,10 +125,14 @@ TEST_F(Window, SwitchesShowTheirStates) {
                             {6, mirelon::kPicturePhase, {190, 247, 240, 267}}};
     for (const Place& place : places) {
         for (const auto& [value, picture] :
-             {std::pair{0.0F, 0}, {0.499F, 0}, {0.5F, 1}, {1.0F, 1}}) {
+             {std::pair{0.0F, 0}, {0.499F, 0}, {0.5F, 1}, {0.7F, 1}, {1.0F, 1}}) {
             editor->effect->setParameter(place.parameter, value);
-            EXPECT_EQ(shown(place.area), expected(place.picture, picture, place.area))
-                << place.parameter << " at " << value;
+            const Pixels drawing = expected(place.picture, picture, place.area);
+            EXPECT_EQ(shown(place.area), drawing) << place.parameter << " at " << value;
+            editor->close();
+            editor->open();
+            EXPECT_EQ(shown(place.area), drawing)
+                << place.parameter << " at " << value << " when the window opens";
         }
         EXPECT_NE(expected(place.picture, 0, place.area), expected(place.picture, 1, place.area));
     }
@@ -206,10 +210,10 @@ TEST_F(Window, MetersStandStillBehindTheAboutPicture) {
     feed(*editor->effect, 0.0F, 0.0F);
     editor->run();
     editor->click(aboutStrip.x, aboutStrip.y);
-    feed(*editor->effect, 0.0F, 0.5F);
+    feed(*editor->effect, 0.5F, 0.5F);
     EXPECT_EQ(litColumns(editor->pixels(), 25), 91);
     editor->click(150, 150);
-    EXPECT_EQ(litColumns(editor->pixels(), 121), 182);
+    EXPECT_EQ(litColumns(editor->pixels(), 25), 182);
 }
 
 TEST_F(Window, TextsStayInsideTheirRectangles) {
