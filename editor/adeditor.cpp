@@ -55,7 +55,7 @@ bool ADEditor::open(void* parent) {
     if (parent == nullptr || !*user || !loop.connectToDisplay())
         return false;
     updateScale();
-    loadBitmaps();
+    loadBackground();
 
     const CRect area(rect.left, rect.top, rect.left + background->getWidth(),
                      rect.top + background->getHeight());
@@ -69,15 +69,19 @@ bool ADEditor::open(void* parent) {
     AEffGUIEditor::open(parent); // NOLINT(bugprone-parent-virtual-call)
     loopUser = std::move(user);
     frame = window;
+    loadBitmaps();
     buildViews();
     mirelonEffect.setEditorOpen(true);
     return CPresetSystemEditor::open(parent);
 }
 
-void ADEditor::loadBitmaps() {
+void ADEditor::loadBackground() {
     if (background == nullptr || backgroundScale != scale)
         background = mirelon::loadBitmap(mirelon::kPictureBackground, scale);
     backgroundScale = scale;
+}
+
+void ADEditor::loadBitmaps() {
     const auto load = [this](Bitmap& bitmap, mirelon::PictureNumber picture) {
         if (bitmap == nullptr)
             bitmap = mirelon::loadBitmap(picture, scale);

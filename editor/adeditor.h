@@ -55,6 +55,7 @@ class ADEditor : public CPresetSystemEditor {
     static constexpr int numSliders = 5;
 
     void updateScale();
+    void loadBackground();
     void loadBitmaps();
     void buildViews();
     void addCaptions();

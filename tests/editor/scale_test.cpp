@@ -74,6 +74,25 @@ TEST_F(Scale, IsFixedWhileTheWindowIsOpen) {
     EXPECT_EQ(editor.host.count(audioMasterSizeWindow), 0U);
 }
 
+TEST_F(Scale, AnOpeningThatFailedLeavesNothingForTheNext) {
+    setenv("MIRELON_SCALE", "2", 1);
+    EditorHost editor;
+    editor.open();
+    editor.moveTo(150, 305);
+    const Pixels expected = editor.pixels();
+    editor.close();
+
+    setenv("MIRELON_SCALE", "1", 1);
+    const auto gone = std::make_unique<XWindow>(324, 348);
+    void* const parent = gone->asParent();
+    gone->destroy();
+    EXPECT_EQ(editor.effect->dispatch(effEditOpen, 0, 0, parent), 0);
+
+    setenv("MIRELON_SCALE", "2", 1);
+    EXPECT_EQ(editor.open(), 1);
+    EXPECT_EQ(editor.pixels(), expected);
+}
+
 class EveryScale : public Scale, public testing::WithParamInterface<const char*> {
   protected:
     EveryScale() {
