@@ -138,9 +138,11 @@ void ADEditor::idle() {
     CPresetSystemEditor::idle();
     AEffGUIEditor::idle(); // NOLINT(bugprone-parent-virtual-call): for what the panel changed
     // Behind the about picture the meters stand still.
-    if (about != nullptr && !about->isShown() && widthMeter != nullptr)
+    if (about == nullptr || about->isShown())
+        return;
+    if (widthMeter != nullptr)
         widthMeter->setValue(mirelonEffect.getWidthMeter() + meterMiddle);
-    if (about != nullptr && !about->isShown() && balanceMeter != nullptr)
+    if (balanceMeter != nullptr)
         balanceMeter->setValue(mirelonEffect.getBalanceMeter() + meterMiddle);
 }
 
