@@ -164,7 +164,8 @@ void ADEditor::valueChanged(CControl* control) {
 }
 
 void ADEditor::setParameter(long index, float /*value*/) {
-    if (!showsAtOnce())
+    const auto held = showingAtOnce();
+    if (!held)
         return markParameter(index);
     if (frame == nullptr)
         return;

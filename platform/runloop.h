@@ -18,8 +18,8 @@ namespace mirelon {
 //
 // The toolkit belongs to one thread at a time: the one that opened the first of
 // the editors that are open. Only pump, on that thread, calls into it. Whoever
-// enters an editor from the host (open, close, idle) holds `lock` meanwhile, so
-// that an editor may also be closed from another thread.
+// enters an editor from the host (open, close, idle, news of the effect) holds
+// `lock` meanwhile, so that an editor may also be closed from another thread.
 //
 // Either trigger alone keeps the editors alive: a source on GLib's default
 // context (hosts that run it on another thread than the editors' are left
@@ -42,7 +42,10 @@ class RunLoop final : public VSTGUI::X11::IRunLoop, public VSTGUI::NonAtomicRefe
         bool granted;
     };
 
-    std::unique_lock<std::recursive_mutex> lock() { return std::unique_lock(mutex); }
+    using Hold = std::unique_lock<std::recursive_mutex>;
+    Hold lock() { return Hold(mutex); }
+    // Without waiting: holds nothing while another thread does.
+    Hold tryLock() noexcept { return Hold(mutex, std::try_to_lock); }
 
     // Connects the toolkit to the display, once and for the life of the process:
     // the toolkit's drawing library does not survive a second connection. False

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "platform/preferences.h"
+#include "platform/runloop.h"
 #include "platform/toolkit.h"
 #include "presetsystem/cpresetsystemeffect.h"
 #include "presetsystem/editorlink.h"
@@ -81,9 +82,10 @@ class CPresetSystemEditor : public VSTGUI::AEffGUIEditor,
 
     CPresetSystemEffect& presetEffect() const;
 
-    // Whether news may be shown now: the window is open and this is the thread
-    // that owns it. Any thread.
-    bool showsAtOnce() const noexcept;
+    // Holds the run loop when news may be shown now: the window is open, this is
+    // the thread that owns it, and no other is about to close it. Never waits;
+    // any thread.
+    mirelon::RunLoop::Hold showingAtOnce() const noexcept;
     // Leaves a mark for the next idle on the window's thread: a parameter has a
     // new value (0 to 8). No lock, no allocation; any thread.
     void markParameter(long index) noexcept;
@@ -111,6 +113,8 @@ class CPresetSystemEditor : public VSTGUI::AEffGUIEditor,
     IdleTimer* idleTimer = nullptr; // owned; null while the editor is closed
 
   private:
+    bool isOpenOnThisThread() const noexcept;
+    void markBank() noexcept; // the same for the bank and its names
     void addPanel();
     void showName(const mirelon::PresetName& name);
     void showBank();

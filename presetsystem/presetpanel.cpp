@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cstring>
 #include <string>
+#include <utility>
 
 using namespace VSTGUI;
 using mirelon::loadBitmap;
@@ -50,9 +51,9 @@ constexpr float clearThreshold = 0.75F;
 // What a load button sends for a file of the other byte order.
 constexpr float reversedRequest = 0.5F;
 
-// Marks for the next idle: parameters take the bits of their indices.
-constexpr std::uint32_t nameMark = 1U << kNumPresetParams;
-constexpr std::uint32_t bankMark = nameMark << 1U;
+// Marks for the next idle: parameters take the bits of their indices. One bit
+// for all names: by the next idle another preset may be the current one.
+constexpr std::uint32_t bankMark = 1U << kNumPresetParams;
 constexpr std::uint32_t parameterMark(int index) {
     return 1U << static_cast<unsigned>(index);
 }
@@ -79,8 +80,16 @@ CPresetSystemEditor::~CPresetSystemEditor() {
     presetEffect().setEditorLink(nullptr);
 }
 
-bool CPresetSystemEditor::showsAtOnce() const noexcept {
+bool CPresetSystemEditor::isOpenOnThisThread() const noexcept {
     return windowOpen.load(std::memory_order_acquire) && mirelon::RunLoop::instance().isOwnThread();
+}
+
+mirelon::RunLoop::Hold CPresetSystemEditor::showingAtOnce() const noexcept {
+    if (!isOpenOnThisThread())
+        return {};
+    mirelon::RunLoop::Hold held = mirelon::RunLoop::instance().tryLock();
+    // Whoever had the loop before may have closed the window.
+    return held && isOpenOnThisThread() ? std::move(held) : mirelon::RunLoop::Hold();
 }
 
 void CPresetSystemEditor::markParameter(long index) noexcept {
@@ -88,11 +97,15 @@ void CPresetSystemEditor::markParameter(long index) noexcept {
         marks.fetch_or(parameterMark(static_cast<int>(index)), std::memory_order_release);
 }
 
+void CPresetSystemEditor::markBank() noexcept {
+    marks.fetch_or(bankMark, std::memory_order_release);
+}
+
 bool CPresetSystemEditor::open(void* /*parent*/) {
     if (frame == nullptr || effect == nullptr)
         return false;
-    // What was left before is in the values that the controls start with.
-    marks.store(0, std::memory_order_relaxed);
+    // Marks are kept: what was set since the controls took their values shows
+    // at the first idle.
     windowOpen.store(true, std::memory_order_release);
     addPanel();
     idleTimer = createTimer(this);
@@ -160,7 +173,8 @@ void CPresetSystemEditor::idle() {
 }
 
 void CPresetSystemEditor::showMarked() {
-    if (!showsAtOnce())
+    const auto held = showingAtOnce();
+    if (!held)
         return;
     const std::uint32_t marked = marks.exchange(0, std::memory_order_acquire);
     for (int i = 0; i < kNumPresetParams; ++i)
@@ -168,9 +182,6 @@ void CPresetSystemEditor::showMarked() {
             setParameter(long{i}, presetEffect().getParameter(i));
     if ((marked & bankMark) != 0)
         showBank();
-    else if ((marked & nameMark) != 0)
-        showName(
-            presetEffect().bank()[static_cast<std::size_t>(presetEffect().getPresetNo())].name());
 }
 
 // --- What the controls do ---
@@ -285,10 +296,7 @@ void CPresetSystemEditor::showBank() {
 void CPresetSystemEditor::nameChangedExternal(char* name) {
     if (name == nullptr)
         return;
-    if (showsAtOnce())
-        showName(presetName(name));
-    else
-        marks.fetch_or(nameMark, std::memory_order_release);
+    showCurrentName(presetName(name));
 }
 
 void CPresetSystemEditor::nameChangedInternal(char* name) {
@@ -297,24 +305,23 @@ void CPresetSystemEditor::nameChangedInternal(char* name) {
 }
 
 void CPresetSystemEditor::bankReplaced() {
-    if (showsAtOnce())
+    if (const auto held = showingAtOnce())
         showBank();
     else
-        marks.fetch_or(bankMark, std::memory_order_release);
+        markBank();
 }
 
 void CPresetSystemEditor::showCurrentName(const PresetName& name) {
-    if (showsAtOnce())
+    if (const auto held = showingAtOnce())
         showName(name);
     else
-        marks.fetch_or(nameMark, std::memory_order_release);
+        markBank();
 }
 
 void CPresetSystemEditor::showBankName(int preset, const PresetName& name) {
-    if (!showsAtOnce()) {
-        marks.fetch_or(bankMark, std::memory_order_release);
-        return;
-    }
+    const auto held = showingAtOnce();
+    if (!held)
+        return markBank();
     if (presetMenu == nullptr || presetMenu->getEntry(preset) == nullptr)
         return;
     presetMenu->setValue(static_cast<float>(preset));

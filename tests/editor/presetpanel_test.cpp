@@ -1,6 +1,5 @@
 // The preset panel under a real pointer and keyboard.
-#include "tests/editor/editorhost.h"
-#include "tests/editor/positions.h"
+#include "tests/editor/presetmenu.h"
 #include "tests/editor/standindialog.h"
 
 #include <X11/keysym.h>
@@ -70,14 +69,7 @@ TEST_P(PresetPanel, APressOnTheRockerAtTheLastPresetAppliesItAgain) {
 }
 
 TEST_P(PresetPanel, TheMenuAppliesTheChosenPreset) {
-    const Pixels closed = editor.pixels();
-    click(menuButton);
-    editor.run(500ms);
-    const Pixels open = editor.pixels();
-    ASSERT_NE(open, closed);
-    const auto [top, bottom] = changedRows(closed, open);
-    click(menuLine(4, top, bottom));
-    editor.run(500ms);
+    ASSERT_TRUE(chooseFromMenu(editor, 4));
     EXPECT_EQ(editor.effect->programName(), "balanse to the right");
     EXPECT_EQ(editor.parameter(2), 0.3F);
 }

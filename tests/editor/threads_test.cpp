@@ -119,6 +119,25 @@ TEST(EditorThreads, AudioAutomationAndEditorRunSideBySide) {
     EXPECT_GT(editor.host.count(audioMasterAutomate), 0U);
 }
 
+TEST(EditorThreads, TheWindowMayCloseElsewhereWhileItsOwnThreadSetsParameters) {
+    EditorHost editor;
+    for (int round = 0; round < 100; ++round) {
+        editor.effect->dispatch(effEditOpen, 0, 0, editor.window->asParent());
+        std::atomic<bool> closed{false};
+        std::thread command([&] {
+            editor.close();
+            closed = true;
+        });
+        for (int i = 0; !closed; ++i) {
+            editor.effect->setParameter(i % 9, static_cast<float>(i % 11) / 10.0F);
+            editor.effect->setProgramName(i % 2 == 0 ? "one" : "other");
+            editor.effect->setProgram(i % 11);
+        }
+        command.join();
+        EXPECT_TRUE(editor.window->children().empty());
+    }
+}
+
 TEST(EditorThreads, WithoutAnOpenEditorNothingWaitsInTheMainContext) {
     EditorHost editor(Drive::glib);
     editor.open();
