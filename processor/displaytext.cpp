@@ -102,8 +102,6 @@ void float2string2(float value, int digits, char* text) noexcept {
 void parameterNameStringConvert(float value, char* text) noexcept {
     static constexpr std::array<std::string_view, 9> captions{
         "S", "M", "L", "R", "width", "gain", "balan", "stabil", "center"};
-    if (std::isnan(value))
-        return;
     const int index = integerPart(static_cast<double>(value)).value_or(-1);
     const bool known = index >= 0 && index < static_cast<int>(captions.size());
     copyText(known ? captions[static_cast<std::size_t>(index)] : std::string_view(""), text);
@@ -115,8 +113,6 @@ void percentStringConvert(float value, char* text) noexcept {
 
 void dBStringConvert(float value, char* text) noexcept {
     constexpr float silence = 1e-8F;
-    if (std::isnan(value))
-        return;
     if (value > silence)
         printInteger("%d dB", std::log10(static_cast<double>(value)) * 20.0, text);
     else
@@ -136,12 +132,10 @@ void panoramaStringConvert(float value, char* text) noexcept {
 }
 
 void frequencyStringConvert(float value, char* text) noexcept {
-    const auto whole = integerPart(static_cast<double>(value));
-    if (!whole)
-        return;
-    const float fraction = value - static_cast<float>(*whole);
+    const float whole = std::trunc(value);
+    const float fraction = value - whole;
     const auto hertz = [&](float scale) {
-        printDecimal(*whole, static_cast<double>(fraction * scale), "Hz", text);
+        printDecimal(static_cast<double>(whole), static_cast<double>(fraction * scale), "Hz", text);
     };
     if (value < 0.2F) {
         hertz(1000.0F);
@@ -163,7 +157,7 @@ void dampStringConvert(float value, char* text) noexcept {
         copyText("closed", text);
     else if (value < 1.0F)
         percentStringConvert(value, text);
-    else if (!std::isnan(value))
+    else
         copyText("thru", text);
 }
 
@@ -181,8 +175,6 @@ namespace {
 
 // A position between right (0) and left (1), with a band in the middle.
 void positionDisplay(float value, char* text) noexcept {
-    if (std::isnan(value))
-        return;
     const auto position = static_cast<double>(value);
     std::array<char, textSize> formed{};
     char side = 'C';

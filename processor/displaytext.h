@@ -1,8 +1,9 @@
 // Parameter values as short texts, for hosts and for the editor's read-outs.
 //
-// Every function writes a terminated text of at most 31 characters. A value
-// that has no text (NaN, or a number outside what the format can show) leaves
-// the buffer untouched; the text appears in it only when it is whole.
+// Every function writes a terminated text of at most 31 characters. A number
+// outside what the format can show, and NaN where a number would stand, leaves
+// the buffer untouched; the text appears in it only when it is whole. Where a
+// text is for all values that others are not for, NaN has it too: "C", "-oo dB".
 #pragma once
 
 #include "processor/coefficients.h"

@@ -175,8 +175,10 @@ TEST(ParameterDisplay, OfAnUnknownIndexLeavesTheBufferAlone) {
 }
 
 TEST(ParameterDisplay, OfValuesNoHostShouldSendIsDefined) {
-    for (VstInt32 index = 0; index <= kParamCenterPos; ++index)
+    for (const VstInt32 index : {kParamWidth, kParamGain})
         EXPECT_EQ(shown(index, notANumber), untouched) << index;
+    for (const VstInt32 index : {kParamBalance, kParamStability, kParamCenterPos})
+        EXPECT_EQ(shown(index, notANumber), "C") << index;
     EXPECT_EQ(shown(kParamWidth, infinite), untouched);
     EXPECT_EQ(shown(kParamBalance, infinite), untouched);
     EXPECT_EQ(shown(kParamBalance, -infinite), untouched);
@@ -195,9 +197,8 @@ TEST(CaptionText, FollowsTheIndex) {
 }
 
 TEST(CaptionText, IsEmptyForOtherIndices) {
-    for (const float value : {9.0F, 10.0F, -1.0F, 1e20F, -1e20F, infinite})
+    for (const float value : {9.0F, 10.0F, -1.0F, 1e20F, -1e20F, infinite, notANumber})
         EXPECT_EQ(converted(parameterNameStringConvert, value), "") << value;
-    EXPECT_EQ(converted(parameterNameStringConvert, notANumber), untouched);
 }
 
 TEST(PercentText, CutsToAWholePercent) {
@@ -221,6 +222,7 @@ TEST(DecibelText, ShowsSilenceAsMinusInfinity) {
     EXPECT_EQ(converted(dBStringConvert, 0.0F), "-oo dB");
     EXPECT_EQ(converted(dBStringConvert, 1e-8F), "-oo dB");
     EXPECT_EQ(converted(dBStringConvert, -1.0F), "-oo dB");
+    EXPECT_EQ(converted(dBStringConvert, notANumber), "-oo dB");
     EXPECT_EQ(converted(dBStringConvert, 2e-8F), "-153 dB");
 }
 
@@ -242,6 +244,7 @@ TEST(FrequencyText, ChangesItsDecimalsWithTheSize) {
     EXPECT_EQ(converted(frequencyStringConvert, 440.7F), "440Hz");
     EXPECT_EQ(converted(frequencyStringConvert, 1050.0F), "1.0kHz");
     EXPECT_EQ(converted(frequencyStringConvert, 2500.0F), "2.5kHz");
+    EXPECT_EQ(converted(frequencyStringConvert, 3000000512.0F), "3000000.5kHz");
 }
 
 TEST(DampText, NamesItsEnds) {
@@ -251,6 +254,7 @@ TEST(DampText, NamesItsEnds) {
     EXPECT_EQ(converted(dampStringConvert, 0.875F), "87%");
     EXPECT_EQ(converted(dampStringConvert, 1.0F), "thru");
     EXPECT_EQ(converted(dampStringConvert, infinite), "thru");
+    EXPECT_EQ(converted(dampStringConvert, notANumber), "thru");
 }
 
 TEST(StepText, IsTheIntegerPart) {
@@ -260,9 +264,8 @@ TEST(StepText, IsTheIntegerPart) {
 }
 
 TEST(Converters, LeaveTheBufferAloneForWhatHasNoText) {
-    for (const auto converter :
-         {percentStringConvert, panoramaStringConvert, stepStringConvert, strictStringConvert,
-          frequencyStringConvert, dBStringConvert, dampStringConvert, parameterNameStringConvert})
+    for (const auto converter : {percentStringConvert, panoramaStringConvert, stepStringConvert,
+                                 strictStringConvert, frequencyStringConvert})
         EXPECT_EQ(converted(converter, notANumber), untouched);
     for (const auto converter :
          {percentStringConvert, panoramaStringConvert, stepStringConvert, frequencyStringConvert})
