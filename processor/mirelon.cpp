@@ -5,6 +5,8 @@
 #include "processor/factorypresets.h"
 
 #include <algorithm>
+#include <bit>
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
 
@@ -99,8 +101,10 @@ void Mirelon::processSamples(Sample** inputs, Sample** outputs, VstInt32 sampleF
         };
         if (!whole(inputs) || !whole(outputs))
             return;
-        if (followerRate != getSampleRate()) {
-            followerRate = getSampleRate();
+        // Bit by bit: a rate may be anything that a host has sent.
+        const float rate = getSampleRate();
+        if (std::bit_cast<std::uint32_t>(rate) != std::bit_cast<std::uint32_t>(followerRate)) {
+            followerRate = rate;
             followerCoefficient = mirelon::envelopeCoefficient(followerRate);
         }
         mirelon::processBlock(coefficients.snapshot(), followerCoefficient, envelopes,

@@ -81,9 +81,9 @@ class Mirelon : public CPresetSystemEffect {
     static constexpr VstInt32 scratchMask = scratchSize - 1;
     std::unique_ptr<float[]> scratchBuffer;
 
-    mirelon::Envelopes envelopes; // audio thread; others only while suspended
-    double followerCoefficient = 0.0;
-    float followerRate = 0.0F; // the sample rate it was computed for
+    mirelon::Envelopes envelopes;         // audio thread; others only while suspended
+    float followerRate = getSampleRate(); // what the coefficient was computed for
+    double followerCoefficient = mirelon::envelopeCoefficient(followerRate);
 
     std::atomic<VstInt32> editorOpen{0};
     VstInt32 sampleRateInt = 0;
