@@ -91,6 +91,7 @@ TEST(ReplacedFile, IsRemovedWhenASignalEndsTheProgram) {
         const TemporaryFolder folder;
         writeFile(folder / "a.wav", "old");
         const int status = test::inChild([&] {
+            std::signal(signal, SIG_DFL); // the tests may run under nohup
             const ReplacedFile file(folder / "a.wav");
             raise(signal);
             return 0;
