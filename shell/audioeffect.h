@@ -103,8 +103,9 @@ class AudioEffect {
     VstIntPtr callHost(AudioMasterOpcodes opcode, VstInt32 index = 0, VstIntPtr value = 0,
                        void* ptr = nullptr, float opt = 0.0F);
     // Closes and deletes the attached editor, while the derived effect that it
-    // refers to is still whole. Safe to call twice.
-    void destroyEditor();
+    // refers to is still whole. An editor whose closing fails is deleted all the
+    // same. Safe to call twice.
+    void destroyEditor() noexcept;
 
     audioMasterCallback audioMaster;
     AEffEditor* editor = nullptr;
