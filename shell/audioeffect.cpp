@@ -190,15 +190,15 @@ bool AudioEffect::isOutputConnected(VstInt32 index) {
 float AudioEffect::updateSampleRate() {
     const VstIntPtr rate = callHost(audioMasterGetSampleRate);
     if (rate > 0)
-        sampleRate = static_cast<float>(rate);
-    return sampleRate;
+        AudioEffect::setSampleRate(static_cast<float>(rate));
+    return getSampleRate();
 }
 
 VstInt32 AudioEffect::updateBlockSize() {
     const VstIntPtr size = callHost(audioMasterGetBlockSize);
     if (size > 0)
-        blockSize = narrowed(size);
-    return blockSize;
+        AudioEffect::setBlockSize(narrowed(size));
+    return getBlockSize();
 }
 
 VstIntPtr AudioEffect::dispatchEffectClass(AEffect* e, VstInt32 opcode, VstInt32 index,
