@@ -111,7 +111,8 @@ std::vector<Attempt> attempts(Build build) {
 }
 
 AEffect* builtByTheFactory() {
-    return createEffectInstance(host)->getAeffect();
+    AudioEffect* effect = createEffectInstance(host);
+    return effect != nullptr ? effect->getAeffect() : nullptr;
 }
 
 class FailedConstruction : public testing::Test {
