@@ -2,6 +2,25 @@
 
 #include <utility>
 
+namespace {
+
+AudioEffect* effectOf(const AEffect* e) noexcept {
+    return e != nullptr ? static_cast<AudioEffect*>(e->object) : nullptr;
+}
+
+// Runs a call into the effect or its editor for a host, which must never see an
+// exception.
+template <typename Call>
+auto guarded(Call&& call) noexcept -> decltype(call()) {
+    try {
+        return call();
+    } catch (...) {
+        return decltype(call())();
+    }
+}
+
+} // namespace
+
 AEffEditor::~AEffEditor() {
     if (effect != nullptr && effect->getEditor() == this)
         effect->setEditor(nullptr);
@@ -38,11 +57,13 @@ void AudioEffect::setEditor(AEffEditor* newEditor) {
     setFlag(effFlagsHasEditor, newEditor != nullptr);
 }
 
-void AudioEffect::destroyEditor() {
+void AudioEffect::destroyEditor() noexcept {
     if (editor == nullptr)
         return;
-    if (editor->isOpen())
-        editor->close();
+    guarded([this] {
+        if (editor->isOpen())
+            editor->close();
+    });
     delete editor; // detaches itself
 }
 
@@ -169,34 +190,16 @@ bool AudioEffect::isOutputConnected(VstInt32 index) {
 float AudioEffect::updateSampleRate() {
     const VstIntPtr rate = callHost(audioMasterGetSampleRate);
     if (rate > 0)
-        sampleRate = static_cast<float>(rate);
-    return sampleRate;
+        AudioEffect::setSampleRate(static_cast<float>(rate));
+    return getSampleRate();
 }
 
 VstInt32 AudioEffect::updateBlockSize() {
     const VstIntPtr size = callHost(audioMasterGetBlockSize);
     if (size > 0)
-        blockSize = narrowed(size);
-    return blockSize;
+        AudioEffect::setBlockSize(narrowed(size));
+    return getBlockSize();
 }
-
-namespace {
-
-AudioEffect* effectOf(const AEffect* e) noexcept {
-    return e != nullptr ? static_cast<AudioEffect*>(e->object) : nullptr;
-}
-
-// Runs a call into the effect for a host, which must never see an exception.
-template <typename Call>
-auto guarded(Call&& call) noexcept -> decltype(call()) {
-    try {
-        return call();
-    } catch (...) {
-        return decltype(call())();
-    }
-}
-
-} // namespace
 
 VstIntPtr AudioEffect::dispatchEffectClass(AEffect* e, VstInt32 opcode, VstInt32 index,
                                            VstIntPtr value, void* ptr, float opt) noexcept {

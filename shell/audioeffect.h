@@ -24,8 +24,8 @@ class AudioEffect {
     // The record that the host keeps for the life of the instance.
     virtual AEffect* getAeffect() { return &cEffect; }
     AEffEditor* getEditor() const { return editor; }
-    float getSampleRate() const { return sampleRate; }
-    VstInt32 getBlockSize() const { return blockSize; }
+    float getSampleRate() const { return sampleRate.load(std::memory_order_relaxed); }
+    VstInt32 getBlockSize() const { return blockSize.load(std::memory_order_relaxed); }
 
     // Decodes opcodes 0 to 24; answers 0 to every other. Null pointers where a
     // command needs one do nothing.
@@ -37,8 +37,8 @@ class AudioEffect {
     virtual void suspend() {}
     virtual void resume() {}
 
-    virtual void setSampleRate(float rate) { sampleRate = rate; }
-    virtual void setBlockSize(VstInt32 size) { blockSize = size; }
+    virtual void setSampleRate(float rate) { sampleRate.store(rate, std::memory_order_relaxed); }
+    virtual void setBlockSize(VstInt32 size) { blockSize.store(size, std::memory_order_relaxed); }
 
     virtual void process(float** /*inputs*/, float** /*outputs*/, VstInt32 /*sampleFrames*/) {}
     virtual void processReplacing(float** inputs, float** outputs, VstInt32 sampleFrames) = 0;
@@ -103,13 +103,15 @@ class AudioEffect {
     VstIntPtr callHost(AudioMasterOpcodes opcode, VstInt32 index = 0, VstIntPtr value = 0,
                        void* ptr = nullptr, float opt = 0.0F);
     // Closes and deletes the attached editor, while the derived effect that it
-    // refers to is still whole. Safe to call twice.
-    void destroyEditor();
+    // refers to is still whole. An editor whose closing fails is deleted all the
+    // same. Safe to call twice.
+    void destroyEditor() noexcept;
 
     audioMasterCallback audioMaster;
     AEffEditor* editor = nullptr;
-    float sampleRate = 44100.0F;
-    VstInt32 blockSize = 1024;
+    // Hosts change these while audio runs.
+    std::atomic<float> sampleRate{44100.0F};
+    std::atomic<VstInt32> blockSize{1024};
     VstInt32 numPrograms;
     VstInt32 numParams;
     std::atomic<VstInt32> curProgram{0};

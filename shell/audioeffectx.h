@@ -53,8 +53,8 @@ class AudioEffectX : public AudioEffect {
         return false;
     }
     virtual void setBlockSizeAndSampleRate(VstInt32 size, float rate) {
-        blockSize = size;
-        sampleRate = rate;
+        AudioEffect::setBlockSize(size);
+        AudioEffect::setSampleRate(rate);
     }
     virtual bool setBypass(bool /*on*/) { return false; }
     virtual bool getEffectName(char* /*name*/) { return false; }

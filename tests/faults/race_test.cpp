@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <chrono>
@@ -70,6 +71,31 @@ TEST(Races, AudioAutomationStateAndQuestionsRunSideBySide) {
     EXPECT_GT(blocks, 0);
     EXPECT_GT(states, 0);
     EXPECT_EQ(dispatch(effClose), 1);
+}
+
+TEST(Races, RateAndBlockSizeChangeWhileAudioRuns) {
+    AudioEffect* const instance = createEffectInstance(host);
+    AEffect* const effect = instance->getAeffect();
+    effect->dispatcher(effect, effMainsChanged, 0, 1, nullptr, 0.0F);
+    std::atomic<bool> stop{false};
+    std::atomic<long> blocks{0}; // relaxed, so that it orders nothing else
+    std::thread audio([&] {
+        std::vector<float> left(64, 0.5F);
+        std::vector<float> right(64, 0.25F);
+        std::array<float*, 2> channels{left.data(), right.data()};
+        for (; !stop; blocks.fetch_add(1, std::memory_order_relaxed))
+            effect->processReplacing(effect, channels.data(), channels.data(),
+                                     std::min(64, instance->getBlockSize()));
+    });
+    for (VstInt32 i = 0; blocks.load(std::memory_order_relaxed) < 10000; ++i) {
+        const float rate = i % 2 == 0 ? 48000.0F : 96000.0F;
+        effect->dispatcher(effect, effSetSampleRate, 0, 0, nullptr, rate);
+        effect->dispatcher(effect, effSetBlockSize, 0, 32 + i % 2, nullptr, 0.0F);
+        effect->dispatcher(effect, effSetBlockSizeAndSampleRate, 0, 64 + i % 2, nullptr, rate);
+    }
+    stop = true;
+    audio.join();
+    EXPECT_EQ(effect->dispatcher(effect, effClose, 0, 0, nullptr, 0.0F), 1);
 }
 
 TEST(Races, InstancesAreBuiltAndClosedSideBySide) {

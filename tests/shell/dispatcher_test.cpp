@@ -1,6 +1,7 @@
 // Every command of a host reaches its operation, with its arguments, and
 // brings back that operation's answer.
 #include "tests/shell/loggingeffect.h"
+#include "tests/shell/plaineffect.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -133,17 +134,6 @@ constexpr std::array textAndRecordCommands{effSetProgramName,
                                            effGetParameterProperties,
                                            effShellGetNextPlugin};
 
-class PlainEffect : public AudioEffectX {
-  public:
-    explicit PlainEffect(audioMasterCallback audioMaster = nullptr)
-        : AudioEffectX(audioMaster, 1, 9) {}
-    void processReplacing(float**, float**, VstInt32) override {}
-};
-
-VstIntPtr ask(AudioEffectX& effect, VstInt32 opcode, void* ptr = nullptr) {
-    return effect.dispatcher(opcode, 0, 0, ptr, 0.0F);
-}
-
 } // namespace
 
 TEST_P(DispatcherCommand, ReachesItsOperationAndBringsBackItsAnswer) {
@@ -209,55 +199,6 @@ TEST(Dispatcher, AnswersNothingToEditorCommandsWithoutAnEditor) {
          {effEditGetRect, effEditOpen, effEditClose, effEditDraw, effEditMouse, effEditKey,
           effEditIdle, effEditTop, effEditSleep, effEditKeyDown, effEditKeyUp, effSetEditKnobMode})
         EXPECT_EQ(ask(effect, opcode, target.data()), 0) << opcode;
-}
-
-TEST(EffectDefaults, AreThoseOfAnEffectThatDoesNotCare) {
-    PlainEffect effect;
-    EXPECT_EQ(ask(effect, effCanBeAutomated), 1);
-    EXPECT_EQ(ask(effect, effGetNumProgramCategories), 1);
-    EXPECT_EQ(ask(effect, effGetCurrentMidiProgram), -1);
-    EXPECT_EQ(effect.dispatcher(effSetTotalSampleToProcess, 0, 4321, nullptr, 0.0F), 4321);
-    EXPECT_EQ(ask(effect, effGetVstVersion), 2400);
-    EXPECT_EQ(ask(effect, effGetPlugCategory), kPlugCategUnknown);
-    EXPECT_EQ(ask(effect, effKeysRequired), 1);
-    EXPECT_EQ(ask(effect, effConnectInput), 1);
-    EXPECT_EQ(ask(effect, effConnectOutput), 1);
-    for (const VstInt32 opcode :
-         {effGetVu, effGetChunk, effCopyProgram, effGetTailSize, effIdle, effGetIcon, effSetBypass,
-          effGetErrorText, effSetPanLaw, effBeginLoadBank, effStartProcess, effSetProcessPrecision,
-          effStopProcess, effBeginSetProgram, effGetVendorVersion, effProcessEvents,
-          effGetParameterProperties, effGetNumMidiInputChannels})
-        EXPECT_EQ(ask(effect, opcode, target.data()), 0) << opcode;
-}
-
-TEST(EffectDefaults, OfASynthSayTheSynthCategory) {
-    PlainEffect effect;
-    effect.isSynth(true);
-    EXPECT_EQ(ask(effect, effGetPlugCategory), kPlugCategSynth);
-}
-
-TEST(EffectDefaults, KeepProgramRateAndBlockSize) {
-    LoggingEffect logging(nullptr);
-    EXPECT_EQ(logging.getSampleRate(), 44100.0F);
-    EXPECT_EQ(logging.getBlockSize(), 1024);
-    logging.dispatcher(effSetBlockSizeAndSampleRate, 0, 256, nullptr, 48000.0F);
-    EXPECT_EQ(logging.getSampleRate(), 48000.0F);
-    EXPECT_EQ(logging.getBlockSize(), 256);
-    PlainEffect plain;
-    plain.dispatcher(effSetProgram, 0, 0, nullptr, 0.0F);
-    EXPECT_EQ(ask(plain, effGetProgram), 0);
-    plain.dispatcher(effSetProgram, 0, -3, nullptr, 0.0F);
-    EXPECT_EQ(ask(plain, effGetProgram), -3);
-}
-
-TEST(EffectDefaults, WriteEmptyTexts) {
-    for (const VstInt32 opcode :
-         {effGetProgramName, effGetParamLabel, effGetParamDisplay, effGetParamName}) {
-        PlainEffect effect;
-        std::array<char, 8> text{"filled"};
-        ask(effect, opcode, text.data());
-        EXPECT_STREQ(text.data(), "") << opcode;
-    }
 }
 
 namespace {

@@ -1,11 +1,13 @@
 // The effect record and the plain functions behind it.
 #include "tests/shell/loggingeffect.h"
+#include "tests/support/childprocess.h"
 #include "tools/host/recordinghost.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <memory>
 #include <stdexcept>
 
@@ -169,4 +171,41 @@ TEST(Closing, DeletesTheEffectAndAnswersOneEvenIfClosingFails) {
     ASSERT_TRUE(alive);
     EXPECT_EQ(record->dispatcher(record, effClose, 0, 0, nullptr, 0.0F), 1);
     EXPECT_FALSE(alive);
+}
+
+namespace {
+
+// An editor whose closing fails.
+class ThrowingEditor : public AEffEditor {
+  public:
+    ThrowingEditor(AudioEffect* owner, bool& alive)
+        : AEffEditor(owner)
+        , alive(alive) {
+        alive = true;
+        owner->setEditor(this);
+    }
+    ~ThrowingEditor() override { alive = false; }
+    void close() override { throw std::runtime_error("inside the editor"); }
+
+  private:
+    bool& alive;
+};
+
+} // namespace
+
+// An exception that leaves a destructor ends the process, so the effect is
+// closed in one of its own.
+TEST(Closing, DeletesAnOpenEditorEvenIfItsClosingFails) {
+    const auto closeEffectWithEditor = [] {
+        bool effectAlive = false;
+        bool editorAlive = false;
+        auto* effect = new ThrowingEffect(effectAlive); // closing deletes it
+        new ThrowingEditor(effect, editorAlive);        // and this with it
+        AEffect* record = recordOf(*effect);
+        std::array<char, 1> window{};
+        record->dispatcher(record, effEditOpen, 0, 0, window.data(), 0.0F);
+        const bool closed = record->dispatcher(record, effClose, 0, 0, nullptr, 0.0F) == 1;
+        return closed && !effectAlive && !editorAlive ? 0 : 1;
+    };
+    EXPECT_EQ(mirelon::test::inChild(closeEffectWithEditor), 0);
 }

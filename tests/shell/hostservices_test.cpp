@@ -1,8 +1,10 @@
 // What the effect asks of its host: one callback call each, with its own
 // record, and a neutral answer when there is no host.
+#include "shell/capabilities.h"
 #include "tests/shell/loggingeffect.h"
 #include "tools/host/recordinghost.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <array>
@@ -10,6 +12,8 @@
 
 using mirelon::hosting::HostCall;
 using mirelon::hosting::RecordingHost;
+using testing::ElementsAre;
+using testing::ElementsAreArray;
 
 namespace {
 
@@ -66,6 +70,8 @@ std::vector<Service> services() {
          1},
         {"outputConnected", [](E& e) { return e.isOutputConnected(2); }, 4, 2, 1, nullptr, 0, 0, 1,
          1},
+        {"outputNotConnected", [](E& e) { return e.isOutputConnected(2); }, 4, 2, 1, nullptr, 0, 5,
+         0, 1},
         {"wantEvents", silent([](E& e) { e.wantEvents(3); }), 6, 0, 3, nullptr, 0, 1, 0, 0},
         {"timeInfo", [](E& e) { return number(e.getTimeInfo(9)); }, 7, 0, 9, nullptr, 0, address,
          address, 0},
@@ -198,6 +204,30 @@ TEST(HostRates, AreTheStoredOnesWithoutAHost) {
     EXPECT_EQ(effect.updateBlockSize(), 1024);
 }
 
+TEST(HostCapabilities, AreThoseOfTheInterface) {
+    EXPECT_THAT(kHostCapabilities,
+                ElementsAre("sendVstEvents", "sendVstMidiEvent", "sendVstTimeInfo",
+                            "receiveVstEvents", "receiveVstMidiEvent", "reportConnectionChanges",
+                            "acceptIOChanges", "sizeWindow", "offline", "openFileSelector",
+                            "closeFileSelector", "startStopProcess", "shellCategory",
+                            "sendVstMidiEventFlagIsRealtime"));
+}
+
+TEST(HostCapabilities, AreAskedForByTheirText) {
+    RecordingHost host;
+    LoggingEffect effect(host.callback());
+    std::vector<std::string> asked;
+    host.answer(audioMasterCanDo, [&asked](const HostCall& call) {
+        asked.emplace_back(static_cast<const char*>(call.ptr));
+        return asked.back() == "sizeWindow" ? 1 : 0;
+    });
+    for (const std::string_view capability : kHostCapabilities) {
+        std::string text(capability);
+        EXPECT_EQ(effect.canHostDo(text.data()), text == "sizeWindow") << text;
+    }
+    EXPECT_THAT(asked, ElementsAreArray(kHostCapabilities));
+}
+
 TEST(AutomatedChange, ReachesTheEffectBeforeTheHostHearsOfIt) {
     RecordingHost host;
     LoggingEffect effect(host.callback());
@@ -208,9 +238,19 @@ TEST(AutomatedChange, ReachesTheEffectBeforeTheHostHearsOfIt) {
     });
     effect.setParameterAutomated(3, 0.25F);
     EXPECT_EQ(heardByThen, std::vector<std::string>{"setParameter 3 0.25"});
+}
+
+TEST(AutomatedChange, TellsTheHostItsIndexAndItsNewValueAndNothingElse) {
+    RecordingHost host;
+    LoggingEffect effect(host.callback());
+    effect.setParameterAutomated(3, 0.25F);
     const std::vector<HostCall> calls = host.calls();
     ASSERT_EQ(calls.size(), 1U);
+    EXPECT_EQ(calls[0].effect, effect.getAeffect());
+    EXPECT_EQ(calls[0].opcode, audioMasterAutomate);
     EXPECT_EQ(calls[0].index, 3);
+    EXPECT_EQ(calls[0].value, 0);
+    EXPECT_EQ(calls[0].ptr, nullptr);
     EXPECT_EQ(calls[0].opt, 0.25F);
 }
 

@@ -149,3 +149,14 @@ TYPED_TEST(AudioThroughThePlugin, StaysFiniteAfterNonsenseSamples) {
     EXPECT_EQ(out.left[1], static_cast<TypeParam>(0.5));
     EXPECT_EQ(out.right[1], static_cast<TypeParam>(0.25));
 }
+
+TEST(AccumulatingProcess, LeavesTheOutputsAsTheyWere) {
+    PluginInstance plugin;
+    plugin.effect.resume();
+    StereoBuffer<float> input({0.5F, -0.5F}, {0.25F, 1.0F});
+    StereoBuffer<float> output({0.125F, 0.75F}, {-0.125F, -0.75F});
+    AEffect* record = &plugin.effect.record();
+    record->process(record, input.pointers(), output.pointers(), output.frames());
+    EXPECT_THAT(output.left, testing::ElementsAre(0.125F, 0.75F));
+    EXPECT_THAT(output.right, testing::ElementsAre(-0.125F, -0.75F));
+}

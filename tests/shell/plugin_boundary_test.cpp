@@ -13,6 +13,8 @@
 #include <set>
 #include <sstream>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace {
 
@@ -54,6 +56,13 @@ VstIntPtr deadHost(AEffect*, VstInt32, VstInt32, VstIntPtr, void*, float) {
     return 0;
 }
 
+std::vector<VstInt32> opcodesHeard(const RecordingHost& host) {
+    std::vector<VstInt32> opcodes;
+    for (const HostCall& call : host.calls())
+        opcodes.push_back(call.opcode);
+    return opcodes;
+}
+
 } // namespace
 
 TEST(PluginFile, ExportsItsTwoEntryPointsAndNothingElse) {
@@ -69,6 +78,32 @@ TEST(PluginFile, StaysMappedWhenAHostUnloadsIt) {
 TEST(PluginEntry, AnswersNullToAHostWithoutAVersion) {
     for (const char* name : entryNames)
         EXPECT_EQ(entryNamed(name)(&deadHost), nullptr) << name;
+}
+
+// The version is asked for at the door and again where the effect is made.
+TEST(PluginEntry, AnswersNullToAHostThatGivesItsVersionOnlyOnce) {
+    for (const char* name : entryNames) {
+        RecordingHost host;
+        VstIntPtr version = 2400;
+        host.answer(audioMasterVersion,
+                    [&version](const HostCall&) { return std::exchange(version, 0); });
+        EXPECT_EQ(entryNamed(name)(host.callback()), nullptr) << name;
+        EXPECT_EQ(host.calls().size(), 2U) << name;
+        EXPECT_EQ(host.count(audioMasterVersion), 2U) << name;
+    }
+}
+
+TEST(PluginEntry, AsksForTheVersionWithoutAnyArgument) {
+    PluginInstance plugin;
+    const std::vector<HostCall> questions = plugin.host.calls(audioMasterVersion);
+    EXPECT_EQ(questions.size(), 2U);
+    for (const HostCall& question : questions) {
+        EXPECT_EQ(question.effect, nullptr);
+        EXPECT_EQ(question.index, 0);
+        EXPECT_EQ(question.value, 0);
+        EXPECT_EQ(question.ptr, nullptr);
+        EXPECT_EQ(question.opt, 0.0F);
+    }
 }
 
 TEST(PluginEntry, AnswersNullWithoutACallback) {
@@ -108,17 +143,13 @@ TEST(PluginConstruction, CallsItsHostInAFixedOrder) {
     RecordingHost host;
     AEffect* effect = entryNamed("VSTPluginMain")(host.callback());
     ASSERT_NE(effect, nullptr);
-    std::vector<VstInt32> opcodes;
-    for (const HostCall& call : host.calls())
-        opcodes.push_back(call.opcode);
+    std::vector<VstInt32> opcodes = opcodesHeard(host);
     ASSERT_GE(opcodes.size(), 7U);
     opcodes.resize(7);
     EXPECT_THAT(opcodes,
                 ElementsAre(audioMasterVersion, audioMasterVersion, audioMasterGetOutputLatency,
                             audioMasterGetBlockSize, audioMasterUpdateDisplay, audioMasterBeginEdit,
                             audioMasterEndEdit));
-    EXPECT_EQ(host.calls()[0].effect, nullptr);
-    EXPECT_EQ(host.calls()[1].effect, nullptr);
     for (std::size_t i = 2; i < 7; ++i)
         EXPECT_EQ(host.calls()[i].effect, effect);
     EXPECT_EQ(host.calls()[5].index, 0);
@@ -134,6 +165,32 @@ TEST(PluginConstruction, AsksForNothingButWhatItNeeds) {
                 IsSubsetOf({VstInt32{audioMasterVersion}, VstInt32{audioMasterGetOutputLatency},
                             VstInt32{audioMasterGetBlockSize}, VstInt32{audioMasterUpdateDisplay},
                             VstInt32{audioMasterBeginEdit}, VstInt32{audioMasterEndEdit}}));
+}
+
+TEST(PluginSwitching, OnAsksForTheOutputLatencyAndThenTheBlockSize) {
+    PluginInstance plugin;
+    plugin.host.forgetCalls();
+    plugin.effect.dispatch(effMainsChanged, 0, 1);
+    EXPECT_THAT(opcodesHeard(plugin.host),
+                ElementsAre(audioMasterGetOutputLatency, audioMasterGetBlockSize));
+}
+
+TEST(PluginSwitching, OffAsksForTheOutputLatencyAndThenTheBlockSize) {
+    PluginInstance plugin;
+    plugin.effect.dispatch(effMainsChanged, 0, 1);
+    plugin.host.forgetCalls();
+    plugin.effect.dispatch(effMainsChanged, 0, 0);
+    EXPECT_THAT(opcodesHeard(plugin.host),
+                ElementsAre(audioMasterGetOutputLatency, audioMasterGetBlockSize));
+}
+
+TEST(PluginSwitching, NeverAsksForMidi) {
+    PluginInstance plugin;
+    plugin.effect.resume();
+    mirelon::test::processed(plugin.effect, StereoBuffer<float>(64));
+    plugin.effect.suspend();
+    plugin.effect.resume();
+    EXPECT_EQ(plugin.host.count(audioMasterWantMidi), 0U);
 }
 
 TEST(PluginInstances, AreIndependent) {

@@ -1,4 +1,5 @@
 // What a host learns about the plug-in and its parameters.
+#include "shell/capabilities.h"
 #include "tests/support/plugin.h"
 
 #include <gmock/gmock.h>
@@ -6,6 +7,8 @@
 
 #include <array>
 #include <cstring>
+#include <string>
+#include <string_view>
 
 namespace {
 
@@ -48,11 +51,18 @@ TEST(PluginIdentity, NamesItself) {
     EXPECT_EQ(plugin.effect.category(), kPlugCategMastering);
 }
 
+TEST(PluginCapabilities, AreThoseOfTheInterface) {
+    EXPECT_THAT(kPlugInCapabilities,
+                testing::ElementsAre("sendVstEvents", "sendVstMidiEvent", "receiveVstEvents",
+                                     "receiveVstMidiEvent", "receiveVstTimeInfo", "offline",
+                                     "midiProgramNames", "bypass"));
+}
+
 TEST(PluginIdentity, ClaimsNoCapability) {
     PluginInstance plugin;
-    for (const char* text :
-         {"sendVstEvents", "sendVstMidiEvent", "receiveVstEvents", "receiveVstMidiEvent",
-          "receiveVstTimeInfo", "offline", "midiProgramNames", "bypass", "", "anything else"})
+    for (const std::string_view capability : kPlugInCapabilities)
+        EXPECT_EQ(plugin.effect.canDo(std::string(capability)), 0) << capability;
+    for (const char* text : {"", "anything else"})
         EXPECT_EQ(plugin.effect.canDo(text), 0) << text;
 }
 
