@@ -7,6 +7,7 @@
 #include "resources/resources.h"
 
 #include <cmath>
+#include <exception>
 
 using namespace VSTGUI;
 using mirelon::RunLoop;
@@ -30,7 +31,11 @@ ADEditor::ADEditor(Mirelon& effect)
 }
 
 ADEditor::~ADEditor() {
-    ADEditor::close();
+    try {
+        ADEditor::close();
+    } catch (const std::exception&) {
+        return; // out of memory: the window stays, but the host goes on
+    }
 }
 
 void ADEditor::updateScale() {

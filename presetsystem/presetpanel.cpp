@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <exception>
 #include <string>
 #include <utility>
 
@@ -76,8 +77,12 @@ CPresetSystemEditor::CPresetSystemEditor(AudioEffect* effect)
 }
 
 CPresetSystemEditor::~CPresetSystemEditor() {
-    CPresetSystemEditor::storePathsAndFilenames();
     presetEffect().setEditorLink(nullptr);
+    try {
+        CPresetSystemEditor::storePathsAndFilenames();
+    } catch (const std::exception&) {
+        return; // out of memory: the folders and names are not remembered
+    }
 }
 
 bool CPresetSystemEditor::isOpenOnThisThread() const noexcept {
