@@ -4,6 +4,7 @@
 #include "editor/cpsrockerswitch.h"
 #include "editor/csaveloadbutton.h"
 #include "platform/toolkitconnection.h"
+#include "tests/editor/offscreendrawing.h"
 
 #include <algorithm>
 #include <array>
@@ -12,6 +13,7 @@
 #include <vector>
 
 using namespace VSTGUI;
+using mirelon::test::drawn;
 
 namespace {
 
@@ -35,21 +37,6 @@ SharedPointer<CBitmap> strip(int pictures, int before = 0, int above = 0) {
                                      : colours[static_cast<std::size_t>((y - above) / height)]);
         }
     return bitmap;
-}
-
-// The colours of a control's area, transparent where it draws nothing.
-std::vector<CColor> drawn(CControl& control) {
-    const auto context = COffscreenContext::create(CPoint(width, height));
-    context->beginDraw();
-    control.draw(context);
-    context->endDraw();
-    const auto pixels = owned(CBitmapPixelAccess::create(context->getBitmap()));
-    std::vector<CColor> all(static_cast<std::size_t>(width * height));
-    for (CColor& colour : all) {
-        pixels->getColor(colour);
-        ++*pixels;
-    }
-    return all;
 }
 
 // The picture that a control shows all over its area.

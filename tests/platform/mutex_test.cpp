@@ -66,13 +66,15 @@ TEST(Mutex, LockedOnceIsHeld) {
 }
 
 TEST(Mutex, LockedTwiceNeedsTwoUnlocks) {
-    XPlatMutex* mutex = XPlatCreateMutex();
-    XPlatLockMutex(mutex, 0);
-    XPlatLockMutex(mutex, 20);
-    XPlatUnlockMutex(mutex);
-    EXPECT_FALSE(isFree(mutex));
-    EXPECT_TRUE(isFree(mutex));
-    XPlatDeleteMutex(mutex);
+    for (const int secondTimeout : {0, 20}) {
+        XPlatMutex* mutex = XPlatCreateMutex();
+        XPlatLockMutex(mutex, 0);
+        XPlatLockMutex(mutex, secondTimeout);
+        XPlatUnlockMutex(mutex);
+        EXPECT_FALSE(isFree(mutex));
+        EXPECT_TRUE(isFree(mutex));
+        XPlatDeleteMutex(mutex);
+    }
 }
 
 TEST(Mutex, TimedLockOnAFreeMutexHoldsIt) {
