@@ -31,12 +31,12 @@ Arguments zenityArguments(const VSTGUI::PlatformFileSelectorConfig& config, bool
 }
 
 Arguments kdialogArguments(const VSTGUI::PlatformFileSelectorConfig& config, bool save) {
-    Arguments arguments{"--title", config.title.getString(),
-                        save ? "--getsavefilename" : "--getopenfilename"};
-    // Without a starting point it asks in the host's current folder.
-    if (const std::string start = startingPoint(config, save); !start.empty())
-        arguments.push_back(start);
-    return arguments;
+    std::string types;
+    for (const VSTGUI::PlatformFileExtension& type : config.extensions)
+        types += type.description.getString() + " (*." + type.extension.getString() + ");;";
+    // An empty starting point is the host's current folder.
+    return {"--title", config.title.getString(), save ? "--getsavefilename" : "--getopenfilename",
+            startingPoint(config, save), types + "All files (*)"};
 }
 
 // One absolute path a line; anything else the program may have said is none.

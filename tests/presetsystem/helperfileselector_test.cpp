@@ -66,14 +66,16 @@ TEST_F(FileDialog, AsksKdialogToOpen) {
         selector(Style::SelectFile, {program(HelperDialect::kdialog, "echo /a/b.dvp")});
     EXPECT_TRUE(dialog->runModal());
     EXPECT_EQ(dialog->getNumSelectedFiles(), 1U);
-    EXPECT_EQ(arguments(), "--title\nA title\n--getopenfilename\n/some/folder/\n");
+    EXPECT_EQ(arguments(), "--title\nA title\n--getopenfilename\n/some/folder/\n"
+                           "Dravik Preset (*.dvp);;All files (*)\n");
 }
 
 TEST_F(FileDialog, AsksKdialogToSave) {
     const auto dialog =
         selector(Style::SelectSaveFile, {program(HelperDialect::kdialog, "echo /a/b.dvp")});
     EXPECT_TRUE(dialog->runModal());
-    EXPECT_EQ(arguments(), "--title\nA title\n--getsavefilename\n/some/folder/my name.dvp\n");
+    EXPECT_EQ(arguments(), "--title\nA title\n--getsavefilename\n/some/folder/my name.dvp\n"
+                           "Dravik Preset (*.dvp);;All files (*)\n");
 }
 
 TEST_F(FileDialog, AsksTheFirstProgramThatIsThere) {
