@@ -3,6 +3,7 @@
 #include <array>
 #include <atomic>
 #include <chrono>
+#include <cstdint>
 #include <gtest/gtest.h>
 #include <thread>
 
@@ -66,7 +67,7 @@ TEST(Mutex, LockedOnceIsHeld) {
 }
 
 TEST(Mutex, LockedTwiceNeedsTwoUnlocks) {
-    for (const int secondTimeout : {0, 20}) {
+    for (const std::uint32_t secondTimeout : {0U, 20U}) {
         XPlatMutex* mutex = XPlatCreateMutex();
         XPlatLockMutex(mutex, 0);
         XPlatLockMutex(mutex, secondTimeout);
