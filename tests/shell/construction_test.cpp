@@ -1,11 +1,11 @@
 // Instances whose construction fails: memory runs out at each of the
 // allocations that it makes in turn.
 #include "shell/audioeffect.h"
+#include "tests/support/allocations.h"
 #include "tests/support/temporaryfolder.h"
 
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <cstdlib>
 #include <new>
 #include <vector>
@@ -13,49 +13,8 @@
 extern "C" AEffect* VSTPluginMain(audioMasterCallback audioMaster);
 extern "C" AEffect* main_macho(audioMasterCallback audioMaster);
 
-namespace {
-
-thread_local long allocationsToGo = 0; // until one of this thread's fails; 0: none does
-std::atomic<long> blocksInUse{0};
-
-void* allocated(std::size_t size, std::size_t alignment) {
-    if (allocationsToGo > 0 && --allocationsToGo == 0)
-        throw std::bad_alloc();
-    const std::size_t whole = (size + alignment - 1) / alignment * alignment;
-    void* block = std::aligned_alloc(alignment, whole != 0 ? whole : alignment);
-    if (block == nullptr)
-        throw std::bad_alloc();
-    ++blocksInUse;
-    return block;
-}
-
-void release(void* block) noexcept {
-    if (block == nullptr)
-        return;
-    --blocksInUse;
-    std::free(block);
-}
-
-} // namespace
-
-void* operator new(std::size_t size) {
-    return allocated(size, __STDCPP_DEFAULT_NEW_ALIGNMENT__);
-}
-void* operator new(std::size_t size, std::align_val_t alignment) {
-    return allocated(size, static_cast<std::size_t>(alignment));
-}
-void operator delete(void* block) noexcept {
-    release(block);
-}
-void operator delete(void* block, std::size_t) noexcept {
-    release(block);
-}
-void operator delete(void* block, std::align_val_t) noexcept {
-    release(block);
-}
-void operator delete(void* block, std::size_t, std::align_val_t) noexcept {
-    release(block);
-}
+using mirelon::test::AtAllocation;
+using mirelon::test::blocksInUse;
 
 namespace {
 
@@ -80,20 +39,21 @@ struct Attempt {
 template <typename Build>
 Attempt attempt(Build build, long failing) {
     Attempt result;
-    const long before = blocksInUse;
+    const long before = blocksInUse();
     AEffect* effect = nullptr;
-    allocationsToGo = failing;
-    try {
-        effect = build();
-    } catch (const std::bad_alloc&) {
-        result.threw = true;
+    {
+        const AtAllocation outOfMemory(failing, [](void*) { throw std::bad_alloc(); });
+        try {
+            effect = build();
+        } catch (const std::bad_alloc&) {
+            result.threw = true;
+        }
+        result.allocationFailed = outOfMemory.reached();
     }
-    result.allocationFailed = allocationsToGo == 0;
-    allocationsToGo = 0;
     result.made = effect != nullptr;
     if (effect != nullptr)
         close(effect);
-    result.blocksLeft = blocksInUse - before;
+    result.blocksLeft = blocksInUse() - before;
     return result;
 }
 
