@@ -114,7 +114,7 @@ class CPresetSystemEditor : public VSTGUI::AEffGUIEditor,
 
   private:
     bool isOpenOnThisThread() const noexcept;
-    void markBank() noexcept; // the same for the bank and its names
+    void markBank() noexcept; // as markParameter, for the bank and its names
     void addPanel();
     void showName(const mirelon::PresetName& name);
     void showBank();
