@@ -1,7 +1,7 @@
 // What the benchmarks process.
 #pragma once
 
-#include "processor/stereocore.h"
+#include "processor/core/stereocore.h"
 
 #include <string_view>
 #include <vector>

@@ -6,7 +6,7 @@
 #include "editor/myframe.h"
 #include "platform/runloop.h"
 #include "presetsystem/cpresetsystemeditor.h"
-#include "processor/parameters.h"
+#include "processor/core/parameters.h"
 
 #include <array>
 #include <memory>

@@ -3,8 +3,8 @@
 #pragma once
 
 #include "platform/toolkit.h"
-#include "processor/displaytext.h"
-#include "processor/parameters.h"
+#include "processor/core/displaytext.h"
+#include "processor/core/parameters.h"
 #include "resources/resources.h"
 
 #include <array>

@@ -1,8 +1,8 @@
 #include "processor/mirelon.h"
 
-#include "processor/displaytext.h"
+#include "processor/core/displaytext.h"
+#include "processor/core/factorypresets.h"
 #include "processor/editorfactory.h"
-#include "processor/factorypresets.h"
 
 #include <algorithm>
 #include <bit>

@@ -3,8 +3,8 @@
 #pragma once
 
 #include "presetsystem/cpresetsystemeffect.h"
-#include "processor/sharedcoefficients.h"
-#include "processor/stereocore.h"
+#include "processor/core/sharedcoefficients.h"
+#include "processor/core/stereocore.h"
 
 #include <array>
 #include <atomic>

@@ -1,7 +1,7 @@
 // Tests that run once for each version of the loop.
 #pragma once
 
-#include "processor/stereokernels.h"
+#include "processor/core/stereokernels.h"
 
 #include <gtest/gtest.h>
 

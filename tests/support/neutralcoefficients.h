@@ -1,6 +1,6 @@
 #pragma once
 
-#include "processor/coefficients.h"
+#include "processor/core/coefficients.h"
 
 namespace mirelon {
 

@@ -1,7 +1,7 @@
 // Coefficients that one thread writes while another reads.
 #pragma once
 
-#include "processor/coefficients.h"
+#include "processor/core/coefficients.h"
 
 #include <array>
 #include <atomic>

@@ -1,4 +1,4 @@
-#include "processor/denormallimit.h"
+#include "processor/core/denormallimit.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // The two meter readings.
-#include "processor/stereocore.h"
+#include "processor/core/stereocore.h"
 
 #include <cmath>
 

@@ -1,6 +1,6 @@
 // The front of the stereo core: which version of the loop runs, and under which
 // conditions.
-#include "processor/stereokernels.h"
+#include "processor/core/stereokernels.h"
 
 #include <cmath>
 #include <cstdint>

@@ -1,5 +1,5 @@
 // Which versions of the loop there are, and which one is run.
-#include "processor/stereokernels.h"
+#include "processor/core/stereokernels.h"
 #include "tests/support/neutralcoefficients.h"
 #include "tests/support/signals.h"
 

@@ -9,7 +9,7 @@
 // with them.
 #pragma once
 
-#include "processor/stereokernels.h"
+#include "processor/core/stereokernels.h"
 
 namespace mirelon::kernels {
 namespace {

@@ -5,8 +5,8 @@
 // bounded cost. Local to the file that includes it.
 #pragma once
 
-#include "processor/denormallimit.h"
-#include "processor/stereomatrix.h"
+#include "processor/core/denormallimit.h"
+#include "processor/core/stereomatrix.h"
 
 namespace mirelon::kernels {
 namespace {

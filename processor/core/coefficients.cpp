@@ -1,4 +1,4 @@
-#include "processor/coefficients.h"
+#include "processor/core/coefficients.h"
 
 #include <cmath>
 

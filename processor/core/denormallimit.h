@@ -3,7 +3,7 @@
 // it is compiled for.
 #pragma once
 
-#include "processor/coefficients.h"
+#include "processor/core/coefficients.h"
 
 namespace mirelon::kernels {
 namespace {

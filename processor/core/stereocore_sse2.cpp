@@ -1,6 +1,6 @@
 // The loop for any x86-64 processor, fused steps without fused instructions.
-#include "processor/stereolanes_sse2.h"
-#include "processor/stereoloop.h"
+#include "processor/core/stereolanes_sse2.h"
+#include "processor/core/stereoloop.h"
 
 namespace mirelon::kernels {
 namespace {

@@ -1,5 +1,5 @@
 // The display texts at the ends of their formats.
-#include "processor/displaytext.h"
+#include "processor/core/displaytext.h"
 
 #include <gtest/gtest.h>
 #include <string>

@@ -3,7 +3,7 @@
 // rounding errors are computed as well.
 #pragma once
 
-#include "processor/exactfma.h"
+#include "processor/core/exactfma.h"
 
 #include <emmintrin.h>
 

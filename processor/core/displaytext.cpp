@@ -1,4 +1,4 @@
-#include "processor/displaytext.h"
+#include "processor/core/displaytext.h"
 
 #include <algorithm>
 #include <array>

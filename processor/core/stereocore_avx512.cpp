@@ -1,6 +1,6 @@
 // The loop on 256-bit registers with AVX-512's three-operand logic.
-#include "processor/stereolanes_avx.h"
-#include "processor/stereoloop.h"
+#include "processor/core/stereolanes_avx.h"
+#include "processor/core/stereoloop.h"
 
 namespace mirelon::kernels {
 namespace {

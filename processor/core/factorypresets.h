@@ -2,7 +2,7 @@
 #pragma once
 
 #include "presetsystem/presetrecord.h"
-#include "processor/parameters.h"
+#include "processor/core/parameters.h"
 
 #include <string_view>
 

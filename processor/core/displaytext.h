@@ -6,7 +6,7 @@
 // text is for all values that others are not for, NaN has it too: "C", "-oo dB".
 #pragma once
 
-#include "processor/coefficients.h"
+#include "processor/core/coefficients.h"
 
 // `value` with `digits` decimals, at most eight characters in all. Rounds half
 // away from zero (with 0.49999 as the threshold) and cuts. With digits below 0

@@ -2,7 +2,7 @@
 // of them this machine runs. For the core, its tests and its benchmarks.
 #pragma once
 
-#include "processor/stereocore.h"
+#include "processor/core/stereocore.h"
 
 #include <span>
 

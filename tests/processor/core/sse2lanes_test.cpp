@@ -1,7 +1,7 @@
 // What the versions' common tests cannot see of the 128-bit registers: it would
 // cost time, or show in one of many billions of samples.
 #if defined(__x86_64__)
-#include "processor/stereolanes_sse2.h"
+#include "processor/core/stereolanes_sse2.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "processor/exactfma.h"
+#include "processor/core/exactfma.h"
 #include "tests/support/signals.h"
 
 #include <gtest/gtest.h>

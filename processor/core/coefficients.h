@@ -1,7 +1,7 @@
 // What the audio path multiplies with, and how normalised values become it.
 #pragma once
 
-#include "processor/parameters.h"
+#include "processor/core/parameters.h"
 
 namespace mirelon {
 

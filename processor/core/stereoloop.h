@@ -3,7 +3,7 @@
 // instruction sets; local to the file that includes it, after the registers.
 #pragma once
 
-#include "processor/stereodenormals.h"
+#include "processor/core/stereodenormals.h"
 
 namespace mirelon::kernels {
 namespace {

@@ -2,7 +2,7 @@
 // that the meters read. Plain functions over plain data.
 #pragma once
 
-#include "processor/coefficients.h"
+#include "processor/core/coefficients.h"
 
 namespace mirelon {
 

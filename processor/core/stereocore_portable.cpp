@@ -1,5 +1,5 @@
 // The plain loop: the arithmetic as it is defined, one frame after the other.
-#include "processor/stereokernels.h"
+#include "processor/core/stereokernels.h"
 
 #include <cmath>
 

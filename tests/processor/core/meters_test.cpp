@@ -1,4 +1,4 @@
-#include "processor/stereocore.h"
+#include "processor/core/stereocore.h"
 #include "tests/support/referenceprocessor.h"
 #include "tests/support/signals.h"
 

@@ -1,4 +1,4 @@
-#include "processor/stereocore.h"
+#include "processor/core/stereocore.h"
 #include "tests/support/guardedbuffer.h"
 #include "tests/support/neutralcoefficients.h"
 #include "tests/support/referenceprocessor.h"

@@ -2,7 +2,7 @@
 // file defines for its instruction set. Local to that file.
 #pragma once
 
-#include "processor/stereofollowers.h"
+#include "processor/core/stereofollowers.h"
 
 namespace mirelon::kernels {
 namespace {

@@ -1,6 +1,6 @@
 // The loop on AVX2 and FMA.
-#include "processor/stereolanes_avx.h"
-#include "processor/stereoloop.h"
+#include "processor/core/stereolanes_avx.h"
+#include "processor/core/stereoloop.h"
 
 namespace mirelon::kernels {
 namespace {
