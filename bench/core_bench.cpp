@@ -15,7 +15,7 @@ enum class Mode { processing, through };
 Coefficients coefficientsFor(Mode mode) {
     constexpr float values[] = {0.6F, 0.45F, 0.55F, 0.4F, 0.6F, 1.0F, 0.0F, 0.0F, 1.0F};
     Coefficients coefficients;
-    for (VstInt32 i = 0; i < kNumParams; ++i)
+    for (int i = 0; i < kNumParams; ++i)
         applyParameter(coefficients, i, values[i]);
     applyParameter(coefficients, kParamProcess, mode == Mode::processing ? 1.0F : 0.0F);
     return coefficients;

@@ -18,6 +18,10 @@ constexpr std::string_view effectName = "Dravik Mirelon";
 constexpr std::string_view productName = "Mirelon";
 constexpr std::string_view vendorDomain = "dravik.example";
 
+// A preset record has room for what the core makes, and the bank is filled.
+static_assert(kNumPresetParams == kNumParams);
+static_assert(kNumPresets == mirelon::factoryPresets.size());
+
 void copyText(std::string_view source, char* text) {
     std::memcpy(text, source.data(), source.size());
     text[source.size()] = '\0';

@@ -31,7 +31,7 @@ float linearGain(float v) noexcept {
 
 } // namespace
 
-void applyParameter(Coefficients& coefficients, VstInt32 index, float value) noexcept {
+void applyParameter(Coefficients& coefficients, int index, float value) noexcept {
     switch (index) {
     case kParamWidth:
         applyWidth(coefficients, value);
@@ -66,7 +66,7 @@ void applyParameter(Coefficients& coefficients, VstInt32 index, float value) noe
     }
 }
 
-float workingValue(const Coefficients& coefficients, VstInt32 index) noexcept {
+float workingValue(const Coefficients& coefficients, int index) noexcept {
     switch (index) {
     case kParamWidth:
         return coefficients.widthSide;

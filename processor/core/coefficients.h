@@ -26,10 +26,10 @@ struct Coefficients {
 // Recomputes the values that parameter `index` governs from its normalised
 // value, and no others. An index outside the table changes nothing; any value,
 // NaN and infinities included, is defined (a switch is on at 0.5 or more).
-void applyParameter(Coefficients& coefficients, VstInt32 index, float value) noexcept;
+void applyParameter(Coefficients& coefficients, int index, float value) noexcept;
 
 // The one value that stands for a parameter in its own unit; 0 for an index
 // outside the table.
-float workingValue(const Coefficients& coefficients, VstInt32 index) noexcept;
+float workingValue(const Coefficients& coefficients, int index) noexcept;
 
 } // namespace mirelon

@@ -194,7 +194,7 @@ void positionDisplay(float value, char* text) noexcept {
 
 } // namespace
 
-void parameterDisplay(VstInt32 index, float value, const Coefficients& coefficients,
+void parameterDisplay(int index, float value, const Coefficients& coefficients,
                       char* text) noexcept {
     const auto choose = [text](float state, std::string_view on, std::string_view off) {
         copyText(state >= 0.5F ? on : off, text);

@@ -35,7 +35,7 @@ namespace mirelon {
 
 // What a host shows beside parameter `index`, from its normalised value and
 // the working switches. An index outside the table leaves the text untouched.
-void parameterDisplay(VstInt32 index, float value, const Coefficients& coefficients,
+void parameterDisplay(int index, float value, const Coefficients& coefficients,
                       char* text) noexcept;
 
 } // namespace mirelon

@@ -1,23 +1,23 @@
 // The eleven presets that the product comes with.
 #pragma once
 
-#include "presetsystem/presetrecord.h"
 #include "processor/core/parameters.h"
 
+#include <array>
 #include <string_view>
 
 namespace mirelon {
 
+using ParameterValues = std::array<float, kNumParams>;
+
 struct FactoryPreset {
     std::string_view name;
-    PresetValues values; // normalised, in parameter order
+    ParameterValues values; // normalised, in parameter order
 };
-
-static_assert(kNumPresetParams == kNumParams);
 
 // The spelling "balanse" and the swapped channels of the two balance presets
 // are part of the product's sound and stay.
-inline constexpr std::array<FactoryPreset, kNumPresets> factoryPresets{{
+inline constexpr std::array<FactoryPreset, 11> factoryPresets{{
     {"init", {0.5F, 0.5F, 0.5F, 0.5F, 0.5F, 1.0F, 0.0F, 0.0F, 0.0F}},
     {"extended width", {0.625F, 0.5F, 0.5F, 0.5F, 0.5F, 1.0F, 0.0F, 0.0F, 0.0F}},
     {"reduced width", {0.375F, 0.5F, 0.5F, 0.5F, 0.5F, 1.0F, 0.0F, 0.0F, 0.0F}},

@@ -1,12 +1,10 @@
 // The nine parameters: indices, names, labels, and what a host is told of them.
 #pragma once
 
-#include "shell/vst24.h"
-
 #include <array>
 #include <string_view>
 
-enum ParameterIndex : VstInt32 {
+enum ParameterIndex : int {
     kParamWidth,
     kParamGain,
     kParamBalance,
@@ -41,11 +39,11 @@ inline constexpr std::array<ParameterInfo, kNumParams> parameterTable{{
     {"-R", "    ", ParameterKind::onOff},
 }};
 
-constexpr bool isParameter(VstInt32 index) noexcept {
+constexpr bool isParameter(int index) noexcept {
     return index >= 0 && index < kNumParams;
 }
 
-constexpr const ParameterInfo& parameterInfo(VstInt32 index) noexcept {
+constexpr const ParameterInfo& parameterInfo(int index) noexcept {
     return parameterTable[static_cast<std::size_t>(index)];
 }
 

@@ -15,7 +15,7 @@ namespace mirelon {
 class SharedCoefficients {
   public:
     // Recomputes what parameter `index` governs. Any thread.
-    void apply(VstInt32 index, float value) noexcept {
+    void apply(int index, float value) noexcept {
         Coefficients fresh;
         applyParameter(fresh, index, value);
         for (std::size_t i = 0; i < fields.size(); ++i)
@@ -29,7 +29,7 @@ class SharedCoefficients {
 
   private:
     struct Field {
-        VstInt32 governedBy;
+        int governedBy;
         float Coefficients::*member;
     };
     static constexpr std::size_t fieldCount = sizeof(Coefficients) / sizeof(float);

@@ -18,7 +18,7 @@ using mirelon::workingValue;
 constexpr float nan = std::numeric_limits<float>::quiet_NaN();
 constexpr float infinity = std::numeric_limits<float>::infinity();
 
-Coefficients with(VstInt32 index, float value) {
+Coefficients with(int index, float value) {
     Coefficients coefficients;
     applyParameter(coefficients, index, value);
     return coefficients;
@@ -65,7 +65,7 @@ TEST(Coefficients, CentreMovesHalfTheWay) {
     EXPECT_EQ(with(kParamCenterPos, 1.0F).centerR, 0.5F);
 }
 
-class Switch : public testing::TestWithParam<VstInt32> {};
+class Switch : public testing::TestWithParam<int> {};
 INSTANTIATE_TEST_SUITE_P(Every, Switch,
                          testing::Values(kParamProcess, kParamPhase, kParamInvertL, kParamInvertR));
 
@@ -91,8 +91,8 @@ TEST_P(Switch, IsZeroOrOneWhateverIsSent) {
 
 TEST(Coefficients, OutsideTheTableChangeNothingAndReadZero) {
     const Coefficients before = with(kParamGain, 0.7F);
-    for (const VstInt32 index :
-         {-1, 9, 10, std::numeric_limits<VstInt32>::min(), std::numeric_limits<VstInt32>::max()}) {
+    for (const int index :
+         {-1, 9, 10, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()}) {
         Coefficients after = before;
         applyParameter(after, index, 0.25F);
         EXPECT_TRUE(identical(before, after)) << index;
@@ -101,13 +101,13 @@ TEST(Coefficients, OutsideTheTableChangeNothingAndReadZero) {
 }
 
 TEST(Coefficients, AParameterLeavesTheOthersAlone) {
-    for (VstInt32 index = 0; index < kNumParams; ++index) {
+    for (int index = 0; index < kNumParams; ++index) {
         Coefficients coefficients;
-        for (VstInt32 i = 0; i < kNumParams; ++i)
+        for (int i = 0; i < kNumParams; ++i)
             applyParameter(coefficients, i, 0.75F);
         const Coefficients before = coefficients;
         applyParameter(coefficients, index, 0.125F);
-        for (VstInt32 other = 0; other < kNumParams; ++other) {
+        for (int other = 0; other < kNumParams; ++other) {
             const bool same = workingValue(before, other) == workingValue(coefficients, other);
             EXPECT_EQ(same, other != index) << index << " changed " << other;
         }
@@ -130,7 +130,7 @@ TEST(Coefficients, AgreeWithTheReferenceToTheBit) {
     for (float value : values) {
         value = std::fabs(value);
         Coefficients ours;
-        for (VstInt32 i = 0; i < kNumParams; ++i)
+        for (int i = 0; i < kNumParams; ++i)
             applyParameter(ours, i, value);
         std::array<float, 9> all{};
         all.fill(value);

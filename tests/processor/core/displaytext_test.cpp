@@ -35,7 +35,7 @@ std::string converted(void (*converter)(float, char*) noexcept, float value) {
     return written([&](char* text) { converter(value, text); });
 }
 
-std::string shown(VstInt32 index, float value) {
+std::string shown(int index, float value) {
     mirelon::Coefficients coefficients;
     mirelon::applyParameter(coefficients, index, value);
     return written(
@@ -138,7 +138,7 @@ TEST(GainDisplay, IsInDecibels) {
 }
 
 TEST(PositionDisplay, HasABandInTheMiddle) {
-    for (const VstInt32 index : {kParamBalance, kParamStability, kParamCenterPos})
+    for (const int index : {kParamBalance, kParamStability, kParamCenterPos})
         for (const float value : {0.49F, 0.5F, 0.51F})
             EXPECT_EQ(shown(index, value), "C") << index << " " << value;
 }
@@ -175,9 +175,9 @@ TEST(ParameterDisplay, OfAnUnknownIndexLeavesTheBufferAlone) {
 }
 
 TEST(ParameterDisplay, OfValuesNoHostShouldSendIsDefined) {
-    for (const VstInt32 index : {kParamWidth, kParamGain})
+    for (const int index : {kParamWidth, kParamGain})
         EXPECT_EQ(shown(index, notANumber), untouched) << index;
-    for (const VstInt32 index : {kParamBalance, kParamStability, kParamCenterPos})
+    for (const int index : {kParamBalance, kParamStability, kParamCenterPos})
         EXPECT_EQ(shown(index, notANumber), "C") << index;
     EXPECT_EQ(shown(kParamWidth, infinite), untouched);
     EXPECT_EQ(shown(kParamBalance, infinite), untouched);

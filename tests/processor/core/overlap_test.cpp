@@ -36,7 +36,7 @@ constexpr std::array places{
 Coefficients someCoefficients() {
     Coefficients coefficients;
     constexpr std::array values{0.7F, 0.4F, 0.6F, 0.3F, 0.55F, 1.0F, 0.0F, 1.0F, 0.0F};
-    for (VstInt32 i = 0; i < kNumParams; ++i)
+    for (int i = 0; i < kNumParams; ++i)
         applyParameter(coefficients, i, values[static_cast<std::size_t>(i)]);
     return coefficients;
 }

@@ -35,11 +35,11 @@ class Pair {
     explicit Pair(float rate)
         : coefficient(envelopeCoefficient(rate)) {
         reference.setSampleRate(rate);
-        for (VstInt32 i = 0; i < kNumParams; ++i)
+        for (int i = 0; i < kNumParams; ++i)
             set(i, i <= kParamProcess ? 0.5F : 0.0F);
     }
 
-    void set(VstInt32 index, float value) {
+    void set(int index, float value) {
         applyParameter(coefficients, index, value);
         reference.setParameter(index, value);
     }
@@ -106,7 +106,7 @@ TYPED_TEST(StereoCore, AgreesWithTheReferenceOverSignalsSizesRatesAndParameterCh
         for (const std::size_t frames : sizes) {
             SCOPED_TRACE(frames);
             for (const auto aliasing : {Aliasing::none, Aliasing::inPlace, Aliasing::crossed}) {
-                for (VstInt32 i = 0; i < kNumParams; ++i)
+                for (int i = 0; i < kNumParams; ++i)
                     if (random() % 2 == 0)
                         pair.set(i, static_cast<float>(random() % 4096) / 4095.0F);
                 pair.run(signal, seed++, frames, aliasing);

@@ -25,7 +25,7 @@ constexpr Aliasing allAliasing[] = {Aliasing::none, Aliasing::inPlace, Aliasing:
 
 Coefficients anyParameters(std::mt19937& random) {
     Coefficients coefficients;
-    for (VstInt32 i = 0; i < kNumParams; ++i)
+    for (int i = 0; i < kNumParams; ++i)
         applyParameter(coefficients, i, static_cast<float>(random() % 1025) / 1024.0F);
     return coefficients;
 }
