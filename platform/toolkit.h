@@ -2,8 +2,6 @@
 // party's warnings do not drown our own.
 #pragma once
 
-#include "shell/audioeffectx.h"
-
 #include "vstgui/lib/vstguibase.h"
 
 #include "vstgui/lib/private/disabledeprecatedmessage.h"
@@ -11,6 +9,10 @@
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wconversion"
 #pragma GCC diagnostic ignored "-Wunused-parameter"
+// First: the binding knows the host's key codes, which the others would declare
+// a second time.
+#include "vstgui/plugin-bindings/aeffguieditor.h"
+
 #include "vstgui/lib/cfileselector.h"
 #include "vstgui/lib/coffscreencontext.h"
 #include "vstgui/lib/events.h"
@@ -18,5 +20,4 @@
 #include "vstgui/lib/platform/platform_x11.h"
 #include "vstgui/lib/platform/platformfactory.h"
 #include "vstgui/lib/vstguiinit.h"
-#include "vstgui/plugin-bindings/aeffguieditor.h"
 #pragma GCC diagnostic pop
