@@ -1,13 +1,10 @@
 // The front of the stereo core: which version of the loop runs, and under which
 // conditions.
+#include "processor/core/defaultarithmetic.h"
 #include "processor/core/stereokernels.h"
 
 #include <cmath>
 #include <cstdint>
-
-#if defined(__x86_64__)
-#include <xmmintrin.h>
-#endif
 
 namespace mirelon::kernels {
 namespace {
@@ -27,36 +24,6 @@ const Version& firstThatRuns() noexcept {
 
 // Chosen while the plug-in is being loaded, before any of it can be called.
 const Version& theChosen = firstThatRuns();
-
-// The arithmetic is that of round-to-nearest with denormals. A host that lets
-// its audio thread flush them, or round otherwise, finds its mode untouched
-// afterwards, and its audio the same as in any other host.
-class DefaultArithmetic {
-  public:
-#if defined(__x86_64__)
-    DefaultArithmetic() noexcept
-        : hosts(_mm_getcsr()) {
-        if ((hosts & ~sticky) != standard)
-            _mm_setcsr(standard | (hosts & sticky));
-    }
-    ~DefaultArithmetic() {
-        if ((hosts & ~sticky) != standard)
-            _mm_setcsr(hosts);
-    }
-
-  private:
-    static constexpr unsigned sticky = 0x3F;     // what has happened, not what shall
-    static constexpr unsigned standard = 0x1F80; // all exceptions masked, nothing flushed
-    unsigned hosts;
-#else
-    DefaultArithmetic() noexcept = default;
-    ~DefaultArithmetic() = default;
-#endif
-
-  public:
-    DefaultArithmetic(const DefaultArithmetic&) = delete;
-    DefaultArithmetic& operator=(const DefaultArithmetic&) = delete;
-};
 
 template <typename Sample>
 bool sameOrApart(const Sample* a, const Sample* b, std::uintptr_t bytes) noexcept {
