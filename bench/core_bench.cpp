@@ -1,6 +1,7 @@
 // Every version of the core's loop.
 #include "bench/groups.h"
 #include "bench/material.h"
+#include "processor/core/parameters.h"
 #include "processor/core/stereokernels.h"
 
 #include <benchmark/benchmark.h>

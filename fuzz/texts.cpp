@@ -1,6 +1,6 @@
 // Display texts: any bits as a value.
 #include "fuzz/input.h"
-#include "processor/core/displaytext.h"
+#include "processor/core/parameters.h"
 
 #include <array>
 

@@ -150,12 +150,12 @@ float Mirelon::getParameterValue(VstInt32 index) const {
 
 void Mirelon::getParameterLabel(VstInt32 index, char* label) {
     if (mirelon::isParameter(index))
-        copyText(mirelon::parameterInfo(index).label, label);
+        copyText(mirelon::parameterAt(index).label, label);
 }
 
 void Mirelon::getParameterName(VstInt32 index, char* text) {
     if (mirelon::isParameter(index))
-        copyText(mirelon::parameterInfo(index).name, text);
+        copyText(mirelon::parameterAt(index).name, text);
 }
 
 void Mirelon::getParameterDisplay(VstInt32 index, char* text) {
@@ -169,7 +169,7 @@ float Mirelon::getVu() {
 bool Mirelon::getParameterProperties(VstInt32 index, VstParameterProperties* properties) {
     if (!mirelon::isParameter(index))
         return false;
-    if (mirelon::parameterInfo(index).kind == mirelon::ParameterKind::continuous) {
+    if (mirelon::parameterAt(index).kind == mirelon::ParameterKind::continuous) {
         properties->flags = kVstParameterUsesFloatStep;
         properties->stepFloat = 1.0F / 256.0F;
         properties->smallStepFloat = 1.0F / 1024.0F;

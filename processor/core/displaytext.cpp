@@ -169,12 +169,25 @@ void strictStringConvert(float value, char* text) noexcept {
     stepStringConvert(value, text);
 }
 
-namespace mirelon {
-
+namespace mirelon::displays {
 namespace {
 
+void choose(float working, std::string_view on, std::string_view off, char* text) noexcept {
+    copyText(working >= 0.5F ? on : off, text);
+}
+
+} // namespace
+
+void width(float value, float, char* text) noexcept {
+    float2string2(value * value * 400.0F, 2, text);
+}
+
+void gain(float value, float, char* text) noexcept {
+    float2string2(static_cast<float>((static_cast<double>(value) - 0.5) * 24.0), 2, text);
+}
+
 // A position between right (0) and left (1), with a band in the middle.
-void positionDisplay(float value, char* text) noexcept {
+void position(float value, float, char* text) noexcept {
     const auto position = static_cast<double>(value);
     std::array<char, textSize> formed{};
     char side = 'C';
@@ -192,40 +205,16 @@ void positionDisplay(float value, char* text) noexcept {
     copyText({formed.data(), length + 1}, text);
 }
 
-} // namespace
-
-void parameterDisplay(int index, float value, const Coefficients& coefficients,
-                      char* text) noexcept {
-    const auto choose = [text](float state, std::string_view on, std::string_view off) {
-        copyText(state >= 0.5F ? on : off, text);
-    };
-    switch (index) {
-    case kParamWidth:
-        float2string2(value * value * 400.0F, 2, text);
-        break;
-    case kParamGain:
-        float2string2(static_cast<float>((static_cast<double>(value) - 0.5) * 24.0), 2, text);
-        break;
-    case kParamBalance:
-    case kParamStability:
-    case kParamCenterPos:
-        positionDisplay(value, text);
-        break;
-    case kParamProcess:
-        choose(coefficients.processOn, "On", "Off");
-        break;
-    case kParamPhase:
-        choose(coefficients.phaseOn, "On", "Off");
-        break;
-    case kParamInvertL:
-        choose(coefficients.invertL, "-L", "+L");
-        break;
-    case kParamInvertR:
-        choose(coefficients.invertR, "-R", "+R");
-        break;
-    default:
-        break;
-    }
+void onOff(float, float working, char* text) noexcept {
+    choose(working, "On", "Off", text);
 }
 
-} // namespace mirelon
+void polarityL(float, float working, char* text) noexcept {
+    choose(working, "-L", "+L", text);
+}
+
+void polarityR(float, float working, char* text) noexcept {
+    choose(working, "-R", "+R", text);
+}
+
+} // namespace mirelon::displays

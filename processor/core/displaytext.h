@@ -1,31 +1,31 @@
-// Parameter values as short texts, for hosts and for the editor's read-outs.
+// Numbers as the short texts that hosts and the editor's read-outs show.
 //
-// Every function writes a terminated text of at most 31 characters. A number
-// outside what the format can show, and NaN where a number would stand, leaves
-// the buffer untouched; the text appears in it only when it is whole. Where a
-// text is for all values that others are not for, NaN has it too: "C", "-oo dB".
+// What every function here promises: the text has at most 31 characters and is
+// terminated; it goes into the buffer complete or not at all. Where there is no
+// number that the format could take (too large, or NaN), the buffer keeps what it
+// held. Only a text that means "everything else", like "C" or "-oo dB", is also
+// that of NaN.
 #pragma once
 
-#include "processor/core/coefficients.h"
-
-// `value` with `digits` decimals, at most eight characters in all. Rounds half
-// away from zero (with 0.49999 as the threshold) and cuts. With digits below 0
-// nothing is cut. Above 99999999 or below -9999999: untouched.
+// Decimal notation, eight characters at the most, `digits` of them behind the
+// point (below 0: as many as there is room for). Ties, and what is within 0.00001
+// of one, go away from zero. Shows -9999999 to 99999999.
 void float2string2(float value, int digits, char* text) noexcept;
 
-// The rounding step of float2string2: moves `value` up by one unit of the last
-// kept decimal when what is to be cut is half a unit or more.
+// How float2string2 rounds before it cuts decimals off: a value whose surplus
+// makes up half of the last decimal that stays is moved one such decimal away from
+// zero, any other is returned as it is.
 double round(double value, int digits) noexcept;
 
-// Used by the editor's read-outs.
-void parameterNameStringConvert(float value, char* text) noexcept; // caption by index
+// The editor's read-outs.
+void parameterNameStringConvert(float value, char* text) noexcept; // caption by number
 void percentStringConvert(float value, char* text) noexcept;       // 1 is "100%"
-void dBStringConvert(float value, char* text) noexcept;            // linear gain
-// Left of the middle "L1" to "L50", right of it "R1" to "R50". The two sides
-// are scaled differently so that each starts at 1 just outside the middle.
+void dBStringConvert(float value, char* text) noexcept;            // of a linear gain
+// A position from right ("R50" at 0) over "C" to left ("L50" at 1). Each side has
+// a scale of its own, on which its numbers begin with 1 where "C" ends.
 void panoramaStringConvert(float value, char* text) noexcept;
 
-// For read-outs in other units.
+// Read-outs for other units; no control has one of these today.
 void frequencyStringConvert(float value, char* text) noexcept; // Hz
 void dampStringConvert(float value, char* text) noexcept;
 void stepStringConvert(float value, char* text) noexcept;
@@ -33,9 +33,18 @@ void strictStringConvert(float value, char* text) noexcept;
 
 namespace mirelon {
 
-// What a host shows beside parameter `index`, from its normalised value and
-// the working switches. An index outside the table leaves the text untouched.
-void parameterDisplay(int index, float value, const Coefficients& coefficients,
-                      char* text) noexcept;
+// A parameter's value as a host shows it, from the normalised value and the one in
+// the parameter's own unit.
+using Display = void (*)(float value, float working, char* text) noexcept;
 
+namespace displays {
+
+void width(float value, float working, char* text) noexcept;    // %
+void gain(float value, float working, char* text) noexcept;     // dB
+void position(float value, float working, char* text) noexcept; // "50R" to "50L"
+void onOff(float value, float working, char* text) noexcept;
+void polarityL(float value, float working, char* text) noexcept;
+void polarityR(float value, float working, char* text) noexcept;
+
+} // namespace displays
 } // namespace mirelon

@@ -1,10 +1,10 @@
 // Coefficients that one thread writes while another reads.
 #pragma once
 
-#include "processor/core/coefficients.h"
+#include "processor/core/parameters.h"
 
-#include <array>
 #include <atomic>
+#include <cstddef>
 #include <utility>
 
 namespace mirelon {
@@ -14,53 +14,40 @@ namespace mirelon {
 // moves.
 class SharedCoefficients {
   public:
-    // Recomputes what parameter `index` governs. Any thread.
+    // Recomputes what parameter `index` governs; nothing for an index outside the
+    // table. Any thread.
     void apply(int index, float value) noexcept {
-        Coefficients fresh;
-        applyParameter(fresh, index, value);
-        for (std::size_t i = 0; i < fields.size(); ++i)
-            if (fields[i].governedBy == index)
-                shared[i].store(fresh.*fields[i].member, std::memory_order_relaxed);
+        if (!isParameter(index))
+            return;
+        for (const Governed& governed : parameterAt(index).governs)
+            if (governed.coefficient != nullptr)
+                std::atomic_ref(shared.*governed.coefficient)
+                    .store(governed.law(value), std::memory_order_relaxed);
     }
 
     Coefficients snapshot() const noexcept {
-        return snapshotOf(std::make_index_sequence<fieldCount>());
+        return snapshotOf(std::make_index_sequence<kNumParams>());
     }
 
   private:
-    struct Field {
-        int governedBy;
-        float Coefficients::*member;
-    };
-    static constexpr std::size_t fieldCount = sizeof(Coefficients) / sizeof(float);
-    static constexpr std::array<Field, fieldCount> fields{{
-        {kParamWidth, &Coefficients::widthSide},
-        {kParamWidth, &Coefficients::widthNorm},
-        {kParamGain, &Coefficients::gainLin},
-        {kParamBalance, &Coefficients::balanceL},
-        {kParamBalance, &Coefficients::balanceR},
-        {kParamStability, &Coefficients::stabilityL},
-        {kParamStability, &Coefficients::stabilityR},
-        {kParamCenterPos, &Coefficients::centerL},
-        {kParamCenterPos, &Coefficients::centerR},
-        {kParamProcess, &Coefficients::processOn},
-        {kParamPhase, &Coefficients::phaseOn},
-        {kParamInvertL, &Coefficients::invertL},
-        {kParamInvertR, &Coefficients::invertR},
-    }};
-    static_assert(fields.back().member != nullptr);
-
-    using Shared = std::array<std::atomic<float>, fields.size()>;
-
     // Unrolled: once for every block, so a loop would show.
     template <std::size_t... i>
     Coefficients snapshotOf(std::index_sequence<i...>) const noexcept {
         Coefficients copy;
-        ((copy.*fields[i].member = shared[i].load(std::memory_order_relaxed)), ...);
+        ((load<parameterTable[i].governs[0].coefficient>(copy),
+          load<parameterTable[i].governs[1].coefficient>(copy)),
+         ...);
         return copy;
     }
 
-    Shared shared{};
+    template <float Coefficients::*coefficient>
+    void load(Coefficients& copy) const noexcept {
+        if constexpr (coefficient != nullptr)
+            copy.*coefficient =
+                std::atomic_ref(shared.*coefficient).load(std::memory_order_relaxed);
+    }
+
+    mutable Coefficients shared; // a reference to an atomic value is never constant
 };
 
 } // namespace mirelon

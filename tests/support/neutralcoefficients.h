@@ -1,6 +1,6 @@
 #pragma once
 
-#include "processor/core/coefficients.h"
+#include "processor/core/parameters.h"
 
 namespace mirelon {
 

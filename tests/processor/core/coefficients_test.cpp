@@ -1,4 +1,4 @@
-#include "processor/core/coefficients.h"
+#include "processor/core/parameters.h"
 #include "tests/support/referenceprocessor.h"
 #include "tests/support/signals.h"
 

@@ -1,4 +1,4 @@
-#include "processor/core/displaytext.h"
+#include "processor/core/parameters.h"
 
 #include <gtest/gtest.h>
 

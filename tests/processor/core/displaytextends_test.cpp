@@ -1,5 +1,5 @@
 // The display texts at the ends of their formats.
-#include "processor/core/displaytext.h"
+#include "processor/core/parameters.h"
 
 #include <gtest/gtest.h>
 #include <string>

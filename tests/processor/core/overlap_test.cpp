@@ -1,5 +1,6 @@
 // Buffers that overlap in part: frame by frame, each output is written after
 // both inputs of its frame have been read and before those of the next.
+#include "processor/core/parameters.h"
 #include "processor/core/stereokernels.h"
 
 #include <gtest/gtest.h>

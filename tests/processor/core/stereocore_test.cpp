@@ -1,3 +1,4 @@
+#include "processor/core/parameters.h"
 #include "processor/core/stereocore.h"
 #include "tests/support/guardedbuffer.h"
 #include "tests/support/neutralcoefficients.h"
