@@ -42,9 +42,9 @@ std::vector<Bar> barsOf(const Results& results) {
     add("plain follower chain", "reference/plain chain/512", bounds);
     add("Mirelon in a host, float", "plugin/float/512", ours);
     add("Mirelon in a host, double", "plugin/double/512", ours);
-    for (const char* const version : {"avx512", "avx2", "sse2", "portable"})
-        add(std::string("its core, ") + version,
-            std::string("core/") + version + "/float/processing/noise/512", ours);
+    for (const char* const kernel : {"avx512", "avx2", "sse2", "portable"})
+        add(std::string("its core, ") + kernel,
+            std::string("core/") + kernel + "/float/processing/noise/512", ours);
     for (const auto& [name, time] : results.startingWith("peer/"))
         add(name.substr(5), name, others);
     return bars;

@@ -52,18 +52,18 @@ void printHosted(const Results& results) {
 }
 
 void printCore(const Results& results) {
-    printHeading("The core's versions, ratios");
+    printHeading("The core's kernels, ratios");
     std::printf("%-36s%12s%12s%12s%12s%12s%12s\n", "", "noise 64", "noise 512", "mono", "silence",
                 "tail", "denormals");
-    for (const char* const version : {"avx512", "avx2", "sse2", "portable"})
+    for (const char* const kernel : {"avx512", "avx2", "sse2", "portable"})
         for (const char* const mode : {"processing", "pass-through"})
             for (const char* const precision : {"float", "double"}) {
                 const std::string name =
-                    std::string("core/") + version + "/" + precision + "/" + mode + "/";
+                    std::string("core/") + kernel + "/" + precision + "/" + mode + "/";
                 if (!results.time(name + "noise/512"))
                     continue;
                 std::printf("  %-34s",
-                            (std::string(version) + ", " + precision + ", " + mode).c_str());
+                            (std::string(kernel) + ", " + precision + ", " + mode).c_str());
                 printCell(results.ratio(name + "noise/64"));
                 for (const char* const material : {"noise", "mono", "silence", "tail", "denormals"})
                     printCell(results.ratio(name + material + "/512"));
@@ -78,11 +78,11 @@ void printBlockSizes(const Results& results) {
     for (const char* const frames : sizes)
         std::printf("%12s", frames);
     std::printf("\n");
-    for (const char* const version : {"avx512", "avx2", "sse2", "portable"}) {
-        const std::string name = "core/" + (version + coreFloat);
+    for (const char* const kernel : {"avx512", "avx2", "sse2", "portable"}) {
+        const std::string name = "core/" + (kernel + coreFloat);
         if (!results.time(name + "512"))
             continue;
-        std::printf("  %-34s", version);
+        std::printf("  %-34s", kernel);
         for (const char* const frames : sizes)
             printCell(results.ratio(name + frames));
         std::printf("\n");
@@ -114,11 +114,10 @@ void printGoals(const Results& results) {
     print("float in a host, blocks of 512", results.ratio("plugin/float/512"), 0.75);
     print("double in a host, blocks of 512", results.ratio("plugin/double/512"), 0.75);
     print("float in a host, blocks of 64", results.ratio("plugin/float/64"), 0.85);
-    for (const std::string version : {"avx512", "avx2"}) {
-        const std::string core = "core/" + version + "/float/";
-        print((version + ": silence").c_str(), results.ratio(core + "processing/silence/512"),
-              1.05);
-        print((version + ": pass-through").c_str(), results.ratio(core + "pass-through/noise/512"),
+    for (const std::string kernel : {"avx512", "avx2"}) {
+        const std::string core = "core/" + kernel + "/float/";
+        print((kernel + ": silence").c_str(), results.ratio(core + "processing/silence/512"), 1.05);
+        print((kernel + ": pass-through").c_str(), results.ratio(core + "pass-through/noise/512"),
               0.75);
     }
     print("without fused instructions", results.ratio("core/sse2" + coreFloat + "512"), 10.0);

@@ -1,4 +1,4 @@
-// Every version of the core's loop.
+// Every kernel of the core.
 #include "bench/groups.h"
 #include "bench/material.h"
 #include "processor/core/parameters.h"
@@ -11,7 +11,7 @@
 namespace mirelon::bench {
 namespace {
 
-enum class Mode { processing, through };
+enum class Mode { processing, passThrough };
 
 Coefficients coefficientsFor(Mode mode) {
     constexpr float values[] = {0.6F, 0.45F, 0.55F, 0.4F, 0.6F, 1.0F, 0.0F, 0.0F, 1.0F};
@@ -23,7 +23,7 @@ Coefficients coefficientsFor(Mode mode) {
 }
 
 template <typename Sample>
-void processBlocks(benchmark::State& state, const kernels::Version& version, Mode mode,
+void processBlocks(benchmark::State& state, const kernels::Kernel& kernel, Mode mode,
                    Material material) {
     const auto frames = static_cast<int>(state.range(0));
     StereoBuffers<Sample> audio(material, frames);
@@ -33,12 +33,12 @@ void processBlocks(benchmark::State& state, const kernels::Version& version, Mod
     for (auto _ : state) {
         if (material == Material::tail)
             followers = followersIn(material);
-        kernels::processWith<Sample>(version, {coefficients,
-                                               k,
-                                               followers,
-                                               {audio.leftIn.data(), audio.rightIn.data()},
-                                               {audio.leftOut.data(), audio.rightOut.data()},
-                                               frames});
+        kernels::processWith<Sample>(kernel, {coefficients,
+                                              k,
+                                              followers,
+                                              {audio.leftIn.data(), audio.rightIn.data()},
+                                              {audio.leftOut.data(), audio.rightOut.data()},
+                                              frames});
         benchmark::DoNotOptimize(readMeters(followers));
         benchmark::ClobberMemory();
     }
@@ -46,14 +46,14 @@ void processBlocks(benchmark::State& state, const kernels::Version& version, Mod
 }
 
 template <typename Sample>
-void registerVersion(const kernels::Version& version, const std::string& precision) {
-    for (const Mode mode : {Mode::processing, Mode::through})
+void registerKernel(const kernels::Kernel& kernel, const std::string& precision) {
+    for (const Mode mode : {Mode::processing, Mode::passThrough})
         for (const Material material : allMaterial) {
-            const std::string name = std::string("core/") + version.name + "/" + precision + "/" +
+            const std::string name = std::string("core/") + kernel.name + "/" + precision + "/" +
                                      (mode == Mode::processing ? "processing" : "pass-through") +
                                      "/" + std::string(nameOf(material));
-            const auto function = [&version, mode, material](benchmark::State& state) {
-                processBlocks<Sample>(state, version, mode, material);
+            const auto function = [&kernel, mode, material](benchmark::State& state) {
+                processBlocks<Sample>(state, kernel, mode, material);
             };
             benchmark::RegisterBenchmark(name.c_str(), function)->Arg(512);
             if (material == Material::noise)
@@ -65,11 +65,11 @@ void registerVersion(const kernels::Version& version, const std::string& precisi
 } // namespace
 
 void registerCore() {
-    for (const kernels::Version* version : kernels::versions()) {
-        if (!version->runsHere())
+    for (const kernels::Kernel* kernel : kernels::builtKernels()) {
+        if (!kernel->runsHere())
             continue;
-        registerVersion<float>(*version, "float");
-        registerVersion<double>(*version, "double");
+        registerKernel<float>(*kernel, "float");
+        registerKernel<double>(*kernel, "double");
     }
 }
 

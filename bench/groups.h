@@ -5,7 +5,7 @@
 namespace mirelon::bench {
 
 void registerReferences(); // copy, and the chains that bound the core
-void registerCore();       // every version of the core that runs here
+void registerCore();       // every kernel that runs here
 void registerInstances();  // the built plug-in as a host loads it
 void registerLv2Peers();   // those of the known peers that are installed
 void registerLadspaPeers();

@@ -1,4 +1,4 @@
-// The front of the stereo core: which version of the loop runs, and under which
+// The front of the stereo core: which kernel runs, and under which
 // conditions.
 #include "processor/core/defaultarithmetic.h"
 #include "processor/core/stereokernels.h"
@@ -10,20 +10,20 @@ namespace mirelon::kernels {
 namespace {
 
 #if defined(__x86_64__)
-constexpr const Version* all[] = {&avx512, &avx2, &sse2, &portable};
+constexpr const Kernel* all[] = {&avx512, &avx2, &sse2, &portable};
 #else
-constexpr const Version* all[] = {&portable};
+constexpr const Kernel* all[] = {&portable};
 #endif
 
-const Version& firstThatRuns() noexcept {
-    for (const Version* version : all)
-        if (version->runsHere())
-            return *version;
+const Kernel& firstThatRuns() noexcept {
+    for (const Kernel* kernel : all)
+        if (kernel->runsHere())
+            return *kernel;
     return portable;
 }
 
 // Chosen while the plug-in is being loaded, before any of it can be called.
-const Version& theChosen = firstThatRuns();
+const Kernel& theChosen = firstThatRuns();
 
 template <typename Sample>
 bool sameOrApart(const Sample* a, const Sample* b, std::uintptr_t bytes) noexcept {
@@ -44,45 +44,45 @@ bool mayBeGrouped(const Block<Sample>& block) noexcept {
            sameOrApart<Sample>(block.out.left, block.out.right, bytes);
 }
 
-void run(const Version& version, const Block<float>& block) noexcept {
-    version.processFloat(block);
+void run(const Kernel& kernel, const Block<float>& block) noexcept {
+    kernel.processFloat(block);
 }
-void run(const Version& version, const Block<double>& block) noexcept {
-    version.processDouble(block);
+void run(const Kernel& kernel, const Block<double>& block) noexcept {
+    kernel.processDouble(block);
 }
 
 } // namespace
 
-std::span<const Version* const> versions() noexcept {
+std::span<const Kernel* const> builtKernels() noexcept {
     return all;
 }
 
-const Version& chosen() noexcept {
+const Kernel& chosen() noexcept {
     return theChosen;
 }
 
 template <typename Sample>
-void processWith(const Version& version, const Block<Sample>& block) noexcept {
+void processWith(const Kernel& kernel, const Block<Sample>& block) noexcept {
     if (block.frames <= 0)
         return;
     const DefaultArithmetic arithmetic;
     if (mayBeGrouped(block)) {
-        run(version, block);
+        run(kernel, block);
         return;
     }
     // Buffers that overlap with a shift: one frame at a time, so that each sees
     // what the one before it has written.
     for (int i = 0; i < block.frames; ++i)
-        run(version, {block.coefficients,
-                      block.envelopeCoefficient,
-                      block.envelopes,
-                      {block.in.left + i, block.in.right + i},
-                      {block.out.left + i, block.out.right + i},
-                      1});
+        run(kernel, {block.coefficients,
+                     block.envelopeCoefficient,
+                     block.envelopes,
+                     {block.in.left + i, block.in.right + i},
+                     {block.out.left + i, block.out.right + i},
+                     1});
 }
 
-template void processWith(const Version&, const Block<float>&) noexcept;
-template void processWith(const Version&, const Block<double>&) noexcept;
+template void processWith(const Kernel&, const Block<float>&) noexcept;
+template void processWith(const Kernel&, const Block<double>&) noexcept;
 
 } // namespace mirelon::kernels
 

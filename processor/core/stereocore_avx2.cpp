@@ -12,6 +12,6 @@ bool hasAvx2() noexcept {
 
 } // namespace
 
-const Version avx2{"avx2", hasAvx2, process<float>, process<double>};
+const Kernel avx2{"avx2", hasAvx2, process<float>, process<double>};
 
 } // namespace mirelon::kernels

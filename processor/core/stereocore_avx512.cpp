@@ -14,6 +14,6 @@ bool hasAvx512() noexcept {
 
 } // namespace
 
-const Version avx512{"avx512", hasAvx512, process<float>, process<double>};
+const Kernel avx512{"avx512", hasAvx512, process<float>, process<double>};
 
 } // namespace mirelon::kernels

@@ -88,6 +88,6 @@ bool anywhere() noexcept {
 
 } // namespace
 
-const Version portable{"portable", anywhere, process<float>, process<double>};
+const Kernel portable{"portable", anywhere, process<float>, process<double>};
 
 } // namespace mirelon::kernels

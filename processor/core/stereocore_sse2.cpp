@@ -11,6 +11,6 @@ bool anywhere() noexcept {
 
 } // namespace
 
-const Version sse2{"sse2", anywhere, process<float>, process<double>};
+const Kernel sse2{"sse2", anywhere, process<float>, process<double>};
 
 } // namespace mirelon::kernels

@@ -3,6 +3,17 @@
 // and additions of denormals do not. So the group is computed where nothing is
 // denormal, and every result is rounded to what it would have been: same bits,
 // bounded cost. Local to the file that includes it.
+//
+// An example in double. The sample 5 * 2^-1074 is denormal; times the factor 0.3F,
+// which is 0.3000000119..., it is exactly 1.50000006 * 2^-1074, between two
+// neighbours, and has to become 2 * 2^-1074. So:
+//   2^600 times larger, the sample is      5 * 2^-474, a normal number
+//   times the factor                       1.50000006 * 2^-474, still one
+//   plus 2^-422, whose last bit is 2^-474  2^-422 + 2 * 2^-474: rounded as required
+//   less 2^-422                            2 * 2^-474, exactly
+//   2^600 times smaller                    2 * 2^-1074
+// A product that was rounded before it came to the third line could stand on a
+// half there that it does not have: what was lost decides then.
 #pragma once
 
 #include "processor/core/denormallimit.h"

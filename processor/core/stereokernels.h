@@ -1,4 +1,4 @@
-// Inside of the stereo core: the versions of its loop, one file each, and which
+// Inside of the stereo core: its kernels, one file each, and which
 // of them this machine runs. For the core, its tests and its benchmarks.
 #pragma once
 
@@ -29,7 +29,7 @@ template <>
 inline constexpr double flushOffset<double> = 1e-21;
 
 // A way to compute a block. All give the same bits.
-struct Version {
+struct Kernel {
     const char* name;
     bool (*runsHere)() noexcept; // whether this processor has the instructions
     void (*processFloat)(const Block<float>& block) noexcept;
@@ -37,22 +37,22 @@ struct Version {
 };
 
 // Plain C++ and std::fma: what the others are held to. Runs everywhere.
-extern const Version portable;
+extern const Kernel portable;
 #if defined(__x86_64__)
-extern const Version avx512; // 256-bit registers, AVX-512's masks and logic
-extern const Version avx2;   // AVX2 and FMA
-extern const Version sse2;   // any x86-64, fused steps without fused instructions
+extern const Kernel avx512; // 256-bit registers, AVX-512's masks and logic
+extern const Kernel avx2;   // AVX2 and FMA
+extern const Kernel sse2;   // any x86-64, fused steps without fused instructions
 #endif
 
-// Every version built for this architecture, the most demanding first.
-std::span<const Version* const> versions() noexcept;
+// Every kernel built for this architecture, the most demanding first.
+std::span<const Kernel* const> builtKernels() noexcept;
 
-// The version that processBlock runs: the first of those that run here. Chosen
+// The kernel that processBlock runs: the first of those that run here. Chosen
 // once, when the plug-in is loaded.
-const Version& chosen() noexcept;
+const Kernel& chosen() noexcept;
 
-// processBlock with a version of the caller's choice.
+// processBlock with a kernel of the caller's choice.
 template <typename Sample>
-void processWith(const Version& version, const Block<Sample>& block) noexcept;
+void processWith(const Kernel& kernel, const Block<Sample>& block) noexcept;
 
 } // namespace mirelon::kernels

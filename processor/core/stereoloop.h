@@ -48,11 +48,11 @@ template <>
 void dropTinyLevels(Levels<float>&) {} // no float is tiny in double
 
 template <typename Sample>
-class Through {
+class PassThrough {
     using L = Lanes<Sample>;
 
   public:
-    explicit Through(const Block<Sample>& block)
+    explicit PassThrough(const Block<Sample>& block)
         : keepTiny(tinyLevelsCount(block))
         , limit(L::all(static_cast<Sample>(0x1p-900))) {}
 
@@ -201,7 +201,7 @@ void process(const Block<Sample>& block) noexcept {
     if (block.coefficients.processOn >= 0.5F)
         run<Sample, Processing<Sample>>(block);
     else
-        run<Sample, Through<Sample>>(block);
+        run<Sample, PassThrough<Sample>>(block);
 }
 
 } // namespace

@@ -1,6 +1,6 @@
 // Steps whose exact result lies next to the middle between two numbers: rounded
 // twice, they would come out on the wrong side.
-#include "tests/support/kernelversions.h"
+#include "tests/support/kerneltest.h"
 #include "tests/support/neutralcoefficients.h"
 #include "tests/support/signals.h"
 
@@ -20,19 +20,19 @@ template <typename Sample>
 using Channels = std::pair<std::vector<Sample>, std::vector<Sample>>;
 
 template <typename Sample>
-Channels<Sample> processed(const Version& version, const Coefficients& c, Channels<Sample> audio,
+Channels<Sample> processed(const Kernel& kernel, const Coefficients& c, Channels<Sample> audio,
                            double k, Envelopes& followers) {
     auto& [left, right] = audio;
-    processWith<Sample>(version, {c,
-                                  k,
-                                  followers,
-                                  {left.data(), right.data()},
-                                  {left.data(), right.data()},
-                                  static_cast<int>(left.size())});
+    processWith<Sample>(kernel, {c,
+                                 k,
+                                 followers,
+                                 {left.data(), right.data()},
+                                 {left.data(), right.data()},
+                                 static_cast<int>(left.size())});
     return audio;
 }
 
-class Halfway : public VersionTest {
+class Halfway : public KernelTest {
   protected:
     template <typename Sample>
     static void expectSameOutput(const Coefficients& c, const Channels<Sample>& in) {
@@ -58,7 +58,7 @@ class Halfway : public VersionTest {
     static void stepsAFollower();
 };
 
-INSTANTIATE_TEST_SUITE_P(Of, Halfway, testing::ValuesIn(versionsToCompare()), versionName);
+INSTANTIATE_TEST_SUITE_P(Of, Halfway, testing::ValuesIn(kernelsToCompare()), kernelName);
 GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(Halfway);
 
 // The side signal is (1 + m 2^-a) 2^41 and the centre weight 1 + n 2^-b with odd m

@@ -96,7 +96,7 @@ TEST(Overlap, InPartStopsAtTheLastFrame) {
     EXPECT_EQ(memory[400 + frames], before[400 + frames]);
 }
 
-// How many frames each block had that a version of the loop was handed.
+// How many frames each block had that a kernel was handed.
 std::vector<int>& handedOver() {
     static std::vector<int> frameCounts;
     return frameCounts;
@@ -109,8 +109,8 @@ void record(const kernels::Block<Sample>& block) noexcept {
 
 template <typename Sample>
 std::vector<int> blocksFor(const Places& at, int count = frames) {
-    constexpr kernels::Version recorder{"recorder", []() noexcept { return true; }, record<float>,
-                                        record<double>};
+    constexpr kernels::Kernel recorder{"recorder", []() noexcept { return true; }, record<float>,
+                                       record<double>};
     Memory<Sample> memory = filled<Sample>();
     Sample* const base = memory.data();
     const Coefficients coefficients = someCoefficients();
@@ -125,7 +125,7 @@ std::vector<int> blocksFor(const Places& at, int count = frames) {
     return handedOver();
 }
 
-// The fast versions of the loop take many frames at once, but never of a block
+// The fast kernels take many frames at once, but never of a block
 // whose next inputs would be overwritten.
 template <typename Sample>
 void expectWholeUnlessOverlapping() {

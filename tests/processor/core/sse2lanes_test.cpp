@@ -1,4 +1,4 @@
-// What the versions' common tests cannot see of the 128-bit registers: it would
+// What the kernels' common tests cannot see of the 128-bit registers: it would
 // cost time, or show in one of many billions of samples.
 #if defined(__x86_64__)
 #include "processor/core/stereolanes_sse2.h"

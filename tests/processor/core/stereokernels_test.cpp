@@ -1,6 +1,6 @@
-// Every version of the loop against the plain one, bit for bit.
+// Every kernel against the plain one, bit for bit.
 #include "tests/support/guardedbuffer.h"
-#include "tests/support/kernelversions.h"
+#include "tests/support/kerneltest.h"
 #include "tests/support/neutralcoefficients.h"
 #include "tests/support/signals.h"
 
@@ -73,13 +73,13 @@ class Audio {
     StereoOutput<Sample> out;
 };
 
-// One version and the plain one, each with its own followers, through the same
+// One kernel and the plain one, each with its own followers, through the same
 // blocks.
 template <typename Sample>
 class Race {
   public:
-    Race(const Version& version, const Envelopes& start, double coefficient)
-        : version(version)
+    Race(const Kernel& kernel, const Envelopes& start, double coefficient)
+        : kernel(kernel)
         , k(coefficient)
         , ours(start)
         , plain(start) {}
@@ -91,7 +91,7 @@ class Race {
         a.fill(signal, seed);
         b.fill(signal, seed);
         const auto count = static_cast<int>(frames);
-        processWith<Sample>(version, {coefficients, k, ours, a.in, a.out, count});
+        processWith<Sample>(kernel, {coefficients, k, ours, a.in, a.out, count});
         processWith<Sample>(portable, {coefficients, k, plain, b.in, b.out, count});
         for (std::size_t c = 0; c < 4; ++c)
             for (std::size_t i = 0; i < frames; ++i)
@@ -106,7 +106,7 @@ class Race {
     }
 
   private:
-    const Version& version;
+    const Kernel& kernel;
     double k;
     Envelopes ours;
     Envelopes plain;
@@ -121,7 +121,7 @@ std::vector<std::size_t> sizes() {
     return all;
 }
 
-class EveryVersion : public VersionTest {
+class EveryKernel : public KernelTest {
   protected:
     template <typename Sample>
     void agreesOverSizesSignalsAndAliasing();
@@ -139,11 +139,11 @@ class EveryVersion : public VersionTest {
     void agreesOnTinyLevelsForAnyCoefficient();
 };
 
-INSTANTIATE_TEST_SUITE_P(Of, EveryVersion, testing::ValuesIn(versionsToCompare()), versionName);
-GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(EveryVersion);
+INSTANTIATE_TEST_SUITE_P(Of, EveryKernel, testing::ValuesIn(kernelsToCompare()), kernelName);
+GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(EveryKernel);
 
 template <typename Sample>
-void EveryVersion::agreesOverSizesSignalsAndAliasing() {
+void EveryKernel::agreesOverSizesSignalsAndAliasing() {
     std::mt19937 random(1);
     unsigned seed = 0;
     for (const Signal signal : signals::allSignals) {
@@ -162,15 +162,15 @@ void EveryVersion::agreesOverSizesSignalsAndAliasing() {
         }
     }
 }
-TEST_P(EveryVersion, AgreesOverSizesSignalsAndAliasingInFloat) {
+TEST_P(EveryKernel, AgreesOverSizesSignalsAndAliasingInFloat) {
     agreesOverSizesSignalsAndAliasing<float>();
 }
-TEST_P(EveryVersion, AgreesOverSizesSignalsAndAliasingInDouble) {
+TEST_P(EveryKernel, AgreesOverSizesSignalsAndAliasingInDouble) {
     agreesOverSizesSignalsAndAliasing<double>();
 }
 
 template <typename Sample>
-void EveryVersion::agreesAtEveryAlignment() {
+void EveryKernel::agreesAtEveryAlignment() {
     constexpr std::size_t places = 64 / sizeof(Sample);
     for (const float processOn : {0.0F, 1.0F}) {
         Coefficients c = neutralCoefficients();
@@ -185,17 +185,17 @@ void EveryVersion::agreesAtEveryAlignment() {
             }
     }
 }
-TEST_P(EveryVersion, AgreesAtEveryAlignmentInFloat) {
+TEST_P(EveryKernel, AgreesAtEveryAlignmentInFloat) {
     agreesAtEveryAlignment<float>();
 }
-TEST_P(EveryVersion, AgreesAtEveryAlignmentInDouble) {
+TEST_P(EveryKernel, AgreesAtEveryAlignmentInDouble) {
     agreesAtEveryAlignment<double>();
 }
 
 // From audio through the region where the flush works to rest, and back, one
 // channel and both.
 template <typename Sample>
-void EveryVersion::agreesWhileTheFollowersSink() {
+void EveryKernel::agreesWhileTheFollowersSink() {
     for (const double k : {envelopeCoefficient(8000.0F), 1e-2, 0.3}) {
         Race<Sample> race(*GetParam(), {}, k);
         Coefficients c = neutralCoefficients();
@@ -210,15 +210,15 @@ void EveryVersion::agreesWhileTheFollowersSink() {
             race.run(c, Signal::noise, i, 999, {0, 0, 0, 0}, Aliasing::none);
     }
 }
-TEST_P(EveryVersion, AgreesWhileTheFollowersSinkInFloat) {
+TEST_P(EveryKernel, AgreesWhileTheFollowersSinkInFloat) {
     agreesWhileTheFollowersSink<float>();
 }
-TEST_P(EveryVersion, AgreesWhileTheFollowersSinkInDouble) {
+TEST_P(EveryKernel, AgreesWhileTheFollowersSinkInDouble) {
     agreesWhileTheFollowersSink<double>();
 }
 
 template <typename Sample>
-void EveryVersion::agreesFromAnyState() {
+void EveryKernel::agreesFromAnyState() {
     constexpr double coefficients[] = {0.0,  1.0,   -0.5,   3.0, 1e-310, 1e300, 0.5,
                                        1e-4, 1e-30, 0.9999, NAN, -1e-4,  2e-5};
     unsigned seed = 0;
@@ -241,15 +241,15 @@ void EveryVersion::agreesFromAnyState() {
         }
     }
 }
-TEST_P(EveryVersion, AgreesFromAnyStateInFloat) {
+TEST_P(EveryKernel, AgreesFromAnyStateInFloat) {
     agreesFromAnyState<float>();
 }
-TEST_P(EveryVersion, AgreesFromAnyStateInDouble) {
+TEST_P(EveryKernel, AgreesFromAnyStateInDouble) {
     agreesFromAnyState<double>();
 }
 
 template <typename Sample>
-void EveryVersion::agreesForAnyFactors() {
+void EveryKernel::agreesForAnyFactors() {
     std::mt19937 random(4);
     std::vector<float> factors(8);
     for (unsigned seed = 0; seed < 2000; ++seed) {
@@ -279,17 +279,17 @@ void EveryVersion::agreesForAnyFactors() {
         ASSERT_FALSE(HasFatalFailure()) << signals::nameOf(signal) << " " << seed;
     }
 }
-TEST_P(EveryVersion, AgreesForAnyFactorsInFloat) {
+TEST_P(EveryKernel, AgreesForAnyFactorsInFloat) {
     agreesForAnyFactors<float>();
 }
-TEST_P(EveryVersion, AgreesForAnyFactorsInDouble) {
+TEST_P(EveryKernel, AgreesForAnyFactorsInDouble) {
     agreesForAnyFactors<double>();
 }
 
 // A shifted output is read again as a later input: only frame by frame gives
 // the plain loop's result.
 template <typename Sample>
-void EveryVersion::agreesWhereBuffersOverlap() {
+void EveryKernel::agreesWhereBuffersOverlap() {
     constexpr std::size_t frames = 100;
     constexpr std::ptrdiff_t middle = 40;
     for (std::ptrdiff_t shift = -20; shift <= 20; ++shift)
@@ -303,14 +303,14 @@ void EveryVersion::agreesWhereBuffersOverlap() {
             Coefficients c = neutralCoefficients();
             // Less than 1, or the feedback would run away.
             applyParameter(c, kParamWidth, 0.45F);
-            const auto run = [&](const Version& version, std::vector<Sample>& l,
+            const auto run = [&](const Kernel& kernel, std::vector<Sample>& l,
                                  std::vector<Sample>& r) {
                 Envelopes followers;
                 const StereoInput<Sample> in{l.data() + middle, r.data() + middle};
                 StereoOutput<Sample> out{l.data() + middle + shift, r.data() + middle + shift};
                 if (crossed)
                     std::swap(out.left, out.right);
-                processWith<Sample>(version,
+                processWith<Sample>(kernel,
                                     {c, 1e-3, followers, in, out, static_cast<int>(frames)});
                 return followers;
             };
@@ -322,15 +322,15 @@ void EveryVersion::agreesWhereBuffersOverlap() {
             ASSERT_EQ(ours.right, plain.right) << shift;
         }
 }
-TEST_P(EveryVersion, AgreesWhereBuffersOverlapInFloat) {
+TEST_P(EveryKernel, AgreesWhereBuffersOverlapInFloat) {
     agreesWhereBuffersOverlap<float>();
 }
-TEST_P(EveryVersion, AgreesWhereBuffersOverlapInDouble) {
+TEST_P(EveryKernel, AgreesWhereBuffersOverlapInDouble) {
     agreesWhereBuffersOverlap<double>();
 }
 
 // Whether a follower stays as it is in silence is not asked of any other level.
-TEST_P(EveryVersion, ATopLevelFollowerSinksInSilence) {
+TEST_P(EveryKernel, ATopLevelFollowerSinksInSilence) {
     for (const double k : {1e-3, 0.5, 1.0}) {
         Race<float> race(*GetParam(), {1.0, 1.0, 1.0, 1.0}, k);
         race.run(neutralCoefficients(), Signal::silence, 1, 40, {0, 0, 0, 0}, Aliasing::none);
@@ -340,7 +340,7 @@ TEST_P(EveryVersion, ATopLevelFollowerSinksInSilence) {
 // However small a level is, a coefficient that is no fraction can make something
 // of it.
 template <typename Sample>
-void EveryVersion::agreesOnTinyLevelsForAnyCoefficient() {
+void EveryKernel::agreesOnTinyLevelsForAnyCoefficient() {
     constexpr double huge = 1e300;
     constexpr double infinity = std::numeric_limits<double>::infinity();
     for (const double k : {huge, -huge, infinity, -infinity, -1e-3, 1.0, 0.0})
@@ -353,10 +353,10 @@ void EveryVersion::agreesOnTinyLevelsForAnyCoefficient() {
                 ASSERT_FALSE(HasFatalFailure()) << k << " " << signals::nameOf(signal);
             }
 }
-TEST_P(EveryVersion, AgreesOnTinyLevelsForAnyCoefficientInFloat) {
+TEST_P(EveryKernel, AgreesOnTinyLevelsForAnyCoefficientInFloat) {
     agreesOnTinyLevelsForAnyCoefficient<float>();
 }
-TEST_P(EveryVersion, AgreesOnTinyLevelsForAnyCoefficientInDouble) {
+TEST_P(EveryKernel, AgreesOnTinyLevelsForAnyCoefficientInDouble) {
     agreesOnTinyLevelsForAnyCoefficient<double>();
 }
 

@@ -1,6 +1,6 @@
 // Where a switch's working value turns: polarity and bypass from a half on, the
 // swap above it.
-#include "tests/support/kernelversions.h"
+#include "tests/support/kerneltest.h"
 #include "tests/support/neutralcoefficients.h"
 
 #include <utility>
@@ -10,7 +10,7 @@ namespace {
 
 using Frame = std::pair<float, float>;
 
-class SwitchValues : public VersionTest {
+class SwitchValues : public KernelTest {
   protected:
     // Left 0.75 and right 0.25 through one frame.
     static Frame output(const Coefficients& c) {
@@ -26,8 +26,9 @@ class SwitchValues : public VersionTest {
 };
 
 INSTANTIATE_TEST_SUITE_P(Of, SwitchValues,
-                         testing::ValuesIn(kernels::versions().begin(), kernels::versions().end()),
-                         versionName);
+                         testing::ValuesIn(kernels::builtKernels().begin(),
+                                           kernels::builtKernels().end()),
+                         kernelName);
 
 TEST_P(SwitchValues, PolarityTurnsAtAHalf) {
     Coefficients c = neutralCoefficients();

@@ -1,4 +1,4 @@
-// Which versions of the loop there are, and which one is run.
+// Which kernels there are, and which one is run.
 #include "processor/core/stereokernels.h"
 
 #include <gtest/gtest.h>
@@ -7,12 +7,12 @@ namespace {
 
 using namespace mirelon::kernels;
 
-TEST(Versions, AreDistinctAndThePlainOneIsTheLastResort) {
-    ASSERT_FALSE(versions().empty());
-    EXPECT_EQ(versions().back(), &portable);
+TEST(KernelChoice, AreDistinctAndThePlainOneIsTheLastResort) {
+    ASSERT_FALSE(builtKernels().empty());
+    EXPECT_EQ(builtKernels().back(), &portable);
     EXPECT_TRUE(portable.runsHere());
-    for (const Version* a : versions())
-        for (const Version* b : versions())
+    for (const Kernel* a : builtKernels())
+        for (const Kernel* b : builtKernels())
             if (a != b) {
                 EXPECT_STRNE(a->name, b->name);
                 EXPECT_NE(a->processFloat, b->processFloat);
@@ -20,18 +20,18 @@ TEST(Versions, AreDistinctAndThePlainOneIsTheLastResort) {
             }
 }
 
-TEST(Versions, TheChosenOneIsTheFirstThatRunsHere) {
-    for (const Version* version : versions()) {
-        if (version == &chosen())
+TEST(KernelChoice, TheChosenOneIsTheFirstThatRunsHere) {
+    for (const Kernel* kernel : builtKernels()) {
+        if (kernel == &chosen())
             break;
-        EXPECT_FALSE(version->runsHere()) << version->name;
+        EXPECT_FALSE(kernel->runsHere()) << kernel->name;
     }
     EXPECT_TRUE(chosen().runsHere());
-    RecordProperty("version", chosen().name);
+    RecordProperty("kernel", chosen().name);
 }
 
 #if defined(__x86_64__)
-TEST(Versions, APlainX86ProcessorHasOneOfItsOwn) {
+TEST(KernelChoice, APlainX86ProcessorHasOneOfItsOwn) {
     EXPECT_TRUE(sse2.runsHere());
     __builtin_cpu_init();
     if (__builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma"))

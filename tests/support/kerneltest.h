@@ -1,4 +1,4 @@
-// Tests that run once for each version of the loop.
+// Tests that run once for each kernel.
 #pragma once
 
 #include "processor/core/stereokernels.h"
@@ -9,15 +9,15 @@
 #include <vector>
 
 namespace mirelon::kernels {
-inline void PrintTo(const Version* version, std::ostream* out) {
-    *out << version->name;
+inline void PrintTo(const Kernel* kernel, std::ostream* out) {
+    *out << kernel->name;
 }
 } // namespace mirelon::kernels
 
 namespace mirelon {
 
 // Skips what this processor has no instructions for.
-class VersionTest : public testing::TestWithParam<const kernels::Version*> {
+class KernelTest : public testing::TestWithParam<const kernels::Kernel*> {
   protected:
     void SetUp() override {
         if (!GetParam()->runsHere())
@@ -26,14 +26,14 @@ class VersionTest : public testing::TestWithParam<const kernels::Version*> {
 };
 
 // All but the plain one, to which they are held.
-inline std::vector<const kernels::Version*> versionsToCompare() {
-    std::vector<const kernels::Version*> all(kernels::versions().begin(),
-                                             kernels::versions().end());
+inline std::vector<const kernels::Kernel*> kernelsToCompare() {
+    std::vector<const kernels::Kernel*> all(kernels::builtKernels().begin(),
+                                            kernels::builtKernels().end());
     std::erase(all, &kernels::portable);
     return all;
 }
 
-inline std::string versionName(const testing::TestParamInfo<const kernels::Version*>& info) {
+inline std::string kernelName(const testing::TestParamInfo<const kernels::Kernel*>& info) {
     return info.param->name;
 }
 
