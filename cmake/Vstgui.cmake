@@ -1,15 +1,24 @@
 # Target vstgui: the toolkit and its VST 2 editor binding as one static library.
 #
-# Without VSTGUI_ROOT the pinned sources are fetched into the build folder. A
-# checkout given by the user must have `final` taken off `class CFrame`
-# (vstgui/lib/cframe.h): the editor's frame derives from it.
+# Without VSTGUI_ROOT the pinned sources are fetched: once for all build folders
+# below build/, which the presets use, and into the build folder itself where
+# that lies elsewhere, so that the sources may be read-only. A checkout given by
+# the user must have `final` taken off `class CFrame` (vstgui/lib/cframe.h): the
+# editor's frame derives from it.
 if(VSTGUI_ROOT)
-  set(MIRELON_VSTGUI_DIR "${VSTGUI_ROOT}")
+  get_filename_component(MIRELON_VSTGUI_DIR "${VSTGUI_ROOT}" ABSOLUTE)
 else()
-  set(MIRELON_VSTGUI_DIR "${CMAKE_SOURCE_DIR}/build/vstgui-4.13.3")
+  set(_shared "${CMAKE_SOURCE_DIR}/build")
+  cmake_path(IS_PREFIX _shared "${CMAKE_BINARY_DIR}" NORMALIZE _is_shared)
+  if(_is_shared)
+    set(MIRELON_VSTGUI_DIR "${_shared}/vstgui-4.13.3")
+  else()
+    set(MIRELON_VSTGUI_DIR "${CMAKE_BINARY_DIR}/vstgui-4.13.3")
+  endif()
   execute_process(COMMAND "${CMAKE_SOURCE_DIR}/scripts/fetch-vstgui" "${MIRELON_VSTGUI_DIR}"
                   COMMAND_ERROR_IS_FATAL ANY)
 endif()
+message(STATUS "VSTGUI: ${MIRELON_VSTGUI_DIR}")
 file(STRINGS "${MIRELON_VSTGUI_DIR}/vstgui/lib/cframe.h" _cframe REGEX "^class CFrame ")
 if(NOT _cframe OR _cframe MATCHES "final")
   message(FATAL_ERROR "${MIRELON_VSTGUI_DIR}: not VSTGUI 4, or `class CFrame` is still final there")
@@ -28,8 +37,8 @@ target_include_directories(vstgui SYSTEM PUBLIC "${MIRELON_VSTGUI_DIR}"
   # The include names that the editor binding asks for, served by our shell.
   "${CMAKE_SOURCE_DIR}/shell/forward")
 target_include_directories(vstgui PRIVATE "${CMAKE_SOURCE_DIR}")
-# These change the layout of the toolkit's classes: whoever includes its headers
-# must see the same ones.
+# These change the layout of the toolkit's classes: all code that includes its
+# headers is compiled with the same ones.
 target_compile_definitions(vstgui PUBLIC
   NDEBUG RELEASE VSTGUI_ENABLE_DEPRECATED_METHODS=1 VSTGUI_OPENGL_SUPPORT=0)
 target_compile_options(vstgui PRIVATE -w -ffunction-sections -fdata-sections
