@@ -95,7 +95,7 @@ void drawPicture(const Results& results, const std::filesystem::path& file) {
     write(cairo, 20, 34, "Time of one stereo frame, noise, blocks of 512");
     cairo_set_font_size(cairo, 14);
     write(cairo, 20, 58, "as a ratio to the plain follower chain; logarithmic");
-    for (double decade = from; decade <= to; decade += 1.0) {
+    for (int decade = static_cast<int>(from); decade <= static_cast<int>(to); ++decade) {
         const double x = place(std::pow(10.0, decade));
         setColour(cairo, faint);
         cairo_rectangle(cairo, x, top - 8, 1, height - top - 10);

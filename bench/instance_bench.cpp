@@ -65,6 +65,7 @@ void audioThroughInstance(benchmark::State& state) {
 void instancesInTurn(benchmark::State& state) {
     StereoBuffers<float> audio(Material::noise, blockSize);
     std::vector<std::unique_ptr<Effect>> effects;
+    effects.reserve(static_cast<std::size_t>(state.range(0)));
     for (int i = 0; i < state.range(0); ++i)
         effects.push_back(runningInstance());
     for (auto _ : state)
