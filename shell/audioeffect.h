@@ -1,5 +1,5 @@
-// The effect base class: owns the effect record that the host holds, turns the
-// record's plain functions into virtual calls, and decodes the basic commands.
+// The base class of every effect: keeps the effect record, leads what a host calls
+// there to virtual operations, and answers the basic commands.
 #pragma once
 
 #include "shell/aeffeditor.h"
@@ -7,7 +7,7 @@
 
 #include <atomic>
 
-// One object of the most derived class is one plug-in instance.
+// The plug-in makes one object for every instance that a host asks for.
 //
 // Threads: the process functions, setParameter and getParameter are called on
 // the audio thread (and others), everything else on the host's command thread.
@@ -74,7 +74,8 @@ class AudioEffect {
     void masterIdle();
     bool isInputConnected(VstInt32 index);
     bool isOutputConnected(VstInt32 index);
-    // Ask the host; a positive answer replaces the stored value, which is returned.
+    // Both answer what is stored from then on: what the host says, or the value
+    // before when that is not positive.
     float updateSampleRate();
     VstInt32 updateBlockSize();
 
@@ -118,8 +119,8 @@ class AudioEffect {
     AEffect cEffect{};
 
   private:
-    // What the record points to. They find the effect through the record's
-    // `object` field; a null record or object, and any exception, answers 0.
+    // The record's functions, each for the effect that its `object` names; a null
+    // record or object, and any exception, answers 0.
     static VstIntPtr dispatchEffectClass(AEffect* e, VstInt32 opcode, VstInt32 index,
                                          VstIntPtr value, void* ptr, float opt) noexcept;
     static float getParameterClass(AEffect* e, VstInt32 index) noexcept;

@@ -7,11 +7,12 @@ class AudioEffectX : public AudioEffect {
   public:
     using AudioEffect::AudioEffect;
 
-    // Decodes opcodes 25 to 79 and hands every other to AudioEffect.
+    // Answers the commands from effProcessEvents on; the basic ones, and numbers
+    // that are no command, are AudioEffect's.
     VstIntPtr dispatcher(VstInt32 opcode, VstInt32 index, VstIntPtr value, void* ptr,
                          float opt) override;
 
-    // Asks the host for MIDI when the effect is a synth or claims to receive it.
+    // A synth, and an effect whose canDo claims MIDI input, asks the host for MIDI.
     void resume() override;
 
     void isSynth(bool state = true) { setFlag(effFlagsIsSynth, state); }
