@@ -3,12 +3,8 @@ install(TARGETS mirelon LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}/vst" COMPON
 install(FILES packaging/example.dravik.mirelon.metainfo.xml
         DESTINATION "${CMAKE_INSTALL_DATADIR}/metainfo" COMPONENT plugin)
 
-set(_pages README.md CHANGELOG.md docs/manual.md docs/formats.md docs/hosts.md)
-foreach(_page IN LISTS _pages)
-  if(EXISTS "${CMAKE_SOURCE_DIR}/${_page}")
-    install(FILES "${_page}" DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT docs)
-  endif()
-endforeach()
+install(FILES README.md CHANGELOG.md docs/manual.md docs/formats.md docs/hosts.md
+        DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT docs)
 
 # The man pages are the same text as the pages in docs/.
 find_program(LOWDOWN_EXECUTABLE lowdown DOC "Makes the man pages; without it there are none")

@@ -4,7 +4,6 @@
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
 #include <X11/extensions/XTest.h>
-#include <cairo.h>
 #include <cmath>
 #include <memory>
 #include <stdexcept>
@@ -83,16 +82,6 @@ std::pair<int, int> changedRows(const Pixels& before, const Pixels& after) {
     while (end > first && !differs(end - 1))
         --end;
     return {first, end};
-}
-
-void savePng(const Pixels& pixels, const std::filesystem::path& file) {
-    std::vector<std::uint32_t> data(pixels.rgb);
-    const std::unique_ptr<cairo_surface_t, decltype(&cairo_surface_destroy)> surface(
-        cairo_image_surface_create_for_data(reinterpret_cast<unsigned char*>(data.data()),
-                                            CAIRO_FORMAT_RGB24, pixels.width, pixels.height,
-                                            4 * pixels.width),
-        &cairo_surface_destroy);
-    cairo_surface_write_to_png(surface.get(), file.c_str());
 }
 
 void setScreenResources(std::string_view text) {

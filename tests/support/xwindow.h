@@ -4,7 +4,6 @@
 #include "tests/support/virtualdisplay.h"
 
 #include <cstdint>
-#include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -32,9 +31,6 @@ struct Pixels {
 // The rows from the first in which two pictures of one size differ to just after
 // the last; two equal numbers when there is none.
 std::pair<int, int> changedRows(const Pixels& before, const Pixels& after);
-
-// A picture file as it would look on `background` (0xRRGGBB).
-void savePng(const Pixels& pixels, const std::filesystem::path& file);
 
 // The X resource text that a desktop leaves on the screen for its programs.
 void setScreenResources(std::string_view text);
