@@ -65,21 +65,17 @@ RunLoop::User::~User() {
 
 bool RunLoop::addUser() {
     const auto held = lock();
-    if (users > 0 && !isOwnThread())
+    if (!thread.addUser())
         return false;
-    if (users++ == 0) {
-        owner.store(std::this_thread::get_id(), std::memory_order_release);
+    if (glibSource == 0)
         startGlibTrigger();
-    }
     return true;
 }
 
 void RunLoop::removeUser() {
     const auto held = lock();
-    if (--users > 0)
-        return;
-    stopGlibTrigger();
-    owner.store(std::thread::id{}, std::memory_order_release);
+    if (thread.removeUser())
+        stopGlibTrigger();
 }
 
 void RunLoop::startGlibTrigger() {

@@ -2,24 +2,18 @@
 // timers, driven by GLib's default main context and by the host's idle calls.
 #pragma once
 
+#include "platform/editorthread.h"
 #include "platform/timerschedule.h"
 #include "platform/toolkit.h"
 
-#include <atomic>
 #include <functional>
 #include <memory>
-#include <mutex>
-#include <thread>
 #include <vector>
 
 namespace mirelon {
 
-// One object for the process; it lives as long as the process does.
-//
-// The toolkit belongs to one thread at a time: the one that opened the first of
-// the editors that are open. Only pump, on that thread, calls into it. Whoever
-// enters an editor from the host (open, close, idle, news of the effect) holds
-// `lock` meanwhile, so that an editor may also be closed from another thread.
+// One object for the process; it lives as long as the process does. Only pump,
+// on the editors' thread, calls into the toolkit.
 //
 // Either trigger alone keeps the editors alive: a source on GLib's default
 // context (hosts that run it on another thread than the editors' are left
@@ -28,8 +22,8 @@ class RunLoop final : public VSTGUI::X11::IRunLoop, public VSTGUI::NonAtomicRefe
   public:
     static RunLoop& instance();
 
-    // Holds the loop for the calling thread while it exists; false when editors
-    // of another thread hold it.
+    // Keeps the calling thread the editors' and the loop served while it exists;
+    // false when the editors belong to another thread.
     class User {
       public:
         User();
@@ -42,20 +36,15 @@ class RunLoop final : public VSTGUI::X11::IRunLoop, public VSTGUI::NonAtomicRefe
         bool granted;
     };
 
-    using Hold = std::unique_lock<std::recursive_mutex>;
-    Hold lock() { return Hold(mutex); }
-    // Without waiting: holds nothing while another thread does.
-    Hold tryLock() noexcept { return Hold(mutex, std::try_to_lock); }
+    using Hold = EditorThread::Hold;
+    Hold lock() { return thread.lock(); }
+    Hold tryLock() noexcept { return thread.tryLock(); }
+    bool isOwnThread() const noexcept { return thread.isOwnThread(); }
 
     // Connects the toolkit to the display, once and for the life of the process:
     // the toolkit's drawing library does not survive a second connection. False
     // without a display, or when the connection has broken.
     bool connectToDisplay();
-
-    // Any thread, without a lock.
-    bool isOwnThread() const noexcept {
-        return owner.load(std::memory_order_acquire) == std::this_thread::get_id();
-    }
 
     // Serves everything that is due, without waiting. Does nothing on a thread
     // that does not own the loop, nor when called from inside itself.
@@ -96,9 +85,7 @@ class RunLoop final : public VSTGUI::X11::IRunLoop, public VSTGUI::NonAtomicRefe
         std::shared_ptr<std::function<void()>> tick;
     };
 
-    std::recursive_mutex mutex;
-    std::atomic<std::thread::id> owner{};
-    int users = 0;
+    EditorThread& thread = EditorThread::instance();
     bool pumping = false;
     bool connected = false;
     unsigned glibSource = 0;
