@@ -98,4 +98,39 @@ TEST(TimerSchedule, TheShortestIntervalIsANanosecond) {
     }
 }
 
+TEST(TimerSchedule, AsksForNothingWithoutTimers) {
+    TimerSchedule schedule;
+    EXPECT_EQ(schedule.next(), TimerSchedule::Clock::time_point::max());
+    schedule.remove(schedule.add(10ms, start));
+    EXPECT_EQ(schedule.next(), TimerSchedule::Clock::time_point::max());
+}
+
+TEST(TimerSchedule, AsksToBeServedWhenTheFirstTimerIsDue) {
+    TimerSchedule schedule;
+    schedule.add(20ms, start);
+    schedule.add(15ms, start);
+    EXPECT_EQ(schedule.next(), start + 15ms);
+    schedule.takeDue(start + 15ms);
+    EXPECT_EQ(schedule.next(), start + 20ms);
+    schedule.takeDue(start + 20ms);
+    EXPECT_EQ(schedule.next(), start + 30ms);
+}
+
+TEST(TimerSchedule, ATolerantTimerAsksForNothingOfItsOwnUntilItsToleranceIsOver) {
+    TimerSchedule schedule;
+    const Id tolerant = schedule.add(10ms, start, 8ms);
+    EXPECT_EQ(schedule.next(), start + 18ms);
+    const Id exact = schedule.add(15ms, start);
+    EXPECT_EQ(schedule.next(), start + 15ms);
+    EXPECT_EQ(schedule.takeDue(start + 15ms), (Ids{tolerant, exact}));
+}
+
+TEST(TimerSchedule, ATolerantTimerIsDueLikeAnyOther) {
+    TimerSchedule schedule;
+    const Id id = schedule.add(10ms, start, 8ms);
+    EXPECT_EQ(schedule.takeDue(start + 9ms), Ids{});
+    EXPECT_EQ(schedule.takeDue(start + 10ms), Ids{id});
+    EXPECT_EQ(schedule.next(), start + 28ms);
+}
+
 } // namespace
