@@ -16,9 +16,11 @@ void IdleTimerListener::tick() {
 
 IdleTimer::IdleTimer(VSTGUI::AEffGUIEditor* editor)
     : listener(std::make_shared<IdleTimerListener>(editor))
-    , timer(mirelon::RunLoop::instance().addTimer(
-          std::chrono::duration_cast<mirelon::TimerSchedule::Clock::duration>(idleInterval),
-          [target = listener] { target->tick(); })) {}
+    , timer(loopUser ? mirelon::RunLoop::instance().addTimer(
+                           std::chrono::duration_cast<mirelon::TimerSchedule::Clock::duration>(
+                               idleInterval),
+                           [target = listener] { target->tick(); })
+                     : mirelon::TimerSchedule::Id{}) {}
 
 IdleTimer::~IdleTimer() {
     listener->editor = nullptr;

@@ -121,15 +121,29 @@ TEST_F(IdleTimerTest, TwoTimersTickSideBySide) {
     EXPECT_GT(other.ticks, 0);
 }
 
-TEST(IdleTimerListener, WithoutAnEditorIgnoresTicks) {
-    IdleTimerListener listener(nullptr);
-    listener.tick();
-    EXPECT_EQ(listener.editor, nullptr);
+TEST_F(IdleTimerTest, DoesNotTickWhileTheEditorsBelongToAnotherThread) {
+    const RunLoop::User user;
+    ASSERT_TRUE(static_cast<bool>(user));
+    Timer timer;
+    std::thread([&] { timer.reset(createTimer(&editor)); }).join();
+    turn(100ms, true, true);
+    EXPECT_EQ(editor.ticks, 0);
 }
 
-TEST(DestroyTimer, OfNothingDoesNothing) {
+TEST_F(IdleTimerTest, ItsListenerIgnoresTicksOnceItHasNoEditor) {
+    IdleTimerListener listener(&editor);
+    listener.tick();
+    ASSERT_EQ(editor.ticks, 1);
+    listener.editor = nullptr;
+    listener.tick();
+    EXPECT_EQ(editor.ticks, 1);
+}
+
+TEST_F(IdleTimerTest, ToDestroyNoTimerLeavesTheOthersTicking) {
+    const Timer timer(createTimer(&editor));
     destroyTimer(nullptr);
-    SUCCEED();
+    turn(100ms, true, false);
+    EXPECT_GT(editor.ticks, 0);
 }
 
 TEST(RunLoop, WorkForLaterRunsAfterTheTurnThatAsksForIt) {
