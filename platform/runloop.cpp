@@ -5,31 +5,25 @@
 
 #include <algorithm>
 #include <chrono>
-#include <glib.h>
 
 namespace mirelon {
 
 namespace {
 
-// As often as a common display refreshes.
-constexpr std::chrono::microseconds glibInterval = std::chrono::milliseconds(16);
+using Clock = TimerSchedule::Clock;
+using namespace std::chrono_literals;
 
-// The interval runs from the end of a turn: were it from the beginning, turns on
-// a slow display would follow each other without a gap, and GLib would never
-// serve what the host does at a lower priority, its own drawing among it.
-void pauseUntilNextTurn(GSource* source) {
-    g_source_set_ready_time(source, g_get_monotonic_time() + glibInterval.count());
-}
+// The toolkit's timers that are as slow as the editors' idle timer are served
+// together with it: this much later, which is a little more than its interval.
+constexpr Clock::duration slowTimer = 33ms;
+constexpr Clock::duration slowTimersTolerance = 34ms;
 
-gboolean takeTurn(GSource* source, GSourceFunc, gpointer) {
-    // No exception may pass through GLib; what failed is tried again.
-    try {
-        RunLoop::instance().pump();
-    } catch (...) {
-    }
-    pauseUntilNextTurn(source);
-    return G_SOURCE_CONTINUE;
-}
+// The toolkit ends its handling of events with a request that is answered, in
+// the size of all plain answers.
+constexpr std::uint64_t answerSize = 32;
+// How often a turn asks for events that came with an answer; what comes faster
+// waits for the next turn.
+constexpr int roundsOfEvents = 4;
 
 // Raises a flag while it exists.
 class Turn {
@@ -67,29 +61,14 @@ bool RunLoop::addUser() {
     const auto held = lock();
     if (!thread.addUser())
         return false;
-    if (glibSource == 0)
-        startGlibTrigger();
+    source.start();
     return true;
 }
 
 void RunLoop::removeUser() {
     const auto held = lock();
     if (thread.removeUser())
-        stopGlibTrigger();
-}
-
-void RunLoop::startGlibTrigger() {
-    static GSourceFuncs functions{nullptr, nullptr, takeTurn, nullptr, nullptr, nullptr};
-    GSource* const source = g_source_new(&functions, sizeof(GSource));
-    pauseUntilNextTurn(source);
-    glibSource = g_source_attach(source, nullptr);
-    g_source_unref(source);
-}
-
-void RunLoop::stopGlibTrigger() {
-    if (GSource* source = g_main_context_find_source_by_id(nullptr, glibSource))
-        g_source_destroy(source);
-    glibSource = 0;
+        source.stop();
 }
 
 bool RunLoop::connectToDisplay() {
@@ -103,8 +82,16 @@ bool RunLoop::connectToDisplay() {
     return toolkitConnectionAlive();
 }
 
-void RunLoop::wake() noexcept {
-    g_main_context_wakeup(nullptr);
+std::optional<MainContextSource::Wait> RunLoop::nextWait() {
+    const auto held = tryLock();
+    if (!held)
+        return {};
+    MainContextSource::Wait wait{schedule.next(), watches.descriptors()};
+    if (redrawWanted)
+        wait.until = std::min(wait.until, nextRedraw);
+    if (eventsMayBeQueued())
+        wait.until = Clock::now();
+    return wait;
 }
 
 void RunLoop::pump() {
@@ -115,34 +102,84 @@ void RunLoop::pump() {
         return;
     {
         const Turn turn(pumping);
-        serveEvents();
-        serveTimers();
+        dropBrokenConnection();
+        const bool ticked = serveTimers();
+        const bool handled = serveDescriptors();
+        redraw(ticked, handled);
     }
     runTasks();
 }
 
-void RunLoop::serveEvents() {
-    // The connection may hold events that were read while waiting for a reply;
-    // its descriptor stays silent then, so handlers are asked every time.
-    if (!connected || !toolkitConnectionAlive())
-        return;
-    const auto handlers = eventHandlers;
-    for (VSTGUI::X11::IEventHandler* handler : handlers)
-        if (std::find(eventHandlers.begin(), eventHandlers.end(), handler) != eventHandlers.end())
-            handler->onEvent();
-}
-
-void RunLoop::serveTimers() {
-    for (const TimerSchedule::Id id : schedule.takeDue(TimerSchedule::Clock::now())) {
+bool RunLoop::serveTimers() {
+    const auto due = schedule.takeDue(Clock::now());
+    for (const TimerSchedule::Id id : due) {
         const auto timer =
             std::find_if(timers.begin(), timers.end(), [id](const Timer& t) { return t.id == id; });
         if (timer == timers.end())
             continue;
-        if (timer->handler != nullptr)
-            timer->handler->onTimer();
-        else if (const auto tick = timer->tick)
-            (*tick)();
+        const auto tick = timer->tick;
+        (*tick)();
     }
+    return !due.empty();
+}
+
+bool RunLoop::serveDescriptors() {
+    bool served = watches.serve();
+    for (int round = 0; round < roundsOfEvents && eventsMayBeQueued(); ++round) {
+        const auto handlers = eventHandlers;
+        for (const EventHandler& each : handlers)
+            if (std::any_of(eventHandlers.begin(), eventHandlers.end(),
+                            [&](const EventHandler& e) { return e.watch == each.watch; }))
+                callHandler(each.handler);
+        served = true;
+    }
+    return served;
+}
+
+// The connection may hold events that were read while waiting for an answer; its
+// descriptor stays silent then. They cannot be looked for without being taken,
+// but whatever has been read since the queue was empty may be one.
+bool RunLoop::eventsMayBeQueued() const {
+    return connected && toolkitConnectionAlive() && emptyAt != toolkitBytesRead();
+}
+
+void RunLoop::callHandler(VSTGUI::X11::IEventHandler* handler) {
+    const std::uint64_t before = connected ? toolkitBytesRead() : 0;
+    handler->onEvent();
+    const std::uint64_t after = connected ? toolkitBytesRead() : 0;
+    // It takes every event from the queue and then waits for an answer: more than
+    // that may have come with it.
+    emptyAt.reset();
+    if (after - before <= answerSize)
+        emptyAt = after;
+}
+
+void RunLoop::dropBrokenConnection() {
+    if (!connected || toolkitConnectionAlive())
+        return;
+    for (const EventHandler& each : eventHandlers)
+        watches.remove(each.watch);
+    eventHandlers.clear();
+    redrawHandlers.clear();
+}
+
+// What a timer or an event may have changed shows at once; after events, not
+// more often than the toolkit asks for.
+void RunLoop::redraw(bool ticked, bool handled) {
+    redrawWanted = redrawWanted || handled;
+    const bool inTime = redrawWanted && Clock::now() >= nextRedraw;
+    if (!ticked && !inTime)
+        return;
+    const auto handlers = redrawHandlers;
+    for (VSTGUI::X11::ITimerHandler* handler : handlers)
+        if (std::find(redrawHandlers.begin(), redrawHandlers.end(), handler) !=
+            redrawHandlers.end())
+            handler->onTimer();
+    if (redrawWanted)
+        nextRedraw = Clock::now() + redrawInterval;
+    redrawWanted = false;
+    if (connected)
+        flushToolkit();
 }
 
 void RunLoop::runTasks() {
@@ -162,10 +199,9 @@ void RunLoop::whenUnwound(std::function<void()> task) {
         task();
 }
 
-TimerSchedule::Id RunLoop::addTimer(TimerSchedule::Clock::duration interval,
-                                    std::function<void()> tick) {
+TimerSchedule::Id RunLoop::addTimer(Clock::duration interval, std::function<void()> tick) {
     const auto held = lock();
-    const auto id = schedule.add(interval, TimerSchedule::Clock::now());
+    const auto id = schedule.add(interval, Clock::now());
     timers.push_back({id, nullptr, std::make_shared<std::function<void()>>(std::move(tick))});
     return id;
 }
@@ -176,23 +212,50 @@ void RunLoop::removeTimer(TimerSchedule::Id id) {
     std::erase_if(timers, [id](const Timer& timer) { return timer.id == id; });
 }
 
-bool RunLoop::registerEventHandler(int /*fd*/, VSTGUI::X11::IEventHandler* handler) {
-    eventHandlers.push_back(handler);
+DescriptorWatches::Id RunLoop::watchDescriptor(int descriptor, std::function<void()> onReadable) {
+    const auto held = lock();
+    return watches.add(descriptor, std::move(onReadable));
+}
+
+void RunLoop::unwatchDescriptor(DescriptorWatches::Id id) {
+    const auto held = lock();
+    watches.remove(id);
+}
+
+bool RunLoop::registerEventHandler(int fd, VSTGUI::X11::IEventHandler* handler) {
+    eventHandlers.push_back({watches.add(fd, [this, handler] { callHandler(handler); }), handler});
     return true;
 }
 
 bool RunLoop::unregisterEventHandler(VSTGUI::X11::IEventHandler* handler) {
-    return std::erase(eventHandlers, handler) > 0;
+    const auto found =
+        std::find_if(eventHandlers.begin(), eventHandlers.end(),
+                     [handler](const EventHandler& e) { return e.handler == handler; });
+    if (found == eventHandlers.end())
+        return false;
+    watches.remove(found->watch);
+    eventHandlers.erase(found);
+    return true;
 }
 
 bool RunLoop::registerTimer(uint64_t milliseconds, VSTGUI::X11::ITimerHandler* handler) {
-    const auto id =
-        schedule.add(std::chrono::milliseconds(milliseconds), TimerSchedule::Clock::now());
-    timers.push_back({id, handler, nullptr});
+    const std::chrono::milliseconds interval(milliseconds);
+    if (isRedrawTimer(*handler)) {
+        redrawHandlers.push_back(handler);
+        redrawInterval = interval;
+        redrawWanted = true;
+        return true;
+    }
+    const auto id = schedule.add(interval, Clock::now(),
+                                 interval < slowTimer ? Clock::duration{} : slowTimersTolerance);
+    timers.push_back(
+        {id, handler, std::make_shared<std::function<void()>>([handler] { handler->onTimer(); })});
     return true;
 }
 
 bool RunLoop::unregisterTimer(VSTGUI::X11::ITimerHandler* handler) {
+    if (std::erase(redrawHandlers, handler) > 0)
+        return true;
     const auto timer = std::find_if(timers.begin(), timers.end(),
                                     [handler](const Timer& t) { return t.handler == handler; });
     if (timer == timers.end())

@@ -2,12 +2,15 @@
 // timers, driven by GLib's default main context and by the host's idle calls.
 #pragma once
 
+#include "platform/descriptorwatches.h"
 #include "platform/editorthread.h"
+#include "platform/maincontextsource.h"
 #include "platform/timerschedule.h"
 #include "platform/toolkit.h"
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace mirelon {
@@ -18,7 +21,9 @@ namespace mirelon {
 // Either trigger alone keeps the editors alive: a source on GLib's default
 // context (hosts that run it on another thread than the editors' are left
 // alone), and the host's idle command. Without users there is no source.
-class RunLoop final : public VSTGUI::X11::IRunLoop, public VSTGUI::NonAtomicReferenceCounted {
+class RunLoop final : public VSTGUI::X11::IRunLoop,
+                      public VSTGUI::NonAtomicReferenceCounted,
+                      private MainContextSource::Client {
   public:
     static RunLoop& instance();
 
@@ -50,17 +55,23 @@ class RunLoop final : public VSTGUI::X11::IRunLoop, public VSTGUI::NonAtomicRefe
     // that does not own the loop, nor when called from inside itself.
     void pump();
     bool isPumping() const noexcept { return pumping; }
-    // Makes the GLib context turn round at once. Any thread.
-    void wake() noexcept;
+    // Makes the GLib context look at once for what is due. Any thread.
+    static void wake() noexcept { MainContextSource::wake(); }
 
     // Runs `task` at the end of the pump that is under way, when nothing of the
     // toolkit is on the stack any more; at once outside of a pump.
     void whenUnwound(std::function<void()> task);
 
+    // The editors' thread, or under the lock: what follows.
+
     // A repeating timer; as precise as the triggers. `tick` may add and remove
     // timers, itself among them.
     TimerSchedule::Id addTimer(TimerSchedule::Clock::duration interval, std::function<void()> tick);
     void removeTimer(TimerSchedule::Id id);
+
+    // Watches a descriptor as DescriptorWatches does.
+    DescriptorWatches::Id watchDescriptor(int descriptor, std::function<void()> onReadable);
+    void unwatchDescriptor(DescriptorWatches::Id id);
 
     // What the toolkit asks of a run loop.
     bool registerEventHandler(int fd, VSTGUI::X11::IEventHandler* handler) override;
@@ -73,25 +84,46 @@ class RunLoop final : public VSTGUI::X11::IRunLoop, public VSTGUI::NonAtomicRefe
 
     bool addUser();
     void removeUser();
-    void startGlibTrigger();
-    void stopGlibTrigger();
-    void serveEvents();
-    void serveTimers();
+    bool isServable() const noexcept override { return isOwnThread() && !pumping; }
+    std::optional<MainContextSource::Wait> nextWait() override;
+    void serve() override { pump(); }
+
+    bool serveTimers();
+    bool serveDescriptors();
+    void redraw(bool ticked, bool handled);
     void runTasks();
+
+    void callHandler(VSTGUI::X11::IEventHandler* handler);
+    bool eventsMayBeQueued() const;
+    void dropBrokenConnection();
 
     struct Timer {
         TimerSchedule::Id id;
         VSTGUI::X11::ITimerHandler* handler; // null for timers of our own
         std::shared_ptr<std::function<void()>> tick;
     };
+    struct EventHandler {
+        DescriptorWatches::Id watch;
+        VSTGUI::X11::IEventHandler* handler;
+    };
 
     EditorThread& thread = EditorThread::instance();
+    MainContextSource source{*this};
     bool pumping = false;
     bool connected = false;
-    unsigned glibSource = 0;
+
     TimerSchedule schedule;
     std::vector<Timer> timers;
-    std::vector<VSTGUI::X11::IEventHandler*> eventHandlers;
+    DescriptorWatches watches;
+    std::vector<EventHandler> eventHandlers;
+    // How much had been read when the connection's queue was last seen empty.
+    std::optional<std::uint64_t> emptyAt;
+
+    std::vector<VSTGUI::X11::ITimerHandler*> redrawHandlers;
+    TimerSchedule::Clock::duration redrawInterval{};
+    TimerSchedule::Clock::time_point nextRedraw{};
+    bool redrawWanted = false;
+
     std::vector<std::function<void()>> tasks;
 };
 

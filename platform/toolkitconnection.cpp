@@ -13,6 +13,7 @@
 #pragma GCC diagnostic ignored "-Wconversion"
 #pragma GCC diagnostic ignored "-Wunused-parameter"
 #include "vstgui/lib/platform/linux/x11platform.h"
+#include "vstgui/lib/platform/linux/x11timer.h"
 #pragma GCC diagnostic pop
 
 namespace mirelon {
@@ -59,6 +60,20 @@ void connectToolkit(VSTGUI::X11::IRunLoop& loop) {
 
 bool toolkitConnectionAlive() {
     return connection() != nullptr && xcb_connection_has_error(connection()) == 0;
+}
+
+std::uint64_t toolkitBytesRead() {
+    return xcb_total_read(connection());
+}
+
+void flushToolkit() {
+    xcb_flush(connection());
+}
+
+bool isRedrawTimer(const VSTGUI::X11::ITimerHandler& timer) {
+    // Every other timer of the toolkit's is one of the class that it offers to
+    // controls and animations.
+    return dynamic_cast<const VSTGUI::X11::Timer*>(&timer) == nullptr;
 }
 
 std::uint32_t windowOf(const VSTGUI::CFrame& frame) {

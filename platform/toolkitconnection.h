@@ -17,6 +17,13 @@ void setUpToolkit();
 // display is available, and only once.
 void connectToolkit(VSTGUI::X11::IRunLoop& loop);
 bool toolkitConnectionAlive();
+// How many bytes have come over that connection, events and replies alike.
+std::uint64_t toolkitBytesRead();
+// Sends the requests that wait to be sent.
+void flushToolkit();
+
+// Whether this timer is one by which a frame draws what has been invalidated.
+bool isRedrawTimer(const VSTGUI::X11::ITimerHandler& timer);
 
 // The window of an open frame; 0 when it has none.
 std::uint32_t windowOf(const VSTGUI::CFrame& frame);

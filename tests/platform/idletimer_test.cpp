@@ -1,4 +1,3 @@
-// The idle timer and the run loop that serves it, without a display.
 #include "platform/idletimer.h"
 
 #include <chrono>
@@ -144,76 +143,6 @@ TEST_F(IdleTimerTest, ToDestroyNoTimerLeavesTheOthersTicking) {
     destroyTimer(nullptr);
     turn(100ms, true, false);
     EXPECT_GT(editor.ticks, 0);
-}
-
-TEST(RunLoop, WorkForLaterRunsAfterTheTurnThatAsksForIt) {
-    RunLoop& loop = RunLoop::instance();
-    const RunLoop::User user;
-    ASSERT_TRUE(static_cast<bool>(user));
-    std::vector<int> order;
-    TimerSchedule::Id id = 0;
-    id = loop.addTimer(1ms, [&] {
-        loop.whenUnwound([&] { order.push_back(2); });
-        order.push_back(1);
-        loop.removeTimer(id);
-    });
-    std::this_thread::sleep_for(5ms);
-    loop.pump();
-    EXPECT_EQ(order, (std::vector{1, 2}));
-    loop.whenUnwound([&] { order.push_back(3); });
-    EXPECT_EQ(order.back(), 3);
-}
-
-// As a display does that takes longer to draw than the editors' turns are apart.
-TEST(RunLoop, ThatTakesLongLeavesTheHostsOwnWorkItsTurn) {
-    RunLoop& loop = RunLoop::instance();
-    const RunLoop::User user;
-    ASSERT_TRUE(static_cast<bool>(user));
-    int turns = 0;
-    const TimerSchedule::Id id = loop.addTimer(1ms, [&] {
-        ++turns;
-        std::this_thread::sleep_for(40ms);
-    });
-    std::this_thread::sleep_for(30ms);
-    int hostsTurns = 0;
-    const guint hosts = g_idle_add(
-        [](gpointer count) -> gboolean {
-            ++*static_cast<int*>(count);
-            return G_SOURCE_CONTINUE;
-        },
-        &hostsTurns);
-    for (int i = 0; i < 20; ++i)
-        g_main_context_iteration(nullptr, FALSE);
-    EXPECT_GT(turns, 0);
-    EXPECT_GT(hostsTurns, 10);
-    g_source_remove(hosts);
-    loop.removeTimer(id);
-}
-
-TEST(RunLoop, BelongsToOneThreadAtATime) {
-    bool granted = true;
-    {
-        const RunLoop::User user;
-        EXPECT_TRUE(RunLoop::instance().isOwnThread());
-        std::thread([&] {
-            const RunLoop::User other;
-            granted = static_cast<bool>(other);
-        }).join();
-        EXPECT_FALSE(granted);
-    }
-    EXPECT_FALSE(RunLoop::instance().isOwnThread());
-    std::thread([&] {
-        const RunLoop::User other;
-        granted = static_cast<bool>(other) && RunLoop::instance().isOwnThread();
-    }).join();
-    EXPECT_TRUE(granted);
-}
-
-TEST(RunLoop, WithoutADisplayDoesNotConnect) {
-    unsetenv("DISPLAY");
-    const RunLoop::User user;
-    EXPECT_FALSE(RunLoop::instance().connectToDisplay());
-    RunLoop::instance().pump();
 }
 
 } // namespace

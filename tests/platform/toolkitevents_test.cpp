@@ -1,0 +1,185 @@
+// The loop of the open editors and the toolkit's own connection to a display.
+#include "platform/runloop.h"
+#include "tests/support/mainloop.h"
+#include "tests/support/virtualdisplay.h"
+
+#include <cstdlib>
+#include <gtest/gtest.h>
+#include <memory>
+#include <poll.h>
+#include <sys/socket.h>
+#include <thread>
+#include <xcb/xcb.h>
+
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wconversion"
+#pragma GCC diagnostic ignored "-Wunused-parameter"
+#include "vstgui/lib/platform/linux/x11platform.h"
+#pragma GCC diagnostic pop
+
+using namespace mirelon;
+using namespace mirelon::test;
+using namespace std::chrono_literals;
+
+namespace {
+
+xcb_connection_t* connection() {
+    return VSTGUI::X11::RunLoop::instance().getXcbConnection();
+}
+
+// A window whose properties' changes are counted as the toolkit hands them out.
+class CountedWindow final : VSTGUI::X11::IFrameEventHandler {
+  public:
+    CountedWindow()
+        : window(xcb_generate_id(connection())) {
+        const auto* screen = xcb_setup_roots_iterator(xcb_get_setup(connection())).data;
+        const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
+        xcb_create_window(connection(), XCB_COPY_FROM_PARENT, window, screen->root, 0, 0, 8, 8, 0,
+                          XCB_WINDOW_CLASS_INPUT_OUTPUT, screen->root_visual, XCB_CW_EVENT_MASK,
+                          &events);
+        VSTGUI::X11::RunLoop::instance().registerWindowEventHandler(window, this);
+    }
+    ~CountedWindow() {
+        VSTGUI::X11::RunLoop::instance().unregisterWindowEventHandler(window);
+        xcb_destroy_window(connection(), window);
+    }
+    CountedWindow(const CountedWindow&) = delete;
+    CountedWindow& operator=(const CountedWindow&) = delete;
+
+    void change() const {
+        xcb_change_property(connection(), XCB_PROP_MODE_REPLACE, window, XCB_ATOM_WM_NAME,
+                            XCB_ATOM_STRING, 8, 1, "x");
+    }
+
+    int changes = 0;
+
+  private:
+    void onEvent(xcb_map_notify_event_t&) override {}
+    void onEvent(xcb_key_press_event_t&) override {}
+    void onEvent(xcb_button_press_event_t&) override {}
+    void onEvent(xcb_motion_notify_event_t&) override {}
+    void onEvent(xcb_enter_notify_event_t&) override {}
+    void onEvent(xcb_focus_in_event_t&) override {}
+    void onEvent(xcb_expose_event_t&) override {}
+    void onEvent(xcb_property_notify_event_t&) override { ++changes; }
+    void onEvent(xcb_selection_notify_event_t&) override {}
+    void onEvent(xcb_client_message_event_t&, xcb_window_t) override {}
+
+    xcb_window_t window;
+};
+
+// Waits for an answer, with which every event before it is read.
+void makeRoundTrip() {
+    std::free(xcb_get_input_focus_reply(connection(), xcb_get_input_focus(connection()), nullptr));
+}
+
+bool descriptorIsSilent() {
+    pollfd state{xcb_get_file_descriptor(connection()), POLLIN, 0};
+    return poll(&state, 1, 0) == 0;
+}
+
+class ToolkitEvents : public testing::TestWithParam<void (*)()> {
+  protected:
+    ToolkitEvents() {
+        VirtualDisplay::start();
+        EXPECT_TRUE(static_cast<bool>(user));
+        EXPECT_TRUE(loop.connectToDisplay());
+    }
+    static void turn() { GetParam()(); }
+
+    RunLoop& loop = RunLoop::instance();
+    const RunLoop::User user;
+};
+INSTANTIATE_TEST_SUITE_P(HostIdleAndGlib, ToolkitEvents,
+                         testing::Values([] { RunLoop::instance().pump(); }, iterateOnce),
+                         [](const auto& info) { return info.index == 0 ? "HostIdle" : "Glib"; });
+
+TEST_P(ToolkitEvents, ThatWereReadWithAnAnswerAreHandledInTheNextTurn) {
+    CountedWindow window;
+    turn();
+    window.change();
+    makeRoundTrip();
+    ASSERT_TRUE(descriptorIsSilent());
+    turn();
+    EXPECT_EQ(window.changes, 1);
+}
+
+TEST_P(ToolkitEvents, ThatATimerReadsAreHandledInItsTurn) {
+    CountedWindow window;
+    turn();
+    const auto id = loop.addTimer(1ms, [&] {
+        window.change();
+        makeRoundTrip();
+    });
+    std::this_thread::sleep_for(2ms);
+    turn();
+    loop.removeTimer(id);
+    EXPECT_EQ(window.changes, 1);
+}
+
+TEST_P(ToolkitEvents, RequestsOfATimerAreSentInItsTurn) {
+    CountedWindow window;
+    turn();
+    const auto id = loop.addTimer(1ms, [&] { window.change(); });
+    std::this_thread::sleep_for(2ms);
+    turn();
+    loop.removeTimer(id);
+    pollfd state{xcb_get_file_descriptor(connection()), POLLIN, 0};
+    EXPECT_EQ(poll(&state, 1, 2000), 1);
+}
+
+TEST_P(ToolkitEvents, LetTheLoopSleepWhenAllAreHandled) {
+    CountedWindow window;
+    for (int i = 0; i < 10; ++i)
+        window.change();
+    makeRoundTrip();
+    turn();
+    turn();
+    EXPECT_EQ(window.changes, 10);
+    EXPECT_LE(iterateFor(200ms), 5);
+}
+
+class ToolkitTimers : public ToolkitEvents {};
+INSTANTIATE_TEST_SUITE_P(Glib, ToolkitTimers, testing::Values(iterateOnce));
+
+TEST_P(ToolkitTimers, AsSlowAsTheEditorsTickTogetherWithThem) {
+    int ticks = 0;
+    const auto id = loop.addTimer(33333us, [] {});
+    int own = 0;
+    const auto timer = VSTGUI::makeOwned<VSTGUI::CVSTGUITimer>(
+        [&](VSTGUI::CVSTGUITimer*) { ++own; }, 1000 / VSTGUI::CView::idleRate);
+    std::this_thread::sleep_for(10ms);
+    const auto later = VSTGUI::makeOwned<VSTGUI::CVSTGUITimer>(
+        [&](VSTGUI::CVSTGUITimer*) { ++ticks; }, 1000 / VSTGUI::CView::idleRate);
+    EXPECT_LE(iterateFor(1000ms), 40);
+    EXPECT_GE(own, 20);
+    EXPECT_GE(ticks, 20);
+    loop.removeTimer(id);
+}
+
+TEST_P(ToolkitTimers, OfAnimationsTickInTheirOwnTime) {
+    int ticks = 0;
+    const auto timer =
+        VSTGUI::makeOwned<VSTGUI::CVSTGUITimer>([&](VSTGUI::CVSTGUITimer*) { ++ticks; }, 16);
+    iterateFor(500ms);
+    EXPECT_GE(ticks, 20);
+    EXPECT_LE(ticks, 32);
+}
+
+// The last one: a connection that has broken is not made again.
+class WithoutConnection : public ToolkitEvents {};
+INSTANTIATE_TEST_SUITE_P(Glib, WithoutConnection, testing::Values(iterateOnce));
+
+TEST_P(WithoutConnection, NothingOfTheToolkitsIsServedAndNothingKeepsTheLoopAwake) {
+    CountedWindow window;
+    turn();
+    window.change();
+    makeRoundTrip();
+    shutdown(xcb_get_file_descriptor(connection()), SHUT_RDWR);
+    makeRoundTrip();
+    EXPECT_FALSE(loop.connectToDisplay());
+    EXPECT_LE(iterateFor(300ms), 10);
+    EXPECT_EQ(window.changes, 0);
+}
+
+} // namespace
