@@ -23,8 +23,10 @@ inline int iterateFor(std::chrono::milliseconds time) {
         },
         &over);
     int wakeUps = 0;
-    for (; !over; ++wakeUps)
+    while (!over) {
         g_main_context_iteration(nullptr, TRUE);
+        ++wakeUps;
+    }
     return wakeUps;
 }
 
