@@ -1,7 +1,6 @@
-// Preset and bank files: open, transfer whole images, close; split a path.
+// Stdio behind the names by which presets and banks are read and written.
 //
-// The layer keeps no state and reports no partial transfer. User-interface
-// thread only.
+// A transfer that falls short goes unreported. The editors' thread only.
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-// The timer that keeps an open editor alive: calls its idle 30 times a second.
+// The heartbeat of an open editor's window: 30 calls of its idle a second.
 #pragma once
 
 #include "platform/runloop.h"

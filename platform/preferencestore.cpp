@@ -179,7 +179,7 @@ bool cannotBeMended(const std::string& folder, const std::string& path) {
     return kindOf(path + "-journal") == FileKind::regular && access(folder.c_str(), W_OK) != 0;
 }
 
-// True when it is there, whoever has made it.
+// True when it is there, no matter which process made it.
 bool makeFolder(const std::string& folder) {
     constexpr mode_t ownerOnly = 0700;
     return mkdir(folder.c_str(), ownerOnly) == 0 || errno == EEXIST;

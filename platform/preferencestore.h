@@ -19,8 +19,8 @@ struct PreferenceChange {
 // operation is one transaction: a writer killed half-way leaves the old values.
 //
 // A damaged file is moved aside while nobody has it open: SQLite takes a journal
-// by its name, so whoever still had the moved file open would take the journal of
-// the new one for its own, undo another's transaction and write what is never
+// by its name, so a process that still had the moved file open would take the journal
+// of the new one for its own, undo another's transaction and write what is never
 // read again. Operations hold the folder's lock together, the replacing one alone.
 class PreferenceStore {
   public:
