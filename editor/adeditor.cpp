@@ -10,6 +10,7 @@
 #include <exception>
 
 using namespace VSTGUI;
+using mirelon::EditorThread;
 using mirelon::RunLoop;
 
 namespace {
@@ -46,7 +47,7 @@ void ADEditor::updateScale() {
 }
 
 bool ADEditor::getRect(ERect** rectangle) {
-    const auto held = RunLoop::instance().lock();
+    const auto held = EditorThread::instance().lock();
     if (frame == nullptr)
         updateScale();
     return CPresetSystemEditor::getRect(rectangle);
@@ -54,7 +55,7 @@ bool ADEditor::getRect(ERect** rectangle) {
 
 bool ADEditor::open(void* parent) {
     RunLoop& loop = RunLoop::instance();
-    const auto held = loop.lock();
+    const auto held = EditorThread::instance().lock();
     close();
     auto user = std::make_unique<RunLoop::User>();
     if (parent == nullptr || !*user || !loop.connectToDisplay())
@@ -103,7 +104,7 @@ void ADEditor::loadBitmaps() {
 }
 
 void ADEditor::close() {
-    const auto held = RunLoop::instance().lock();
+    const auto held = EditorThread::instance().lock();
     if (frame == nullptr)
         return;
     if (about != nullptr)
@@ -131,7 +132,7 @@ void ADEditor::close() {
 
 void ADEditor::idle() {
     RunLoop& loop = RunLoop::instance();
-    if (!loop.isOwnThread()) {
+    if (!EditorThread::instance().isOwnThread()) {
         if (mirelonEffect.isEditorOpen())
             loop.wake();
         return;

@@ -58,7 +58,7 @@ RunLoop::User::~User() {
 }
 
 bool RunLoop::addUser() {
-    const auto held = lock();
+    const auto held = thread.lock();
     if (!thread.addUser())
         return false;
     source.start();
@@ -66,13 +66,13 @@ bool RunLoop::addUser() {
 }
 
 void RunLoop::removeUser() {
-    const auto held = lock();
+    const auto held = thread.lock();
     if (thread.removeUser())
         source.stop();
 }
 
 bool RunLoop::connectToDisplay() {
-    const auto held = lock();
+    const auto held = thread.lock();
     if (!connected) {
         if (!displayAvailable())
             return false;
@@ -83,7 +83,7 @@ bool RunLoop::connectToDisplay() {
 }
 
 std::optional<MainContextSource::Wait> RunLoop::nextWait() {
-    const auto held = tryLock();
+    const auto held = thread.tryLock();
     if (!held)
         return {};
     MainContextSource::Wait wait{schedule.next(), watches.descriptors()};
@@ -95,10 +95,10 @@ std::optional<MainContextSource::Wait> RunLoop::nextWait() {
 }
 
 void RunLoop::pump() {
-    if (!isOwnThread())
+    if (!thread.isOwnThread())
         return;
-    const auto held = lock();
-    if (pumping || !isOwnThread())
+    const auto held = thread.lock();
+    if (pumping || !thread.isOwnThread())
         return;
     {
         const Turn turn(pumping);
@@ -192,7 +192,7 @@ void RunLoop::runTasks() {
 }
 
 void RunLoop::whenUnwound(std::function<void()> task) {
-    const auto held = lock();
+    const auto held = thread.lock();
     if (pumping)
         tasks.push_back(std::move(task));
     else
@@ -200,25 +200,25 @@ void RunLoop::whenUnwound(std::function<void()> task) {
 }
 
 TimerSchedule::Id RunLoop::addTimer(Clock::duration interval, std::function<void()> tick) {
-    const auto held = lock();
+    const auto held = thread.lock();
     const auto id = schedule.add(interval, Clock::now());
     timers.push_back({id, nullptr, std::make_shared<std::function<void()>>(std::move(tick))});
     return id;
 }
 
 void RunLoop::removeTimer(TimerSchedule::Id id) {
-    const auto held = lock();
+    const auto held = thread.lock();
     schedule.remove(id);
     std::erase_if(timers, [id](const Timer& timer) { return timer.id == id; });
 }
 
 DescriptorWatches::Id RunLoop::watchDescriptor(int descriptor, std::function<void()> onReadable) {
-    const auto held = lock();
+    const auto held = thread.lock();
     return watches.add(descriptor, std::move(onReadable));
 }
 
 void RunLoop::unwatchDescriptor(DescriptorWatches::Id id) {
-    const auto held = lock();
+    const auto held = thread.lock();
     watches.remove(id);
 }
 

@@ -41,11 +41,6 @@ class RunLoop final : public VSTGUI::X11::IRunLoop,
         bool granted;
     };
 
-    using Hold = EditorThread::Hold;
-    Hold lock() { return thread.lock(); }
-    Hold tryLock() noexcept { return thread.tryLock(); }
-    bool isOwnThread() const noexcept { return thread.isOwnThread(); }
-
     // Connects the toolkit to the display, once and for the life of the process:
     // the toolkit's drawing library does not survive a second connection. False
     // without a display, or when the connection has broken.
@@ -84,7 +79,7 @@ class RunLoop final : public VSTGUI::X11::IRunLoop,
 
     bool addUser();
     void removeUser();
-    bool isServable() const noexcept override { return isOwnThread() && !pumping; }
+    bool isServable() const noexcept override { return thread.isOwnThread() && !pumping; }
     std::optional<MainContextSource::Wait> nextWait() override;
     void serve() override { pump(); }
 

@@ -2,8 +2,8 @@
 // effect's store, files and the user's preferences, and shows the preset panel.
 #pragma once
 
+#include "platform/editorthread.h"
 #include "platform/preferences.h"
-#include "platform/runloop.h"
 #include "platform/toolkit.h"
 #include "presetsystem/cpresetsystemeffect.h"
 #include "presetsystem/editorlink.h"
@@ -85,7 +85,7 @@ class CPresetSystemEditor : public VSTGUI::AEffGUIEditor,
     // Holds the run loop when news may be shown now: the window is open, this is
     // the thread that owns it, and no other is about to close it. Never waits;
     // any thread.
-    mirelon::RunLoop::Hold showingAtOnce() const noexcept;
+    mirelon::EditorThread::Hold showingAtOnce() const noexcept;
     // Leaves a mark for the next idle on the window's thread: a parameter has a
     // new value (0 to 8). No lock, no allocation; any thread.
     void markParameter(long index) noexcept;

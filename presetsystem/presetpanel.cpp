@@ -86,15 +86,16 @@ CPresetSystemEditor::~CPresetSystemEditor() {
 }
 
 bool CPresetSystemEditor::isOpenOnThisThread() const noexcept {
-    return windowOpen.load(std::memory_order_acquire) && mirelon::RunLoop::instance().isOwnThread();
+    return windowOpen.load(std::memory_order_acquire) &&
+           mirelon::EditorThread::instance().isOwnThread();
 }
 
-mirelon::RunLoop::Hold CPresetSystemEditor::showingAtOnce() const noexcept {
+mirelon::EditorThread::Hold CPresetSystemEditor::showingAtOnce() const noexcept {
     if (!isOpenOnThisThread())
         return {};
-    mirelon::RunLoop::Hold held = mirelon::RunLoop::instance().tryLock();
+    mirelon::EditorThread::Hold held = mirelon::EditorThread::instance().tryLock();
     // Whoever had the loop before may have closed the window.
-    return held && isOpenOnThisThread() ? std::move(held) : mirelon::RunLoop::Hold();
+    return held && isOpenOnThisThread() ? std::move(held) : mirelon::EditorThread::Hold();
 }
 
 void CPresetSystemEditor::markParameter(long index) noexcept {

@@ -327,17 +327,17 @@ TEST(RunLoop, BelongsToOneThreadAtATime) {
     bool granted = true;
     {
         const RunLoop::User user;
-        EXPECT_TRUE(RunLoop::instance().isOwnThread());
+        EXPECT_TRUE(EditorThread::instance().isOwnThread());
         std::thread([&] {
             const RunLoop::User other;
             granted = static_cast<bool>(other);
         }).join();
         EXPECT_FALSE(granted);
     }
-    EXPECT_FALSE(RunLoop::instance().isOwnThread());
+    EXPECT_FALSE(EditorThread::instance().isOwnThread());
     std::thread([&] {
         const RunLoop::User other;
-        granted = static_cast<bool>(other) && RunLoop::instance().isOwnThread();
+        granted = static_cast<bool>(other) && EditorThread::instance().isOwnThread();
     }).join();
     EXPECT_TRUE(granted);
 }
