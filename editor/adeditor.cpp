@@ -3,7 +3,6 @@
 #include "platform/display.h"
 #include "platform/toolkitconnection.h"
 #include "presetsystem/bitmaps.h"
-#include "processor/mirelon.h"
 #include "resources/resources.h"
 
 #include <cmath>
@@ -24,9 +23,8 @@ VstInt16 scaled(int pixels, double scale) {
 
 } // namespace
 
-ADEditor::ADEditor(Mirelon& effect)
-    : CPresetSystemEditor(&effect)
-    , mirelonEffect(effect) {
+ADEditor::ADEditor(AudioEffect* effect)
+    : CPresetSystemEditor(effect) {
     const mirelon::PictureSize size = mirelon::pictureSize(mirelon::kPictureBackground);
     rect = {0, 0, scaled(size.height, scale), scaled(size.width, scale)};
 }
@@ -58,7 +56,7 @@ bool ADEditor::open(void* parent) {
     const auto held = EditorThread::instance().lock();
     close();
     auto user = std::make_unique<RunLoop::User>();
-    if (parent == nullptr || !*user || !loop.connectToDisplay())
+    if (parent == nullptr || effectLink == nullptr || !*user || !loop.connectToDisplay())
         return false;
     updateScale();
     loadBackground();
@@ -77,7 +75,7 @@ bool ADEditor::open(void* parent) {
     frame = window;
     loadBitmaps();
     buildViews();
-    mirelonEffect.setEditorOpen(true);
+    effectLink->setEditorOpen(true);
     return CPresetSystemEditor::open(parent);
 }
 
@@ -118,7 +116,7 @@ void ADEditor::close() {
     switches.fill(nullptr);
     widthMeter = nullptr;
     balanceMeter = nullptr;
-    mirelonEffect.setEditorOpen(false);
+    effectLink->setEditorOpen(false);
 
     auto* window = static_cast<MyFrame*>(frame);
     frame = nullptr;
@@ -133,7 +131,7 @@ void ADEditor::close() {
 void ADEditor::idle() {
     RunLoop& loop = RunLoop::instance();
     if (!EditorThread::instance().isOwnThread()) {
-        if (mirelonEffect.isEditorOpen())
+        if (effectLink != nullptr && effectLink->isEditorOpen())
             loop.wake();
         return;
     }
@@ -147,9 +145,9 @@ void ADEditor::idle() {
     if (about == nullptr || about->isShown())
         return;
     if (widthMeter != nullptr)
-        widthMeter->setValue(mirelonEffect.getWidthMeter() + meterMiddle);
+        widthMeter->setValue(effectLink->getWidthMeter() + meterMiddle);
     if (balanceMeter != nullptr)
-        balanceMeter->setValue(mirelonEffect.getBalanceMeter() + meterMiddle);
+        balanceMeter->setValue(effectLink->getBalanceMeter() + meterMiddle);
 }
 
 void ADEditor::suspend() {
@@ -165,7 +163,7 @@ void ADEditor::valueChanged(CControl* control) {
     // not meet behind it.
     if (!mirelon::isParameter(tag))
         return CPresetSystemEditor::valueChanged(control);
-    mirelonEffect.setParameterAutomated(tag, control->getValue());
+    effectLink->setParameterAutomated(tag, control->getValue());
     control->setDirty();
 }
 
@@ -179,7 +177,7 @@ void ADEditor::setParameter(long index, float /*value*/) {
         const auto i = static_cast<std::size_t>(index);
         const auto parameter = static_cast<VstInt32>(index);
         if (sliders[i] != nullptr)
-            sliders[i]->setValue(mirelonEffect.getParameter(parameter));
+            sliders[i]->setValue(effectLink->getParameter(parameter));
         if (readOuts[i] != nullptr)
             readOuts[i]->setValue(readOutValue(parameter));
     } else if (index >= numSliders && index < kNumParams) {

@@ -11,8 +11,6 @@
 #include <array>
 #include <memory>
 
-class Mirelon;
-
 inline const VSTGUI::CColor kLightMagentaCColor(162, 221, 227, 255);
 inline const VSTGUI::CColor kBlackyCColor(39, 40, 45, 255);
 
@@ -24,8 +22,8 @@ inline const VSTGUI::CColor kBlackyCColor(39, 40, 45, 255);
 // opens it. Every operation on a closed editor does nothing.
 class ADEditor : public CPresetSystemEditor {
   public:
-    // Needs no display and decodes no picture.
-    explicit ADEditor(Mirelon& effect);
+    // Needs no display and decodes no picture. `effect` as in the base.
+    explicit ADEditor(AudioEffect* effect);
     ~ADEditor() override;
 
     // The window's size in screen pixels. While the editor is closed this looks
@@ -66,7 +64,6 @@ class ADEditor : public CPresetSystemEditor {
     float readOutValue(int index) const;
     float switchValue(int index) const;
 
-    Mirelon& mirelonEffect;
     double scale = 1.0;
     std::unique_ptr<mirelon::RunLoop::User> loopUser; // while the window is open
 

@@ -2,7 +2,6 @@
 #include "editor/adeditor.h"
 #include "editor/layout.h"
 #include "editor/parameterslider.h"
-#include "processor/mirelon.h"
 
 using namespace VSTGUI;
 namespace layout = mirelon::layout;
@@ -64,16 +63,16 @@ void ADEditor::addMeter(CVuMeter1*& meter, CPoint at) {
 float ADEditor::readOutValue(int index) const {
     switch (index) {
     case kParamWidth:
-        return 2.0F * mirelonEffect.getParameterValue(index);
+        return 2.0F * effectLink->getParameterValue(index);
     case kParamGain:
-        return mirelonEffect.getParameterValue(index);
+        return effectLink->getParameterValue(index);
     default:
-        return mirelonEffect.getParameter(index);
+        return effectLink->getParameter(index);
     }
 }
 
 float ADEditor::switchValue(int index) const {
-    return mirelonEffect.getParameter(index) < 0.5F ? 0.0F : 1.0F;
+    return effectLink->getParameter(index) < 0.5F ? 0.0F : 1.0F;
 }
 
 void ADEditor::addSlider(int index) {
@@ -87,7 +86,7 @@ void ADEditor::addSlider(int index) {
                             background, CPoint(layout::sliderLeft, row.top), layout::sliderStyle);
     slider->setOffsetHandle(row.handleOffset);
     slider->setDefaultValue(0.5F);
-    slider->setValue(mirelonEffect.getParameter(index));
+    slider->setValue(effectLink->getParameter(index));
     frame->addView(slider);
     sliders[static_cast<std::size_t>(index)] = slider;
 

@@ -4,5 +4,5 @@
 #include "processor/mirelon.h"
 
 AEffEditor* createEditor(Mirelon& effect) {
-    return new ADEditor(effect);
+    return new ADEditor(&effect);
 }

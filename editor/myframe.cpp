@@ -5,10 +5,10 @@
 
 using namespace VSTGUI;
 
-// The base keeps only the address of the link, which is built after it.
+// The base keeps only the address of the member, which is built after it.
 MyFrame::MyFrame(const CRect& rect, double scale, VSTGUIEditorInterface* editor)
-    : CFrame(rect, &link)
-    , link(editor) {
+    : CFrame(rect, &detachableEditor)
+    , detachableEditor(editor) {
     setZoom(scale);
 }
 
@@ -30,7 +30,7 @@ void MyFrame::retire() {
         if (auto* control = dynamic_cast<CControl*>(view))
             control->setListener(nullptr);
     });
-    link.cut();
+    detachableEditor.detach();
     mirelon::RunLoop::instance().whenUnwound(
         [this, loopUser = std::make_shared<mirelon::RunLoop::User>()] {
             const std::uint32_t window = mirelon::windowOf(*this);
@@ -81,16 +81,16 @@ void MyFrame::drawBackgroundRect(CDrawContext* context, const CRect& updateRect)
     background->draw(context, rect, getBackgroundOffset());
 }
 
-int32_t MyFrame::EditorLink::getKnobMode() const {
+int32_t MyFrame::DetachableEditor::getKnobMode() const {
     return editor != nullptr ? editor->getKnobMode() : kCircularMode;
 }
 
-void MyFrame::EditorLink::beginEdit(int32_t index) {
+void MyFrame::DetachableEditor::beginEdit(int32_t index) {
     if (editor != nullptr)
         editor->beginEdit(index);
 }
 
-void MyFrame::EditorLink::endEdit(int32_t index) {
+void MyFrame::DetachableEditor::endEdit(int32_t index) {
     if (editor != nullptr)
         editor->endEdit(index);
 }

@@ -38,13 +38,13 @@ class MyFrame : public VSTGUI::CFrame {
                             const VSTGUI::CRect& updateRect) override;
 
   private:
-    // What the toolkit knows of the editor. It cuts the way to the editor when
-    // the frame retires, and keeps the toolkit from resizing the host's window.
-    class EditorLink final : public VSTGUI::VSTGUIEditorInterface {
+    // The editor as the toolkit sees it: none any more once the frame has retired,
+    // and one that never lets the toolkit resize the host's window.
+    class DetachableEditor final : public VSTGUI::VSTGUIEditorInterface {
       public:
-        explicit EditorLink(VSTGUI::VSTGUIEditorInterface* editor)
+        explicit DetachableEditor(VSTGUI::VSTGUIEditorInterface* editor)
             : editor(editor) {}
-        void cut() { editor = nullptr; }
+        void detach() { editor = nullptr; }
         int32_t getKnobMode() const override;
         void beginEdit(int32_t index) override;
         void endEdit(int32_t index) override;
@@ -54,6 +54,6 @@ class MyFrame : public VSTGUI::CFrame {
         VSTGUI::VSTGUIEditorInterface* editor;
     };
 
-    EditorLink link;
+    DetachableEditor detachableEditor;
     VSTGUI::CView* captured = nullptr; // not owned
 };

@@ -5,8 +5,8 @@
 #include "platform/editorthread.h"
 #include "platform/preferences.h"
 #include "platform/toolkit.h"
-#include "presetsystem/cpresetsystemeffect.h"
 #include "presetsystem/editorlink.h"
+#include "presetsystem/effectlink.h"
 #include "presetsystem/filequestion.h"
 #include "presetsystem/presetimages.h"
 
@@ -26,6 +26,7 @@ class CPresetSystemEditor : public VSTGUI::AEffGUIEditor,
                             public VSTGUI::IControlListener,
                             public EditorLink {
   public:
+    // `effect` is the editor's owner; one that is no EffectLink counts as none.
     explicit CPresetSystemEditor(AudioEffect* effect);
     ~CPresetSystemEditor() override;
 
@@ -80,7 +81,7 @@ class CPresetSystemEditor : public VSTGUI::AEffGUIEditor,
     using AEffGUIEditor::setParameter;
     using EditorLink::setParameter;
 
-    CPresetSystemEffect& presetEffect() const;
+    EffectLink* const effectLink; // not owned; null without an effect
 
     // Holds the run loop when news may be shown now: the window is open, this is
     // the thread that owns it, and no other is about to close it. Never waits;

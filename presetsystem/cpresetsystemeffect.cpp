@@ -92,6 +92,11 @@ void CPresetSystemEffect::setParameter(VstInt32 index, float value) {
         currentPreset().setValue(index, value);
 }
 
+// Two bases ask for it: the host's side and the editor's.
+void CPresetSystemEffect::setParameterAutomated(VstInt32 index, float value) {
+    AudioEffectX::setParameterAutomated(index, value);
+}
+
 float CPresetSystemEffect::getParameter(VstInt32 index) {
     return isPresetParam(index) ? currentPreset().value(index) : -1.0F;
 }

@@ -4,6 +4,7 @@
 
 #include "presetsystem/chunkimage.h"
 #include "presetsystem/editorlink.h"
+#include "presetsystem/effectlink.h"
 #include "presetsystem/presetrecord.h"
 #include "shell/audioeffectx.h"
 
@@ -12,18 +13,18 @@
 
 // The host sees one program; its program-name commands read and rename the
 // current preset. Names keep 24 bytes; the host's buffers receive 25.
-class CPresetSystemEffect : public AudioEffectX {
+class CPresetSystemEffect : public AudioEffectX, public EffectLink {
   public:
     explicit CPresetSystemEffect(audioMasterCallback audioMaster);
     ~CPresetSystemEffect() override;
 
     // The preset system's own operations. An index outside 0 to 10 is refused.
-    virtual VstInt32 getPresetNo();
+    VstInt32 getPresetNo() override;
     // Makes preset n current and pushes its values through setParameter, then
     // asks the host to refresh its display and announces an edit of parameter 0.
-    virtual void setPresetNo(long n);
+    void setPresetNo(long n) override;
     // Renames the current preset (null: only refreshes the host's display).
-    virtual void setPresetName(const char* name);
+    void setPresetName(const char* name) override;
 
     // MIDI controller assignment is switched off: all of these do nothing.
     virtual void attachMidi(VstInt32 param, VstInt32 cc);
@@ -39,7 +40,7 @@ class CPresetSystemEffect : public AudioEffectX {
     virtual void endCancel();
 
     // The owner tag of chunks and files.
-    virtual VstInt32 getUniqueID();
+    VstInt32 getUniqueID() override;
     // Loads the stored defaults through the editor, if there is one.
     virtual void loadDefaults();
     // Fills the bank with the derived effect's factory presets.
@@ -49,6 +50,7 @@ class CPresetSystemEffect : public AudioEffectX {
     void resume() override;
     // Stores into the current preset; indices outside 0 to 8 do nothing.
     void setParameter(VstInt32 index, float value) override;
+    void setParameterAutomated(VstInt32 index, float value) override;
     // From the current preset; -1 for indices outside 0 to 8.
     float getParameter(VstInt32 index) override;
     VstInt32 getProgram() override;
@@ -61,12 +63,12 @@ class CPresetSystemEffect : public AudioEffectX {
     VstInt32 processEvents(VstEvents* events) override;
     VstInt32 canDo(char* text) override;
 
-    // The bank, for the editor's loads and saves.
-    PresetBank& bank() { return *presetBank; }
+    // For the editor's loads and saves.
+    PresetBank& bank() override { return *presetBank; }
 
     // Called by the editor's constructor with itself, by its destructor with
     // null.
-    void setEditorLink(EditorLink* link) { editorLink = link; }
+    void setEditorLink(EditorLink* link) override { editorLink = link; }
 
   protected:
     // Up while a preset's values are being pushed into the parameters, so that

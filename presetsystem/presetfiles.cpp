@@ -55,27 +55,23 @@ bool fits(std::string_view path, std::size_t bufferSize) {
 
 } // namespace
 
-CPresetSystemEffect& CPresetSystemEditor::presetEffect() const {
-    return static_cast<CPresetSystemEffect&>(*effect);
-}
-
 void CPresetSystemEditor::PresetToBuffer(presetfilestruct* image) {
-    if (effect == nullptr)
+    if (effectLink == nullptr)
         return;
-    CPresetSystemEffect& presets = presetEffect();
+    EffectLink& presets = *effectLink;
     const auto current = static_cast<std::size_t>(presets.getPresetNo());
     mirelon::writePresetImage(*image, presets.getUniqueID(), presets.bank()[current]);
 }
 
 void CPresetSystemEditor::BankToBuffer(bankfilestruct* image) {
-    if (effect != nullptr)
-        mirelon::writeBankImage(*image, presetEffect().getUniqueID(), presetEffect().bank());
+    if (effectLink != nullptr)
+        mirelon::writeBankImage(*image, effectLink->getUniqueID(), effectLink->bank());
 }
 
 void CPresetSystemEditor::BufferToPreset(presetfilestruct* image, bool reversed) {
-    if (effect == nullptr)
+    if (effectLink == nullptr)
         return;
-    CPresetSystemEffect& presets = presetEffect();
+    EffectLink& presets = *effectLink;
     const VstInt32 current = presets.getPresetNo();
     PresetRecord& preset = presets.bank()[static_cast<std::size_t>(current)];
     const auto reading = mirelon::readPresetImage(*image, presets.getUniqueID(), reversed, preset);
@@ -88,9 +84,9 @@ void CPresetSystemEditor::BufferToPreset(presetfilestruct* image, bool reversed)
 }
 
 void CPresetSystemEditor::BufferToBank(bankfilestruct* image, bool reversed) {
-    if (effect == nullptr)
+    if (effectLink == nullptr)
         return;
-    CPresetSystemEffect& presets = presetEffect();
+    EffectLink& presets = *effectLink;
     presets.setPresetNo(0); // whatever the image turns out to be
     const auto reading =
         mirelon::readBankImage(*image, presets.getUniqueID(), reversed, presets.bank());
@@ -111,19 +107,19 @@ void CPresetSystemEditor::BufferToBank(bankfilestruct* image, bool reversed) {
 }
 
 void CPresetSystemEditor::MidiToBuffer(midifilestruct* image) {
-    if (effect == nullptr)
+    if (effectLink == nullptr)
         return;
     // The map's values are those of the nine parameters after the preset's.
     mirelon::PresetValues values{};
     for (int j = 0; j < kNumPresetParams; ++j)
         values[static_cast<std::size_t>(j)] = effect->getParameter(kNumPresetParams + j);
-    mirelon::writeMidiImage(*image, presetEffect().getUniqueID(), values);
+    mirelon::writeMidiImage(*image, effectLink->getUniqueID(), values);
 }
 
 void CPresetSystemEditor::BufferToMidi(midifilestruct* image, bool reversed) {
-    if (effect == nullptr)
+    if (effectLink == nullptr)
         return;
-    const auto read = mirelon::readMidiImage(*image, presetEffect().getUniqueID(), reversed);
+    const auto read = mirelon::readMidiImage(*image, effectLink->getUniqueID(), reversed);
     for (int j = 0; j < read.count; ++j)
         effect->setParameter(kNumPresetParams + j, read.values[static_cast<std::size_t>(j)]);
 }

@@ -72,12 +72,15 @@ UTF8String shown(const PresetName& name) {
 } // namespace
 
 CPresetSystemEditor::CPresetSystemEditor(AudioEffect* effect)
-    : AEffGUIEditor(effect) {
-    presetEffect().setEditorLink(this);
+    : AEffGUIEditor(effect)
+    , effectLink(dynamic_cast<EffectLink*>(effect)) {
+    if (effectLink != nullptr)
+        effectLink->setEditorLink(this);
 }
 
 CPresetSystemEditor::~CPresetSystemEditor() {
-    presetEffect().setEditorLink(nullptr);
+    if (effectLink != nullptr)
+        effectLink->setEditorLink(nullptr);
     try {
         CPresetSystemEditor::storePathsAndFilenames();
     } catch (const std::exception&) {
@@ -108,7 +111,7 @@ void CPresetSystemEditor::markBank() noexcept {
 }
 
 bool CPresetSystemEditor::open(void* /*parent*/) {
-    if (frame == nullptr || effect == nullptr)
+    if (frame == nullptr || effectLink == nullptr)
         return false;
     // Marks are kept: what was set since the controls took their values shows
     // at the first idle.
@@ -185,7 +188,7 @@ void CPresetSystemEditor::showMarked() {
     const std::uint32_t marked = marks.exchange(0, std::memory_order_acquire);
     for (int i = 0; i < kNumPresetParams; ++i)
         if ((marked & parameterMark(i)) != 0)
-            setParameter(long{i}, presetEffect().getParameter(i));
+            setParameter(long{i}, effectLink->getParameter(i));
     if ((marked & bankMark) != 0)
         showBank();
 }
@@ -193,7 +196,7 @@ void CPresetSystemEditor::showMarked() {
 // --- What the controls do ---
 
 void CPresetSystemEditor::valueChanged(CControl* control) {
-    if (effect == nullptr || control->getTag() < firstTag || control->getTag() > lastTag)
+    if (effectLink == nullptr || control->getTag() < firstTag || control->getTag() > lastTag)
         return;
     const float value = control->getValue();
     // A file operation may end with this editor gone: nothing comes after it.
@@ -234,21 +237,21 @@ void CPresetSystemEditor::renamePreset() {
         return;
     const PresetName name = presetName(nameField->getText().data());
     showName(name);
-    presetEffect().setPresetName(name.data());
+    effectLink->setPresetName(name.data());
 }
 
 void CPresetSystemEditor::stepPreset(float direction) {
     if (direction == 0.0F)
         return;
     const int step = direction > 0.0F ? 1 : -1;
-    const int preset = std::clamp(presetEffect().getPresetNo() + step, 0, kNumPresets - 1);
-    const PresetName name = presetEffect().bank()[static_cast<std::size_t>(preset)].name();
+    const int preset = std::clamp(effectLink->getPresetNo() + step, 0, kNumPresets - 1);
+    const PresetName name = effectLink->bank()[static_cast<std::size_t>(preset)].name();
     if (presetMenu != nullptr)
         presetMenu->setValue(static_cast<float>(preset));
     if (nameField != nullptr)
         nameField->setText(shown(name));
-    presetEffect().setPresetNo(preset);
-    presetEffect().setPresetName(name.data());
+    effectLink->setPresetNo(preset);
+    effectLink->setPresetName(name.data());
 }
 
 void CPresetSystemEditor::choosePreset(float menuValue) {
@@ -258,12 +261,12 @@ void CPresetSystemEditor::choosePreset(float menuValue) {
         return;
     presetMenu->setValue(static_cast<float>(preset));
     const UTF8String title = presetMenu->getEntry(preset)->getTitle();
-    const PresetName stored = presetEffect().bank()[static_cast<std::size_t>(preset)].name();
+    const PresetName stored = effectLink->bank()[static_cast<std::size_t>(preset)].name();
     // The title names the preset, but a name that could not be shown as it
     // stands keeps its bytes.
     const PresetName name = title == shown(stored) ? stored : presetName(title.data());
-    presetEffect().setPresetNo(preset);
-    presetEffect().setPresetName(name.data());
+    effectLink->setPresetNo(preset);
+    effectLink->setPresetName(name.data());
     if (nameField != nullptr)
         nameField->setText(shown(name));
 }
@@ -284,7 +287,7 @@ void CPresetSystemEditor::showName(const PresetName& name) {
 void CPresetSystemEditor::showBank() {
     if (presetMenu == nullptr || nameField == nullptr)
         return;
-    const PresetBank& bank = presetEffect().bank();
+    const PresetBank& bank = effectLink->bank();
     // Entries are renamed rather than replaced: the menu may be on show.
     for (int i = 0; i < kNumPresets; ++i) {
         const UTF8String title = shown(bank[static_cast<std::size_t>(i)].name());
@@ -294,7 +297,7 @@ void CPresetSystemEditor::showBank() {
             // As an item: a plain title "-" would become a separator.
             presetMenu->addEntry(new CMenuItem(title));
     }
-    const int current = presetEffect().getPresetNo();
+    const int current = effectLink->getPresetNo();
     presetMenu->setValue(static_cast<float>(current));
     nameField->setText(shown(bank[static_cast<std::size_t>(current)].name()));
 }
@@ -307,7 +310,7 @@ void CPresetSystemEditor::nameChangedExternal(char* name) {
 
 void CPresetSystemEditor::nameChangedInternal(char* name) {
     nameChangedExternal(name);
-    presetEffect().setPresetName(name);
+    effectLink->setPresetName(name);
 }
 
 void CPresetSystemEditor::bankReplaced() {

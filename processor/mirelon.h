@@ -54,15 +54,17 @@ class Mirelon : public CPresetSystemEffect {
     void releaseMutex() {}
 
     // The parameter's value in its own unit; 0 for an index outside 0 to 8.
-    float getParameterValue(VstInt32 index) const;
+    float getParameterValue(VstInt32 index) const override;
 
     // The readings of the last block, -0.5 to +0.5. Any thread.
-    float getWidthMeter() const { return widthMeter.load(std::memory_order_relaxed); }
-    float getBalanceMeter() const { return balanceMeter.load(std::memory_order_relaxed); }
+    float getWidthMeter() const override { return widthMeter.load(std::memory_order_relaxed); }
+    float getBalanceMeter() const override { return balanceMeter.load(std::memory_order_relaxed); }
 
     // Kept by the editor: whether its window is open.
-    void setEditorOpen(bool open) { editorOpen.store(open ? 1 : 0, std::memory_order_relaxed); }
-    bool isEditorOpen() const { return editorOpen.load(std::memory_order_relaxed) != 0; }
+    void setEditorOpen(bool open) override {
+        editorOpen.store(open ? 1 : 0, std::memory_order_relaxed);
+    }
+    bool isEditorOpen() const override { return editorOpen.load(std::memory_order_relaxed) != 0; }
 
   private:
     template <typename Sample>

@@ -55,6 +55,13 @@ class RecordingEffect : public CPresetSystemEffect {
             CPresetSystemEffect::setParameter(index, value);
     }
 
+    // What only a processor has.
+    float getParameterValue(VstInt32 /*index*/) const override { return 0.0F; }
+    float getWidthMeter() const override { return 0.0F; }
+    float getBalanceMeter() const override { return 0.0F; }
+    void setEditorOpen(bool open) override { editorOpen = open; }
+    bool isEditorOpen() const override { return editorOpen; }
+
     PresetRecord& record(int preset) { return bank()[static_cast<std::size_t>(preset)]; }
     std::string name(int preset) { return record(preset).name().data(); }
     std::string bytes() {
@@ -62,6 +69,7 @@ class RecordingEffect : public CPresetSystemEffect {
     }
 
     std::vector<std::pair<VstInt32, float>> sets;
+    bool editorOpen = false;
 };
 
 } // namespace mirelon::test
