@@ -63,16 +63,16 @@ bool ADEditor::open(void* parent) {
 
     const CRect area(rect.left, rect.top, rect.left + background->getWidth(),
                      rect.top + background->getHeight());
-    auto* window = new MyFrame(area, scale, this);
-    window->setBackground(background);
-    if (!window->openIn(parent)) {
-        window->forget();
+    auto* opening = new MyFrame(area, scale, this);
+    opening->setBackground(background);
+    if (!opening->openIn(parent)) {
+        opening->forget();
         return false;
     }
     // The panel comes last, on top of everything.
     AEffGUIEditor::open(parent); // NOLINT(bugprone-parent-virtual-call)
     loopUser = std::move(user);
-    frame = window;
+    frame = opening;
     loadBitmaps();
     buildViews();
     effectLink->setEditorOpen(true);
@@ -118,9 +118,9 @@ void ADEditor::close() {
     balanceMeter = nullptr;
     effectLink->setEditorOpen(false);
 
-    auto* window = static_cast<MyFrame*>(frame);
+    auto* closing = static_cast<MyFrame*>(frame);
     frame = nullptr;
-    window->retire();
+    closing->retire();
     AEffGUIEditor::close(); // NOLINT(bugprone-parent-virtual-call): the panel is closed
     for (Bitmap* bitmap : {&sliderHandle, &mark, &meterUnlit, &meterLit, &aboutPicture})
         *bitmap = nullptr;
@@ -168,11 +168,13 @@ void ADEditor::valueChanged(CControl* control) {
 }
 
 void ADEditor::setParameter(long index, float /*value*/) {
-    const auto held = showingAtOnce();
+    const auto held = window.tryHold();
     if (!held)
-        return markParameter(index);
-    if (frame == nullptr)
-        return;
+        return pending.addParameter(index);
+    showParameter(index);
+}
+
+void ADEditor::showParameter(long index) {
     if (index >= 0 && index < numSliders) {
         const auto i = static_cast<std::size_t>(index);
         const auto parameter = static_cast<VstInt32>(index);

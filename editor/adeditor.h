@@ -49,6 +49,9 @@ class ADEditor : public CPresetSystemEditor {
     void beginEdit(int32_t index) override;
     void endEdit(int32_t index) override;
 
+  protected:
+    void showParameter(long index) override;
+
   private:
     static constexpr int numSliders = 5;
 

@@ -8,11 +8,11 @@
 #include "presetsystem/editorlink.h"
 #include "presetsystem/effectlink.h"
 #include "presetsystem/filequestion.h"
+#include "presetsystem/pendingupdates.h"
 #include "presetsystem/presetimages.h"
+#include "presetsystem/windowaccess.h"
 
 #include <array>
-#include <atomic>
-#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -76,20 +76,21 @@ class CPresetSystemEditor : public VSTGUI::AEffGUIEditor,
     virtual void recallPathsAndFilenames();
 
   protected:
-    // The toolkit's setParameter(int, float) stays empty; the effect's news
-    // arrive through EditorLink's setParameter(long, float).
+    // The toolkit's setParameter(int, float) stays empty; the effect reports its
+    // changes through EditorLink's setParameter(long, float).
     using AEffGUIEditor::setParameter;
     using EditorLink::setParameter;
 
     EffectLink* const effectLink; // not owned; null without an effect
 
-    // Holds the run loop when news may be shown now: the window is open, this is
-    // the thread that owns it, and no other is about to close it. Never waits;
-    // any thread.
-    mirelon::EditorThread::Hold showingAtOnce() const noexcept;
-    // Leaves a mark for the next idle on the window's thread: a parameter has a
-    // new value (0 to 8). No lock, no allocation; any thread.
-    void markParameter(long index) noexcept;
+    // Reads parameter `index` from the effect and shows it, while the window is
+    // held; any index.
+    virtual void showParameter(long /*index*/) {}
+
+    // A change is shown by the thread that gets hold of the window, or else is
+    // pending until the next idle. Any thread.
+    mirelon::WindowAccess window;
+    mirelon::PendingUpdates pending;
 
     // Asks the user for one file and waits for the answer: its full path, or
     // nothing. Must not touch the editor once the wait is over: it may be gone.
@@ -114,18 +115,13 @@ class CPresetSystemEditor : public VSTGUI::AEffGUIEditor,
     IdleTimer* idleTimer = nullptr; // owned; null while the editor is closed
 
   private:
-    bool isOpenOnThisThread() const noexcept;
-    void markBank() noexcept; // as markParameter, for the bank and its names
     void addPanel();
     void showName(const mirelon::PresetName& name);
     void showBank();
     void renamePreset();
     void stepPreset(float direction);
     void choosePreset(float menuValue);
-    void showMarked();
-
-    std::atomic<bool> windowOpen{false};
-    std::atomic<std::uint32_t> marks{0}; // a bit for each of what to show again
+    void show(mirelon::PendingUpdates::Taken updates);
 
     // Asks, and puts the parts of the path into `name` and currentDir. False
     // when there is nothing to do or no editor left to do it: the caller

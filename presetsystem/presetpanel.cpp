@@ -52,13 +52,6 @@ constexpr float clearThreshold = 0.75F;
 // What a load button sends for a file of the other byte order.
 constexpr float reversedRequest = 0.5F;
 
-// Marks for the next idle: parameters take the bits of their indices. One bit
-// for all names: by the next idle another preset may be the current one.
-constexpr std::uint32_t bankMark = 1U << kNumPresetParams;
-constexpr std::uint32_t parameterMark(int index) {
-    return 1U << static_cast<unsigned>(index);
-}
-
 PresetName presetName(const char* text) {
     PresetName name{};
     std::memcpy(name.data(), text, strnlen(text, kPresetNameLen));
@@ -88,34 +81,12 @@ CPresetSystemEditor::~CPresetSystemEditor() {
     }
 }
 
-bool CPresetSystemEditor::isOpenOnThisThread() const noexcept {
-    return windowOpen.load(std::memory_order_acquire) &&
-           mirelon::EditorThread::instance().isOwnThread();
-}
-
-mirelon::EditorThread::Hold CPresetSystemEditor::showingAtOnce() const noexcept {
-    if (!isOpenOnThisThread())
-        return {};
-    mirelon::EditorThread::Hold held = mirelon::EditorThread::instance().tryLock();
-    // Whoever had the loop before may have closed the window.
-    return held && isOpenOnThisThread() ? std::move(held) : mirelon::EditorThread::Hold();
-}
-
-void CPresetSystemEditor::markParameter(long index) noexcept {
-    if (index >= 0 && index < kNumPresetParams)
-        marks.fetch_or(parameterMark(static_cast<int>(index)), std::memory_order_release);
-}
-
-void CPresetSystemEditor::markBank() noexcept {
-    marks.fetch_or(bankMark, std::memory_order_release);
-}
-
 bool CPresetSystemEditor::open(void* /*parent*/) {
     if (frame == nullptr || effectLink == nullptr)
         return false;
-    // Marks are kept: what was set since the controls took their values shows
-    // at the first idle.
-    windowOpen.store(true, std::memory_order_release);
+    // Pending updates stay: what was set since the controls took their values
+    // shows at the first idle.
+    window.open();
     addPanel();
     idleTimer = createTimer(this);
     return true;
@@ -168,7 +139,7 @@ void CPresetSystemEditor::addPanel() {
 }
 
 void CPresetSystemEditor::close() {
-    windowOpen.store(false, std::memory_order_release);
+    window.close();
     if (idleTimer != nullptr)
         destroyTimer(idleTimer);
     idleTimer = nullptr;
@@ -177,19 +148,16 @@ void CPresetSystemEditor::close() {
 }
 
 void CPresetSystemEditor::idle() {
-    showMarked();
+    if (const auto held = window.tryHold())
+        show(pending.take());
     AEffGUIEditor::idle();
 }
 
-void CPresetSystemEditor::showMarked() {
-    const auto held = showingAtOnce();
-    if (!held)
-        return;
-    const std::uint32_t marked = marks.exchange(0, std::memory_order_acquire);
+void CPresetSystemEditor::show(mirelon::PendingUpdates::Taken updates) {
     for (int i = 0; i < kNumPresetParams; ++i)
-        if ((marked & parameterMark(i)) != 0)
-            setParameter(long{i}, effectLink->getParameter(i));
-    if ((marked & bankMark) != 0)
+        if (updates.parameter(i))
+            showParameter(i);
+    if (updates.bank())
         showBank();
 }
 
@@ -314,23 +282,23 @@ void CPresetSystemEditor::nameChangedInternal(char* name) {
 }
 
 void CPresetSystemEditor::bankReplaced() {
-    if (const auto held = showingAtOnce())
+    if (const auto held = window.tryHold())
         showBank();
     else
-        markBank();
+        pending.addBank();
 }
 
 void CPresetSystemEditor::showCurrentName(const PresetName& name) {
-    if (const auto held = showingAtOnce())
+    if (const auto held = window.tryHold())
         showName(name);
     else
-        markBank();
+        pending.addBank();
 }
 
 void CPresetSystemEditor::showBankName(int preset, const PresetName& name) {
-    const auto held = showingAtOnce();
+    const auto held = window.tryHold();
     if (!held)
-        return markBank();
+        return pending.addBank();
     if (presetMenu == nullptr || presetMenu->getEntry(preset) == nullptr)
         return;
     presetMenu->setValue(static_cast<float>(preset));
