@@ -108,8 +108,7 @@ VstInt32 CPresetSystemEffect::getProgram() {
 void CPresetSystemEffect::setProgram(VstInt32 /*program*/) {}
 
 void CPresetSystemEffect::setProgramName(char* name) {
-    mirelon::PresetName copy{};
-    std::memcpy(copy.data(), name, strnlen(name, kPresetNameLen));
+    mirelon::PresetName copy = mirelon::presetName(name);
     currentPreset().setName(copy.data());
     if (editorLink != nullptr)
         editorLink->nameChangedExternal(copy.data());

@@ -1,6 +1,7 @@
-// What a file selector is asked.
+// What the user is asked for a file, and the answer.
 #pragma once
 
+#include <array>
 #include <string>
 
 namespace mirelon {
@@ -19,6 +20,15 @@ struct FileQuestion {
     std::string title;
     std::string directory; // where to start; ends with a slash, or empty
     std::string name;      // proposed for saving
+};
+
+// A part of a path as a terminated text.
+using PathBuffer = std::array<char, 257>;
+
+// One file, in the parts that the file layer opens.
+struct ChosenFile {
+    PathBuffer name{};
+    PathBuffer directory{}; // ends with a slash
 };
 
 } // namespace mirelon

@@ -30,6 +30,12 @@ void mySwapBytes(void* word) noexcept {
 
 namespace mirelon {
 
+PresetName presetName(const char* text) noexcept {
+    PresetName name{};
+    std::memcpy(name.data(), text, strnlen(text, kPresetNameLen));
+    return name;
+}
+
 float decodeValue(const std::byte* bytes) noexcept {
     std::uint32_t bits = 0;
     for (int i = 0; i < 4; ++i)

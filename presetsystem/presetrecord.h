@@ -19,6 +19,9 @@ namespace mirelon {
 
 // A name as a host's text buffer takes it: 24 bytes and a terminator.
 using PresetName = std::array<char, kPresetNameLen + 1>;
+// The first 24 bytes of a terminated text.
+PresetName presetName(const char* text) noexcept;
+
 using PresetValues = std::array<float, kNumPresetParams>;
 
 constexpr bool isPresetIndex(std::int64_t index) noexcept {

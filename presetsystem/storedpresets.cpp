@@ -1,141 +1,119 @@
-// The editor's side of the preferences: default bank and preset, the compare
-// memories A and B, and the last directory and file names used.
-#include "presetsystem/cpresetsystemeditor.h"
+#include "presetsystem/storedpresets.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
-#include <string_view>
+#include <tuple>
+
+namespace mirelon {
 
 namespace {
 
-constexpr const char* dirKey = "CurrDir";
-constexpr const char* bankNameKey = "CurrBank";
-constexpr const char* presetNameKey = "CurrPreset";
 constexpr const char* defaultBankKey = "DefaultBank";
-constexpr const char* defaultPresetKey = "DefaultPreset";
-constexpr const char* memoryAKey = "MemoAPreset";
-constexpr const char* memoryBKey = "MemoBPreset";
 constexpr const char* defaultMidiKey = "DefaultMidi";
+
+constexpr const char* keyOf(PresetSlot slot) {
+    switch (slot) {
+    case PresetSlot::defaultPreset:
+        return "DefaultPreset";
+    case PresetSlot::memoryA:
+        return "MemoAPreset";
+    case PresetSlot::memoryB:
+        return "MemoBPreset";
+    }
+    return "";
+}
+
+struct LastFilesText {
+    const char* key;
+    PathBuffer LastFiles::*buffer;
+};
+constexpr std::array<LastFilesText, 3> lastFilesTexts{{
+    {"CurrDir", &LastFiles::currentDir},
+    {"CurrBank", &LastFiles::currentBankName},
+    {"CurrPreset", &LastFiles::currentPresetName},
+}};
 
 std::string_view bytesOf(const auto& image) {
     return {reinterpret_cast<const char*>(image.bytes.data()), image.bytes.size()};
 }
 
-// A shorter value leaves the rest of the image zero, a longer one is cut.
-void fill(auto& image, const std::optional<std::string>& value) {
+template <typename Image>
+Image imageOf(const std::optional<std::string>& value) {
+    Image image;
     if (value)
         std::memcpy(image.bytes.data(), value->data(), std::min(value->size(), image.bytes.size()));
+    return image;
 }
 
 } // namespace
 
-void CPresetSystemEditor::storePreset(const char* key) {
-    presetfilestruct image;
-    PresetToBuffer(&image);
-    preferences.set(key, bytesOf(image));
+void StoredPresets::store(const char* key, std::string_view value) {
+    preferences.set(key, value);
     preferences.synchronise();
 }
 
-void CPresetSystemEditor::recallPreset(const char* key) {
-    presetfilestruct image;
-    fill(image, preferences.get(key));
-    BufferToPreset(&image, false);
-}
-
-void CPresetSystemEditor::removePreference(const char* key) {
+void StoredPresets::clear(const char* key) {
     preferences.remove(key);
     preferences.synchronise();
 }
 
-void CPresetSystemEditor::saveDefaultBank() {
-    bankfilestruct image;
-    BankToBuffer(&image);
-    preferences.set(defaultBankKey, bytesOf(image));
+presetfilestruct StoredPresets::preset(PresetSlot slot) const {
+    return imageOf<presetfilestruct>(preferences.get(keyOf(slot)));
+}
+
+bankfilestruct StoredPresets::defaultBank() const {
+    return imageOf<bankfilestruct>(preferences.get(defaultBankKey));
+}
+
+void StoredPresets::storePreset(PresetSlot slot, const presetfilestruct& image) {
+    store(keyOf(slot), bytesOf(image));
+}
+
+void StoredPresets::storeDefaultBank(const bankfilestruct& image) {
+    store(defaultBankKey, bytesOf(image));
+}
+
+void StoredPresets::clearPreset(PresetSlot slot) {
+    clear(keyOf(slot));
+}
+
+void StoredPresets::clearDefaultBank() {
+    clear(defaultBankKey);
+}
+
+void StoredPresets::clearDefaultMidi() {
+    clear(defaultMidiKey);
+}
+
+std::optional<std::string> StoredPresets::text(const char* key) const {
+    std::optional<std::string> stored = preferences.get(key);
+    if (stored)
+        stored->resize(std::min(std::strlen(stored->c_str()), std::tuple_size_v<PathBuffer> - 1));
+    return stored;
+}
+
+// Hosts build and drop instances while they scan, so an instance that has used
+// no file writes nothing.
+void StoredPresets::storeLastFiles(const LastFiles& files) {
+    const auto isEmpty = [&](const LastFilesText& last) {
+        return (files.*last.buffer).front() == '\0';
+    };
+    const auto isStored = [&](const LastFilesText& last) {
+        return text(last.key).value_or(std::string()) == (files.*last.buffer).data();
+    };
+    if (std::ranges::all_of(lastFilesTexts, isEmpty) ||
+        std::ranges::all_of(lastFilesTexts, isStored))
+        return;
+    for (const LastFilesText& last : lastFilesTexts)
+        preferences.set(last.key, (files.*last.buffer).data());
     preferences.synchronise();
 }
 
-void CPresetSystemEditor::loadDefaultBank() {
-    bankfilestruct image;
-    fill(image, preferences.get(defaultBankKey));
-    BufferToBank(&image, false);
+void StoredPresets::recallLastFiles(LastFiles& files) const {
+    for (const LastFilesText& last : lastFilesTexts)
+        if (const auto stored = text(last.key))
+            std::memcpy((files.*last.buffer).data(), stored->c_str(), stored->size() + 1);
 }
 
-void CPresetSystemEditor::resetDefaultBank() {
-    removePreference(defaultBankKey);
-}
-
-void CPresetSystemEditor::saveDefaultPreset() {
-    storePreset(defaultPresetKey);
-}
-
-void CPresetSystemEditor::loadDefaultPreset() {
-    recallPreset(defaultPresetKey);
-}
-
-void CPresetSystemEditor::resetDefaultPreset() {
-    removePreference(defaultPresetKey);
-}
-
-void CPresetSystemEditor::storeA() {
-    storePreset(memoryAKey);
-}
-
-void CPresetSystemEditor::storeB() {
-    storePreset(memoryBKey);
-}
-
-void CPresetSystemEditor::recallA() {
-    recallPreset(memoryAKey);
-}
-
-void CPresetSystemEditor::recallB() {
-    recallPreset(memoryBKey);
-}
-
-void CPresetSystemEditor::saveDefaultMidi() {}
-void CPresetSystemEditor::loadDefaultMidi() {}
-
-void CPresetSystemEditor::resetDefaultMidi() {
-    removePreference(defaultMidiKey);
-}
-
-std::string CPresetSystemEditor::storedText(const char* key) const {
-    std::string text = preferences.get(key).value_or(std::string());
-    text.resize(std::min(std::strlen(text.c_str()), std::tuple_size_v<PathBuffer> - 1));
-    return text;
-}
-
-// Hosts build and drop instances while they scan: nothing is written unless
-// there is something new to remember.
-void CPresetSystemEditor::storePathsAndFilenames() {
-    const std::pair<const char*, const PathBuffer*> texts[] = {{dirKey, &currentDir},
-                                                               {bankNameKey, &currentBankName},
-                                                               {presetNameKey, &currentPresetName}};
-    if (std::ranges::all_of(texts, [](const auto& text) { return text.second->front() == '\0'; }))
-        return;
-    if (std::ranges::all_of(texts, [this](const auto& text) {
-            return storedText(text.first) == text.second->data();
-        }))
-        return;
-    for (const auto& [key, text] : texts)
-        preferences.set(key, text->data());
-    preferences.synchronise();
-}
-
-void CPresetSystemEditor::recallPathsAndFilenames() {
-    const std::pair<const char*, PathBuffer*> texts[] = {{dirKey, &currentDir},
-                                                         {bankNameKey, &currentBankName},
-                                                         {presetNameKey, &currentPresetName}};
-    for (const auto& [key, text] : texts)
-        if (preferences.get(key)) {
-            const std::string stored = storedText(key);
-            std::memcpy(text->data(), stored.c_str(), stored.size() + 1);
-        }
-}
-
-void CPresetSystemEditor::loadDefaults() {
-    loadDefaultBank();
-    loadDefaultPreset();
-    loadDefaultMidi();
-    recallPathsAndFilenames();
-}
+} // namespace mirelon

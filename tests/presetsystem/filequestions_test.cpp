@@ -13,15 +13,15 @@ using FileQuestions = PresetFilesTest;
 
 TEST_F(FileQuestions, TheQuestionNamesWhatIsAsked) {
     editor().setDir("/a/folder/");
-    std::ranges::copy("my.dvp"s, editor().currentPresetName.begin());
-    std::ranges::copy("my.dvb"s, editor().currentBankName.begin());
+    std::ranges::copy("my.dvp"s, editor().lastFiles.currentPresetName.begin());
+    std::ranges::copy("my.dvb"s, editor().lastFiles.currentBankName.begin());
     editor().savePreset();
     editor().saveBank();
     editor().loadPreset(false);
     editor().loadBank(false);
     editor().loadBank(true);
-    ASSERT_EQ(editor().questions.size(), 5U);
-    const std::vector<FileQuestion>& asked = editor().questions;
+    ASSERT_EQ(editor().user->questions.size(), 5U);
+    const std::vector<FileQuestion>& asked = editor().user->questions;
     EXPECT_EQ(asked[0].title, "Save preset");
     EXPECT_EQ(asked[0].name, "my.dvp");
     EXPECT_STREQ(asked[0].type.description, "Dravik Preset");
@@ -42,9 +42,9 @@ TEST_F(FileQuestions, TheQuestionNamesWhatIsAsked) {
 TEST_F(FileQuestions, AnAnswerBecomesTheLastFolderAndName) {
     answer(folder / "new.dvp");
     editor().savePreset();
-    EXPECT_EQ(editor().currentDir.data(), folder.directory());
-    EXPECT_STREQ(editor().currentPresetName.data(), "new.dvp");
-    EXPECT_STREQ(editor().currentBankName.data(), "");
+    EXPECT_EQ(editor().lastFiles.currentDir.data(), folder.directory());
+    EXPECT_STREQ(editor().lastFiles.currentPresetName.data(), "new.dvp");
+    EXPECT_STREQ(editor().lastFiles.currentBankName.data(), "");
 }
 
 TEST_F(FileQuestions, ADismissedDialogKeepsFolderAndNameAndTouchesNothing) {
@@ -54,7 +54,7 @@ TEST_F(FileQuestions, ADismissedDialogKeepsFolderAndNameAndTouchesNothing) {
     editor().loadBank(false);
     editor().savePreset();
     editor().saveBank();
-    EXPECT_STREQ(editor().currentDir.data(), "/a/folder/");
+    EXPECT_STREQ(editor().lastFiles.currentDir.data(), "/a/folder/");
     EXPECT_EQ(effect().bytes(), before);
     EXPECT_TRUE(effect().sets.empty());
 }
@@ -65,7 +65,7 @@ TEST_F(FileQuestions, WithoutAFrameNothingIsAsked) {
     editor().loadBank(false);
     editor().savePreset();
     editor().saveBank();
-    EXPECT_TRUE(editor().questions.empty());
+    EXPECT_TRUE(editor().user->questions.empty());
     EXPECT_TRUE(effect().sets.empty());
 }
 
@@ -76,7 +76,7 @@ TEST_F(FileQuestions, AMissingExtensionIsAppended) {
     editor().saveBank();
     EXPECT_EQ(contentsOf(folder / "name.dvp").size(), 65U);
     EXPECT_EQ(contentsOf(folder / "name.with.dots.dvb").size(), 665U);
-    EXPECT_STREQ(editor().currentPresetName.data(), "name.dvp");
+    EXPECT_STREQ(editor().lastFiles.currentPresetName.data(), "name.dvp");
 }
 
 TEST_F(FileQuestions, AnExtensionInCapitalsIsOne) {
@@ -90,9 +90,9 @@ TEST_F(FileQuestions, AFileThatOnlyTheAppendedExtensionNamesIsReplacedOnlyWhenAs
     answer(folder / "name");
     editor().savePreset();
     EXPECT_EQ(contentsOf(folder / "name.dvp"), "precious");
-    ASSERT_EQ(editor().questions.size(), 2U);
-    EXPECT_EQ(editor().questions[1].directory, folder.directory());
-    EXPECT_EQ(editor().questions[1].name, "name.dvp");
+    ASSERT_EQ(editor().user->questions.size(), 2U);
+    EXPECT_EQ(editor().user->questions[1].directory, folder.directory());
+    EXPECT_EQ(editor().user->questions[1].name, "name.dvp");
 
     answer(folder / "name");
     answer(folder / "name.dvp");
@@ -108,8 +108,8 @@ TEST_F(FileQuestions, ANameThatDoesNotFitIsRefusedBeforeAnythingIsWritten) {
     editor().savePreset();
     answer(folder / (std::string(300, 'n') + ".dvp"));
     editor().loadPreset(false);
-    EXPECT_STREQ(editor().currentDir.data(), "/a/folder/");
-    EXPECT_STREQ(editor().currentPresetName.data(), "");
+    EXPECT_STREQ(editor().lastFiles.currentDir.data(), "/a/folder/");
+    EXPECT_STREQ(editor().lastFiles.currentPresetName.data(), "");
     answer(folder / (fitting + ".dvp"));
     editor().savePreset();
     EXPECT_EQ(contentsOf(folder / (fitting + ".dvp")).size(), 65U);
@@ -124,7 +124,7 @@ TEST_F(FileQuestions, AFolderThatDoesNotFitIsRefusedBeforeAnythingIsWritten) {
     answer(deep / "a.dvp");
     editor().savePreset();
     EXPECT_TRUE(is_empty(deep));
-    EXPECT_STREQ(editor().currentDir.data(), "");
+    EXPECT_STREQ(editor().lastFiles.currentDir.data(), "");
 }
 
 TEST_F(FileQuestions, APathOf512CharactersIsRefusedThoughItsPartsFit) {
@@ -138,10 +138,10 @@ TEST_F(FileQuestions, APathOf512CharactersIsRefusedThoughItsPartsFit) {
     answer(deep / (std::string(251, 'n') + ".dvp"));
     editor().savePreset();
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(deep), {}), 1);
-    const std::string kept = editor().currentPresetName.data();
+    const std::string kept = editor().lastFiles.currentPresetName.data();
     answer(deep / (std::string(252, 'm') + ".dvp"));
     editor().loadPreset(false);
-    EXPECT_EQ(editor().currentPresetName.data(), kept);
+    EXPECT_EQ(editor().lastFiles.currentPresetName.data(), kept);
 }
 
 TEST_F(FileQuestions, AnAnswerThatIsNoFileIsRefused) {
@@ -151,7 +151,7 @@ TEST_F(FileQuestions, AnAnswerThatIsNoFileIsRefused) {
     editor().loadBank(false);
     answer("");
     editor().loadBank(false);
-    EXPECT_STREQ(editor().currentDir.data(), "");
+    EXPECT_STREQ(editor().lastFiles.currentDir.data(), "");
     EXPECT_TRUE(effect().sets.empty());
 }
 
@@ -173,7 +173,7 @@ TEST_F(FileQuestions, AnInstanceThatEndsWhileTheUserThinksIsNotTouched) {
         instance.emplace(folder / "config");
         editor().makeFrame();
         answer(save ? folder / "b.dvp" : folder / "a.dvp");
-        editor().meanwhile = [this] { instance.reset(); };
+        editor().user->meanwhile = [this] { instance.reset(); };
         ScriptedEditor& asking = editor();
         if (save)
             asking.savePreset();
@@ -186,7 +186,7 @@ TEST_F(FileQuestions, AnInstanceThatEndsWhileTheUserThinksIsNotTouched) {
 TEST_F(FileQuestions, AWindowClosedWhileTheUserThinksIsNotRedrawn) {
     writeFile(folder / "a.dvp", presetFileOf(effect(), 8));
     answer(folder / "a.dvp");
-    editor().meanwhile = [this] { editor().dropFrame(); };
+    editor().user->meanwhile = [this] { editor().dropFrame(); };
     editor().loadPreset(false);
     EXPECT_EQ(effect().name(0), "preset 8");
 }

@@ -102,7 +102,7 @@ TEST_F(PresetFiles, AReversedPresetNeedsTheReversedLoad) {
     answer(folder / "a.dvp");
     editor().loadPreset(true);
     EXPECT_EQ(effect().bytes().substr(0, 60), presetFileOf(effect(), 8).substr(5));
-    EXPECT_EQ(editor().questions.back().title, "Load preset (endian-reversed)");
+    EXPECT_EQ(editor().user->questions.back().title, "Load preset (endian-reversed)");
 }
 
 TEST_F(PresetFiles, ABankLoadsWholeAndPresetZeroIsApplied) {
@@ -159,7 +159,7 @@ INSTANTIATE_TEST_SUITE_P(For, RefusedBank,
 std::vector<std::string> menuOf(const ScriptedEditor& editor) {
     std::vector<std::string> titles;
     for (int i = 0; i < kNumPresets; ++i)
-        titles.push_back(editor.presetMenu->getEntry(i)->getTitle().getString());
+        titles.push_back(editor.presetMenu().getEntry(i)->getTitle().getString());
     return titles;
 }
 
@@ -176,7 +176,7 @@ class PresetFilesWithPanel : public PresetFiles {
         answer(folder / "a.dvb");
         editor().loadBank(false);
     }
-    std::string shownName() { return editor().nameField->getText().getString(); }
+    std::string shownName() { return editor().nameField().getText().getString(); }
 
     RecordingEffect other;
     std::vector<std::string> before;
@@ -189,7 +189,7 @@ TEST_F(PresetFilesWithPanel, ALoadedBanksNamesShowAndEntryZeroIsCurrent) {
     before.front() = "first";
     before.back() = "last";
     EXPECT_EQ(menuOf(editor()), before);
-    EXPECT_EQ(editor().presetMenu->getCurrentIndex(), 0);
+    EXPECT_EQ(editor().presetMenu().getCurrentIndex(), 0);
     EXPECT_EQ(shownName(), "first");
 }
 
@@ -201,7 +201,7 @@ TEST_F(PresetFilesWithPanel, ABankRefusedAtAValueLeavesTheNamesReadUntilThen) {
     for (int i = 0; i <= 4; ++i)
         before[static_cast<std::size_t>(i)] = "other " + std::to_string(i);
     EXPECT_EQ(menuOf(editor()), before);
-    EXPECT_EQ(editor().presetMenu->getCurrentIndex(), 4);
+    EXPECT_EQ(editor().presetMenu().getCurrentIndex(), 4);
     EXPECT_EQ(shownName(), "preset 0");
     EXPECT_EQ(effect().name(4), "preset 4");
 }
@@ -227,7 +227,7 @@ TEST_F(PresetFiles, TheControllerMapHasNoFiles) {
     editor().saveMidi();
     editor().saveDefaultMidi();
     editor().loadDefaultMidi();
-    EXPECT_TRUE(editor().questions.empty());
+    EXPECT_TRUE(editor().user->questions.empty());
     EXPECT_TRUE(effect().sets.empty());
 }
 

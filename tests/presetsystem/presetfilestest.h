@@ -22,7 +22,9 @@ class PresetFilesTest : public testing::Test {
 
     ScriptedEditor& editor() { return *instance->editor; }
     RecordingEffect& effect() { return instance->effect; }
-    void answer(const std::filesystem::path& path) { editor().answers.emplace_back(path.string()); }
+    void answer(const std::filesystem::path& path) {
+        editor().user->answers.emplace_back(path.string());
+    }
 
     const TemporaryFolder folder;
     std::optional<ScriptedInstance> instance{std::in_place, folder / "config"};

@@ -12,20 +12,52 @@
 #include <deque>
 #include <functional>
 #include <gtest/gtest.h>
+#include <memory>
+#include <utility>
+#include <vector>
 
 namespace mirelon::test {
 
+// A user who answers from a list.
+class ScriptedDialog final : public FileDialog {
+  public:
+    // What the user was asked, and does; outlives the dialog, which may end while
+    // the user thinks.
+    struct Script {
+        std::vector<FileQuestion> questions;
+        std::deque<std::optional<std::string>> answers; // none left: dismissed
+        std::function<void()> meanwhile;                // happens while the user thinks
+    };
+
+    explicit ScriptedDialog(std::shared_ptr<Script> script)
+        : script(std::move(script)) {}
+
+    void ask(const FileQuestion& question, Answer answered) override {
+        const auto played = script;
+        played->questions.push_back(question);
+        std::optional<std::string> answer;
+        if (!played->answers.empty()) {
+            answer = played->answers.front();
+            played->answers.pop_front();
+        }
+        if (played->meanwhile)
+            std::exchange(played->meanwhile, nullptr)();
+        answered(std::move(answer));
+    }
+
+  private:
+    std::shared_ptr<Script> script;
+};
+
 class ScriptedEditor : public CPresetSystemEditor {
   public:
-    using CPresetSystemEditor::currentBankName;
-    using CPresetSystemEditor::currentDir;
-    using CPresetSystemEditor::currentPresetName;
-    using CPresetSystemEditor::nameField;
-    using CPresetSystemEditor::PathBuffer;
-    using CPresetSystemEditor::presetMenu;
+    using CPresetSystemEditor::lastFiles;
+    using Script = ScriptedDialog::Script;
 
-    explicit ScriptedEditor(RecordingEffect& effect)
-        : CPresetSystemEditor(&effect) {}
+    explicit ScriptedEditor(AudioEffect* effect,
+                            std::shared_ptr<Script> user = std::make_shared<Script>())
+        : CPresetSystemEditor(effect, std::make_unique<ScriptedDialog>(user))
+        , user(std::move(user)) {}
     ~ScriptedEditor() override { dropFrame(); }
 
     // A frame that is on no screen, as between an editor's opening and closing.
@@ -39,33 +71,36 @@ class ScriptedEditor : public CPresetSystemEditor {
         EXPECT_TRUE(open(nullptr));
     }
     void dropFrame() {
-        if (presetMenu != nullptr)
-            close();
+        close();
         if (frame != nullptr)
             std::exchange(frame, nullptr)->forget();
+    }
+
+    // A control of the panel; null without one.
+    VSTGUI::CControl* control(std::int32_t tag) const {
+        VSTGUI::CControl* found = nullptr;
+        frame->forEachChild([&](VSTGUI::CView* view) {
+            if (auto* candidate = dynamic_cast<VSTGUI::CControl*>(view))
+                if (candidate->getTag() == tag)
+                    found = candidate;
+        });
+        return found;
+    }
+    VSTGUI::CTextEdit& nameField() const {
+        return dynamic_cast<VSTGUI::CTextEdit&>(*control(1000));
+    }
+    VSTGUI::COptionMenu& presetMenu() const {
+        return dynamic_cast<VSTGUI::COptionMenu&>(*control(1012));
     }
 
     using CPresetSystemEditor::setParameter;
     void setParameter(long /*index*/, float /*value*/) override {}
 
-    void setDir(const std::string& dir) { dir.copy(currentDir.data(), currentDir.size() - 1); }
-
-    std::vector<FileQuestion> questions;
-    std::deque<std::optional<std::string>> answers; // none left: dismissed
-    std::function<void()> meanwhile;                // happens while the user thinks
-
-  private:
-    std::optional<std::string> askForFile(const FileQuestion& question) override {
-        questions.push_back(question);
-        std::optional<std::string> answer;
-        if (!answers.empty()) {
-            answer = answers.front();
-            answers.pop_front();
-        }
-        if (meanwhile)
-            std::exchange(meanwhile, nullptr)(); // may end this editor
-        return answer;
+    void setDir(const std::string& dir) {
+        dir.copy(lastFiles.currentDir.data(), lastFiles.currentDir.size() - 1);
     }
+
+    const std::shared_ptr<Script> user;
 };
 
 // An effect with such an editor; preferences in a folder of their own.
@@ -73,7 +108,7 @@ class ScriptedInstance {
   public:
     explicit ScriptedInstance(const std::filesystem::path& configuration) {
         setenv("XDG_CONFIG_HOME", configuration.c_str(), 1);
-        editor = new ScriptedEditor(effect);
+        editor = new ScriptedEditor(&effect);
     }
 
     RecordingEffect effect;

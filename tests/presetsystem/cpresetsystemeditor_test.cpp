@@ -1,0 +1,158 @@
+// The preset system's editor as a whole: what is shown at once and what waits.
+#include "tests/presetsystem/scriptededitor.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace mirelon::test {
+namespace {
+
+class WatchingEditor : public ScriptedEditor {
+  public:
+    using ScriptedEditor::pending;
+    using ScriptedEditor::ScriptedEditor;
+
+    void showParameter(long index) override { shown.push_back(index); }
+
+    std::vector<long> shown;
+};
+
+class PresetEditor : public testing::Test {
+  protected:
+    PresetEditor() { setenv("XDG_CONFIG_HOME", (folder / "config").c_str(), 1); }
+    ~PresetEditor() override { editor.dropFrame(); }
+
+    template <typename Work>
+    static void elsewhere(Work work) {
+        std::thread(work).join();
+    }
+    std::string title(int preset) const {
+        return editor.presetMenu().getEntry(preset)->getTitle().getString();
+    }
+
+    std::string mine = "mine";
+    const TemporaryFolder folder;
+    RecordingEffect effect;
+    WatchingEditor& editor = *new WatchingEditor(&effect); // the effect's
+};
+
+TEST_F(PresetEditor, ShowsEachPendingParameterOnceAtTheNextIdle) {
+    editor.makePanel();
+    elsewhere([&] {
+        editor.pending.addParameter(7);
+        editor.pending.addParameter(2);
+        editor.pending.addParameter(7);
+    });
+    EXPECT_TRUE(editor.shown.empty());
+    editor.idle();
+    EXPECT_EQ(editor.shown, (std::vector<long>{2, 7}));
+    editor.idle();
+    EXPECT_EQ(editor.shown.size(), 2U);
+}
+
+TEST_F(PresetEditor, KeepsPendingUpdatesWhileItIsClosed) {
+    editor.pending.addParameter(2);
+    editor.makeFrame();
+    editor.idle();
+    EXPECT_TRUE(editor.shown.empty());
+    EXPECT_TRUE(editor.open(nullptr));
+    editor.idle();
+    EXPECT_EQ(editor.shown, std::vector<long>{2});
+}
+
+TEST_F(PresetEditor, ShowsAHostsNameAtOnceOnItsOwnThread) {
+    editor.makePanel();
+    effect.setProgramName(mine.data());
+    EXPECT_EQ(title(0), "mine");
+}
+
+TEST_F(PresetEditor, ShowsAHostsNameFromElsewhereAtTheNextIdle) {
+    editor.makePanel();
+    elsewhere([&] { effect.setProgramName(mine.data()); });
+    EXPECT_EQ(title(0), "preset 0");
+    editor.idle();
+    EXPECT_EQ(title(0), "mine");
+}
+
+TEST_F(PresetEditor, ShowsTheStoreAsItIsByThenWhenABankLoadsElsewhere) {
+    editor.makePanel();
+    RecordingEffect other;
+    other.record(4).setName("other");
+    bankfilestruct image;
+    writeBankImage(image, testId, other.bank());
+    elsewhere([&] { editor.BufferToBank(&image, false); });
+    EXPECT_EQ(title(4), "preset 4");
+    editor.idle();
+    EXPECT_EQ(title(4), "other");
+    EXPECT_EQ(editor.presetMenu().getCurrentIndex(), 0);
+}
+
+TEST_F(PresetEditor, RenamesThePresetOnlyWhenToldFromInside) {
+    editor.makePanel();
+    std::string name = "shown";
+    editor.nameChangedExternal(name.data());
+    EXPECT_EQ(title(0), "shown");
+    EXPECT_EQ(effect.name(0), "preset 0");
+    editor.nameChangedInternal(name.data());
+    EXPECT_EQ(effect.name(0), "shown");
+    editor.nameChangedExternal(nullptr);
+    EXPECT_EQ(title(0), "shown");
+}
+
+// An effect without a preset system.
+struct PlainEffect : AudioEffectX {
+    PlainEffect()
+        : AudioEffectX(nullptr, 1, 1) {}
+    void processReplacing(float** /*inputs*/, float** /*outputs*/,
+                          VstInt32 /*sampleFrames*/) override {}
+};
+
+TEST(PresetEditorAlone, OfAnEffectWithoutPresetsDoesNothing) {
+    PlainEffect effect;
+    auto& editor = *new ScriptedEditor(&effect); // the effect's
+    editor.makeFrame();
+    EXPECT_FALSE(editor.open(nullptr));
+    const auto control = VSTGUI::makeOwned<VSTGUI::CTextLabel>(VSTGUI::CRect(0, 0, 1, 1));
+    for (const int tag : {1000, 1001, 1002, 1012, 1013, 1015, 1018}) {
+        control->setTag(tag);
+        editor.valueChanged(control);
+    }
+    std::string name = "mine";
+    editor.nameChangedInternal(name.data());
+    editor.loadDefaultBank();
+    editor.loadDefaultPreset();
+    bankfilestruct bank;
+    presetfilestruct preset;
+    midifilestruct map;
+    editor.BankToBuffer(&bank);
+    editor.PresetToBuffer(&preset);
+    editor.MidiToBuffer(&map);
+    editor.BufferToMidi(&map, false);
+    EXPECT_EQ(bank.bytes, bankfilestruct{}.bytes);
+    EXPECT_EQ(preset.bytes, presetfilestruct{}.bytes);
+    EXPECT_EQ(map.bytes, midifilestruct{}.bytes);
+    EXPECT_TRUE(editor.user->questions.empty());
+}
+
+TEST(PresetEditorAlone, TagsWithoutAnActionDoNothing) {
+    RecordingEffect effect;
+    auto& editor = *new ScriptedEditor(&effect); // the effect's
+    editor.makePanel();
+    const std::string before = effect.bytes();
+    const auto control = VSTGUI::makeOwned<VSTGUI::CTextLabel>(VSTGUI::CRect(0, 0, 1, 1));
+    for (const int tag : {-1, 0, 8, 999, 1006, 1011, 1019}) {
+        control->setTag(tag);
+        control->setValue(1.0F);
+        editor.valueChanged(control);
+    }
+    EXPECT_EQ(effect.bytes(), before);
+    EXPECT_TRUE(effect.sets.empty());
+    EXPECT_TRUE(editor.user->questions.empty());
+    editor.dropFrame();
+}
+
+} // namespace
+} // namespace mirelon::test
