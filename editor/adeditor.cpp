@@ -1,5 +1,6 @@
 #include "editor/adeditor.h"
 
+#include "editor/textfield.h"
 #include "platform/display.h"
 #include "platform/toolkitconnection.h"
 #include "presetsystem/bitmaps.h"
@@ -11,11 +12,9 @@
 using namespace VSTGUI;
 using mirelon::EditorThread;
 using mirelon::RunLoop;
+namespace layout = mirelon::layout;
 
 namespace {
-
-// What a meter shows for a reading of 0.
-constexpr float meterMiddle = 0.5F;
 
 VstInt16 scaled(int pixels, double scale) {
     return static_cast<VstInt16>(std::lround(pixels * scale));
@@ -59,7 +58,7 @@ bool ADEditor::open(void* parent) {
     if (parent == nullptr || effectLink == nullptr || !*user || !loop.connectToDisplay())
         return false;
     updateScale();
-    loadBackground();
+    CBitmap* const background = pictures.background(scale);
 
     const CRect area(rect.left, rect.top, rect.left + background->getWidth(),
                      rect.top + background->getHeight());
@@ -73,32 +72,43 @@ bool ADEditor::open(void* parent) {
     AEffGUIEditor::open(parent); // NOLINT(bugprone-parent-virtual-call)
     loopUser = std::move(user);
     frame = opening;
-    loadBitmaps();
+    pictures.load(scale);
     buildViews();
     effectLink->setEditorOpen(true);
     return CPresetSystemEditor::open(parent);
 }
 
-void ADEditor::loadBackground() {
-    if (background == nullptr || backgroundScale != scale)
-        background = mirelon::loadBitmap(mirelon::kPictureBackground, scale);
-    backgroundScale = scale;
+// Later views lie above earlier ones.
+void ADEditor::buildViews() {
+    addCaptions();
+    parameters.emplace(*frame, *this, pictures, *effectLink);
+    for (const layout::SliderRow& row : layout::sliderRows) {
+        for (const layout::Meter& meter : layout::meters)
+            if (meter.above == row.parameter)
+                meters.add(*frame, pictures, meter);
+        parameters->addSlider(row);
+    }
+    for (const layout::Switch& row : layout::switches)
+        parameters->addSwitch(row);
+    addAbout();
 }
 
-void ADEditor::loadBitmaps() {
-    const auto load = [this](Bitmap& bitmap, mirelon::PictureNumber picture) {
-        if (bitmap == nullptr)
-            bitmap = mirelon::loadBitmap(picture, scale);
-    };
-    load(sliderHandle, mirelon::kPictureSliderHandle);
-    load(mark, mirelon::kPictureMark);
-    load(meterUnlit, mirelon::kPictureMeterUnlit);
-    load(meterLit, mirelon::kPictureMeterLit);
-    load(switchPictures[kParamProcess], mirelon::kPictureProcess);
-    load(switchPictures[kParamPhase], mirelon::kPicturePhase);
-    load(switchPictures[kParamInvertL], mirelon::kPictureInvertL);
-    load(switchPictures[kParamInvertR], mirelon::kPictureInvertR);
-    load(aboutPicture, mirelon::kPictureAbout);
+void ADEditor::addCaptions() {
+    for (const layout::Caption& caption : layout::captions)
+        frame->addView(mirelon::newTextField(
+            caption.field, pictures.background(), caption.rightAligned ? kRightText : kLeftText,
+            parameterNameStringConvert, layout::captionMaximum, static_cast<float>(caption.text)));
+}
+
+void ADEditor::addAbout() {
+    CBitmap* const picture = pictures[mirelon::kPictureAbout];
+    const CPoint size(picture->getWidth(), picture->getHeight());
+    const CRect area(
+        CPoint((layout::aboutAreaWidth - size.x) / 2, (layout::aboutAreaHeight - size.y) / 2),
+        size);
+    about = new CAbout(layout::aboutStrip, this, layout::aboutTag, picture, area, CPoint(0, 0),
+                       layout::aboutTextOrigin);
+    frame->addView(about);
 }
 
 void ADEditor::close() {
@@ -111,20 +121,15 @@ void ADEditor::close() {
     frame->setFocusView(nullptr);
     CPresetSystemEditor::close();
     about = nullptr;
-    sliders.fill(nullptr);
-    readOuts.fill(nullptr);
-    switches.fill(nullptr);
-    widthMeter = nullptr;
-    balanceMeter = nullptr;
+    parameters.reset();
+    meters.forget();
     effectLink->setEditorOpen(false);
 
     auto* closing = static_cast<MyFrame*>(frame);
     frame = nullptr;
     closing->retire();
     AEffGUIEditor::close(); // NOLINT(bugprone-parent-virtual-call): the panel is closed
-    for (Bitmap* bitmap : {&sliderHandle, &mark, &meterUnlit, &meterLit, &aboutPicture})
-        *bitmap = nullptr;
-    switchPictures.fill(nullptr);
+    pictures.release();
     loopUser.reset();
 }
 
@@ -142,25 +147,18 @@ void ADEditor::idle() {
     CPresetSystemEditor::idle();
     AEffGUIEditor::idle(); // NOLINT(bugprone-parent-virtual-call): for what the panel changed
     // Behind the about picture the meters stand still.
-    if (about == nullptr || about->isShown())
-        return;
-    if (widthMeter != nullptr)
-        widthMeter->setValue(effectLink->getWidthMeter() + meterMiddle);
-    if (balanceMeter != nullptr)
-        balanceMeter->setValue(effectLink->getBalanceMeter() + meterMiddle);
+    if (about != nullptr && !about->isShown())
+        meters.show(*effectLink);
 }
 
 void ADEditor::suspend() {
-    for (CVuMeter1* meter : {widthMeter, balanceMeter})
-        if (meter != nullptr)
-            meter->setValue(meterMiddle);
+    meters.centre();
 }
 
 void ADEditor::valueChanged(CControl* control) {
     const auto alive = shared(control);
     const int32_t tag = control->getTag();
-    // What the panel does may end with this editor gone, so the two roads do
-    // not meet behind it.
+    // What the panel does may end with this editor gone: nothing comes after it.
     if (!mirelon::isParameter(tag))
         return CPresetSystemEditor::valueChanged(control);
     effectLink->setParameterAutomated(tag, control->getValue());
@@ -175,17 +173,7 @@ void ADEditor::setParameter(long index, float /*value*/) {
 }
 
 void ADEditor::showParameter(long index) {
-    if (index >= 0 && index < numSliders) {
-        const auto i = static_cast<std::size_t>(index);
-        const auto parameter = static_cast<VstInt32>(index);
-        if (sliders[i] != nullptr)
-            sliders[i]->setValue(effectLink->getParameter(parameter));
-        if (readOuts[i] != nullptr)
-            readOuts[i]->setValue(readOutValue(parameter));
-    } else if (index >= numSliders && index < kNumParams) {
-        if (COnOffButton* button = switches[static_cast<std::size_t>(index)])
-            button->setValue(switchValue(static_cast<VstInt32>(index)));
-    }
+    parameters->show(index);
     frame->invalid();
 }
 

@@ -2,14 +2,15 @@
 #pragma once
 
 #include "editor/cabout.h"
-#include "editor/cvumeter1.h"
+#include "editor/meterviews.h"
 #include "editor/myframe.h"
+#include "editor/parameterviews.h"
+#include "editor/windowpictures.h"
 #include "platform/runloop.h"
 #include "presetsystem/cpresetsystemeditor.h"
-#include "processor/core/parameters.h"
 
-#include <array>
 #include <memory>
+#include <optional>
 
 inline const VSTGUI::CColor kLightMagentaCColor(162, 221, 227, 255);
 inline const VSTGUI::CColor kBlackyCColor(39, 40, 45, 255);
@@ -53,39 +54,17 @@ class ADEditor : public CPresetSystemEditor {
     void showParameter(long index) override;
 
   private:
-    static constexpr int numSliders = 5;
-
     void updateScale();
-    void loadBackground();
-    void loadBitmaps();
     void buildViews();
     void addCaptions();
-    void addMeter(CVuMeter1*& meter, VSTGUI::CPoint at);
-    void addSlider(int index);
-    void addSwitches();
     void addAbout();
-    float readOutValue(int index) const;
-    float switchValue(int index) const;
 
     double scale = 1.0;
     std::unique_ptr<mirelon::RunLoop::User> loopUser; // while the window is open
+    mirelon::WindowPictures pictures;
 
-    using Bitmap = VSTGUI::SharedPointer<VSTGUI::CBitmap>;
-    Bitmap background; // kept from the first opening on
-    double backgroundScale = 0.0;
     // While the window is open.
-    Bitmap sliderHandle;
-    Bitmap mark; // loaded with the others; no view shows it
-    Bitmap meterUnlit;
-    Bitmap meterLit;
-    std::array<Bitmap, kNumParams> switchPictures; // by parameter
-    Bitmap aboutPicture;
-
-    // Owned by the frame; null while the window is closed.
-    std::array<VSTGUI::CHorizontalSlider*, numSliders> sliders{};
-    std::array<VSTGUI::CParamDisplay*, numSliders> readOuts{};
-    std::array<VSTGUI::COnOffButton*, kNumParams> switches{}; // by parameter
-    CVuMeter1* widthMeter = nullptr;
-    CVuMeter1* balanceMeter = nullptr;
-    CAbout* about = nullptr;
+    std::optional<mirelon::ParameterViews> parameters;
+    mirelon::MeterViews meters;
+    CAbout* about = nullptr; // owned by the frame
 };

@@ -7,26 +7,21 @@
 #include "processor/core/parameters.h"
 #include "resources/resources.h"
 
+#include <algorithm>
 #include <array>
 
 namespace mirelon::layout {
 
-struct Rect {
-    int left, top, right, bottom;
-    operator VSTGUI::CRect() const { return VSTGUI::CRect(left, top, right, bottom); }
-};
-struct Point {
-    int x, y;
-    operator VSTGUI::CPoint() const { return VSTGUI::CPoint(x, y); }
-};
+using VSTGUI::CPoint;
+using VSTGUI::CRect;
 
 using Converter = void (*)(float value, char* text) noexcept;
 
 // A text field over the background picture. `back` is the point of that picture
 // that shows at the field's corner; it lies a few pixels off the corner.
 struct TextField {
-    Rect rect;
-    Point back;
+    CRect rect;
+    CPoint back;
 };
 
 struct Caption {
@@ -47,51 +42,100 @@ inline constexpr std::array<Caption, 9> captions{{
     {{{2, 212, 42, 229}, {2, 219}}, true, 8},
 }};
 
-// A parameter's slider and the read-out of its value, by parameter.
-struct SliderRow {
-    int top;
-    Point handleOffset;
-    TextField readOut;
-    float maximum; // of the read-out
+// --- The parameters, each in one row of one of two tables ---
+
+// What a read-out shows of its parameter: the normalised value or that in the
+// parameter's own unit, times a factor.
+struct ReadOutText {
+    bool inOwnUnit;
+    float factor;
+    float maximum;
     Converter converter;
 };
-inline constexpr std::array<SliderRow, 5> sliderRows{{
-    {51, {0, 1}, {{258, 55, 322, 72}, {258, 60}}, 4.0F, percentStringConvert},
-    {83, {0, 0}, {{258, 86, 322, 103}, {258, 91}}, 4.0F, dBStringConvert},
-    {147, {0, 0}, {{258, 150, 322, 167}, {258, 155}}, 1.0F, panoramaStringConvert},
-    {179, {0, 0}, {{258, 181, 322, 198}, {258, 187}}, 1.0F, panoramaStringConvert},
-    {211, {0, 0}, {{258, 212, 322, 229}, {258, 219}}, 1.0F, panoramaStringConvert},
-}};
+inline constexpr ReadOutText percent{true, 2.0F, 4.0F, percentStringConvert};
+inline constexpr ReadOutText decibels{true, 1.0F, 4.0F, dBStringConvert};
+inline constexpr ReadOutText panorama{false, 1.0F, 1.0F, panoramaStringConvert};
+
+// A slider and its read-out.
+struct SliderRow {
+    ParameterIndex parameter;
+    int top;
+    CPoint handleOffset;
+    TextField readOut;
+    ReadOutText text;
+};
+inline constexpr auto sliderRows = std::to_array<SliderRow>({
+    {kParamWidth, 51, {0, 1}, {{258, 55, 322, 72}, {258, 60}}, percent},
+    {kParamGain, 83, {0, 0}, {{258, 86, 322, 103}, {258, 91}}, decibels},
+    {kParamBalance, 147, {0, 0}, {{258, 150, 322, 167}, {258, 155}}, panorama},
+    {kParamStability, 179, {0, 0}, {{258, 181, 322, 198}, {258, 187}}, panorama},
+    {kParamCenterPos, 211, {0, 0}, {{258, 212, 322, 229}, {258, 219}}, panorama},
+});
 inline constexpr int sliderLeft = 63;
 inline constexpr int sliderRight = 239;
 // The low end is at the left.
 inline constexpr int sliderStyle = 16;
 
-inline constexpr Point widthMeterAt{60, 25};
-inline constexpr Point balanceMeterAt{60, 121};
-inline constexpr int meterSegments = 182;
-
-// The switches from left to right. The third takes its width from the picture
-// of the second.
+// The switches from left to right. The third is as wide as the picture of the
+// second.
 struct Switch {
     ParameterIndex parameter;
     PictureNumber picture;
-    ParameterIndex widthFrom; // of whose picture
+    PictureNumber widthOf;
     int left;
 };
+inline constexpr auto switches = std::to_array<Switch>({
+    {kParamProcess, kPictureProcess, kPictureProcess, 68},
+    {kParamInvertL, kPictureInvertL, kPictureInvertL, 122},
+    {kParamInvertR, kPictureInvertR, kPictureInvertL, 156},
+    {kParamPhase, kPicturePhase, kPicturePhase, 190},
+});
 inline constexpr int switchTop = 247;
-inline constexpr std::array<Switch, 4> switches{{
-    {kParamProcess, kPictureProcess, kParamProcess, 68},
-    {kParamInvertL, kPictureInvertL, kParamInvertL, 122},
-    {kParamInvertR, kPictureInvertR, kParamInvertL, 156},
-    {kParamPhase, kPicturePhase, kParamPhase, 190},
-}};
+// All are half as high as this picture.
+inline constexpr PictureNumber switchHeightOf = kPictureProcess;
 
-inline constexpr Rect aboutStrip{70, 282, 225, 302};
+// The row of a parameter; null where it has none.
+constexpr const SliderRow* sliderOf(long parameter) {
+    const auto* const row = std::ranges::find(sliderRows, parameter, &SliderRow::parameter);
+    return row == sliderRows.end() ? nullptr : row;
+}
+constexpr const Switch* switchOf(long parameter) {
+    const auto* const row = std::ranges::find(switches, parameter, &Switch::parameter);
+    return row == switches.end() ? nullptr : row;
+}
+
+constexpr bool everyParameterHasOnePlace() {
+    for (int parameter = 0; parameter < kNumParams; ++parameter) {
+        const bool slides = parameterAt(parameter).kind == ParameterKind::continuous;
+        if (std::ranges::count(sliderRows, parameter, &SliderRow::parameter) != (slides ? 1 : 0) ||
+            std::ranges::count(switches, parameter, &Switch::parameter) != (slides ? 0 : 1))
+            return false;
+    }
+    return true;
+}
+static_assert(everyParameterHasOnePlace(),
+              "a continuous parameter needs one slider, any other one switch");
+
+// --- The meters ---
+
+enum class Reading { width, balance };
+struct Meter {
+    Reading reading;
+    CPoint at;
+    ParameterIndex above; // which slider it stands above, and is drawn before
+};
+inline constexpr auto meters = std::to_array<Meter>({
+    {Reading::width, {60, 25}, kParamWidth},
+    {Reading::balance, {60, 121}, kParamBalance},
+});
+static_assert(std::ranges::all_of(meters, sliderOf, &Meter::above));
+inline constexpr int meterSegments = 182;
+
+inline constexpr CRect aboutStrip{70, 282, 225, 302};
 inline constexpr int aboutTag = 10;
 // The about picture is centred in this area; its text starts at this point of it.
 inline constexpr int aboutAreaWidth = 302;
 inline constexpr int aboutAreaHeight = 311;
-inline constexpr Point aboutTextOrigin{0, 8};
+inline constexpr CPoint aboutTextOrigin{0, 8};
 
 } // namespace mirelon::layout

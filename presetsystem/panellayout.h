@@ -53,21 +53,21 @@ struct Control {
 // In drawing order: later ones lie above earlier ones. Field and menu show the
 // part of the window's background that they cover. What is stored as a default
 // is too dear for a single click.
-inline constexpr std::array controls{
-    Control{nameTag, Kind::nameField, {91, 320, 201, 334}, kPictureBackground},
-    Control{menuTag, Kind::presetMenu, {207, 319, 217, 333}, kPictureBackground},
-    Control{rockerTag, Kind::rocker, {219, 319, 250, 333}, kPictureRocker},
-    Control{loadBankTag, Kind::saveLoadButton, {71, 327, 83, 341}, kPictureSquareButton},
-    Control{saveBankTag, Kind::saveLoadButton, {8, 327, 20, 341}, kPictureSquareButton},
-    Control{defaultBankTag, Kind::doubleClickButton, {26, 329, 63, 339}, kPictureDefaultBank},
-    Control{loadPresetTag, Kind::saveLoadButton, {71, 312, 83, 326}, kPictureSquareButton},
-    Control{savePresetTag, Kind::saveLoadButton, {8, 312, 20, 326}, kPictureSquareButton},
-    Control{defaultPresetTag, Kind::doubleClickButton, {22, 314, 69, 324}, kPictureDefaultPreset},
-    Control{recallATag, Kind::button, {279, 312, 291, 326}, kPictureSquareButton},
-    Control{storeATag, Kind::button, {254, 312, 266, 326}, kPictureSquareButton},
-    Control{recallBTag, Kind::button, {279, 327, 291, 341}, kPictureSquareButton},
-    Control{storeBTag, Kind::button, {254, 327, 266, 341}, kPictureSquareButton},
-};
+inline constexpr auto controls = std::to_array<Control>({
+    {nameTag, Kind::nameField, {91, 320, 201, 334}, kPictureBackground},
+    {menuTag, Kind::presetMenu, {207, 319, 217, 333}, kPictureBackground},
+    {rockerTag, Kind::rocker, {219, 319, 250, 333}, kPictureRocker},
+    {loadBankTag, Kind::saveLoadButton, {71, 327, 83, 341}, kPictureSquareButton},
+    {saveBankTag, Kind::saveLoadButton, {8, 327, 20, 341}, kPictureSquareButton},
+    {defaultBankTag, Kind::doubleClickButton, {26, 329, 63, 339}, kPictureDefaultBank},
+    {loadPresetTag, Kind::saveLoadButton, {71, 312, 83, 326}, kPictureSquareButton},
+    {savePresetTag, Kind::saveLoadButton, {8, 312, 20, 326}, kPictureSquareButton},
+    {defaultPresetTag, Kind::doubleClickButton, {22, 314, 69, 324}, kPictureDefaultPreset},
+    {recallATag, Kind::button, {279, 312, 291, 326}, kPictureSquareButton},
+    {storeATag, Kind::button, {254, 312, 266, 326}, kPictureSquareButton},
+    {recallBTag, Kind::button, {279, 327, 291, 341}, kPictureSquareButton},
+    {storeBTag, Kind::button, {254, 327, 266, 341}, kPictureSquareButton},
+});
 
 constexpr bool everyTagHasOneControl() {
     for (std::int32_t tag = firstTag; tag <= lastTag; ++tag)

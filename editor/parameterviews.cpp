@@ -1,0 +1,79 @@
+#include "editor/parameterviews.h"
+
+#include "editor/parameterslider.h"
+#include "editor/textfield.h"
+#include "presetsystem/effectlink.h"
+
+using namespace VSTGUI;
+
+namespace mirelon {
+
+namespace {
+
+float switchValue(float normalised) {
+    return normalised < 0.5F ? 0.0F : 1.0F;
+}
+
+} // namespace
+
+ParameterViews::ParameterViews(CFrame& frame, IControlListener& listener,
+                               const WindowPictures& pictures, EffectLink& effect)
+    : frame(frame)
+    , listener(listener)
+    , pictures(pictures)
+    , effect(effect) {}
+
+void ParameterViews::add(ParameterIndex parameter, CControl* control) {
+    frame.addView(control);
+    controls[parameter] = control;
+}
+
+float ParameterViews::readOutValue(const layout::SliderRow& row, float normalised) const {
+    return row.text.factor *
+           (row.text.inOwnUnit ? effect.getParameterValue(row.parameter) : normalised);
+}
+
+void ParameterViews::addSlider(const layout::SliderRow& row) {
+    const float value = effect.getParameter(row.parameter);
+    CBitmap* const handle = pictures[kPictureSliderHandle];
+    const CRect rect(layout::sliderLeft, row.top, layout::sliderRight,
+                     row.top + 1 + handle->getHeight());
+    const auto lastHandlePosition = static_cast<int32_t>(layout::sliderRight - handle->getWidth());
+    auto* slider =
+        new ParameterSlider(rect, &listener, row.parameter, layout::sliderLeft, lastHandlePosition,
+                            handle, pictures.background(), rect.getTopLeft(), layout::sliderStyle);
+    slider->setOffsetHandle(row.handleOffset);
+    slider->setDefaultValue(0.5F);
+    slider->setValue(value);
+    add(row.parameter, slider);
+
+    CParamDisplay* const readOut =
+        newTextField(row.readOut, pictures.background(), kLeftText, row.text.converter,
+                     row.text.maximum, readOutValue(row, value));
+    frame.addView(readOut);
+    readOuts[row.parameter] = readOut;
+}
+
+void ParameterViews::addSwitch(const layout::Switch& row) {
+    const CPoint size(pictures[row.widthOf]->getWidth(),
+                      pictures[layout::switchHeightOf]->getHeight() / 2);
+    auto* button = new COnOffButton(CRect(CPoint(row.left, layout::switchTop), size), &listener,
+                                    row.parameter, pictures[row.picture], 0);
+    button->setValue(switchValue(effect.getParameter(row.parameter)));
+    add(row.parameter, button);
+}
+
+void ParameterViews::show(long index) {
+    if (index < 0 || index >= kNumParams)
+        return;
+    const auto i = static_cast<std::size_t>(index);
+    const float value = effect.getParameter(static_cast<VstInt32>(index));
+    if (const layout::SliderRow* row = layout::sliderOf(index)) {
+        controls[i]->setValue(value);
+        readOuts[i]->setValue(readOutValue(*row, value));
+    } else {
+        controls[i]->setValue(switchValue(value));
+    }
+}
+
+} // namespace mirelon

@@ -1,0 +1,40 @@
+#include "editor/windowpictures.h"
+
+#include "editor/layout.h"
+#include "presetsystem/bitmaps.h"
+
+namespace mirelon {
+
+VSTGUI::CBitmap* WindowPictures::background(double scale) {
+    if (backgroundPicture == nullptr || backgroundScale != scale)
+        backgroundPicture = loadBitmap(kPictureBackground, scale);
+    backgroundScale = scale;
+    return backgroundPicture;
+}
+
+void WindowPictures::load(double scale) {
+    const auto loadOne = [&](PictureNumber number) {
+        Bitmap& bitmap = pictures[number];
+        if (bitmap == nullptr)
+            bitmap = loadBitmap(number, scale);
+    };
+    loadOne(kPictureSliderHandle);
+    loadOne(kPictureMark); // no view shows it
+    loadOne(kPictureMeterUnlit);
+    loadOne(kPictureMeterLit);
+    for (int parameter = 0; parameter < kNumParams; ++parameter)
+        if (const layout::Switch* row = layout::switchOf(parameter))
+            loadOne(row->picture);
+    loadOne(kPictureAbout);
+}
+
+void WindowPictures::release() {
+    pictures.clear();
+}
+
+VSTGUI::CBitmap* WindowPictures::operator[](PictureNumber number) const {
+    const auto found = pictures.find(number);
+    return found == pictures.end() ? nullptr : found->second.get();
+}
+
+} // namespace mirelon
