@@ -3,7 +3,7 @@
 add_library(mirelon_rooms INTERFACE)
 target_link_libraries(mirelon_rooms INTERFACE mirelon_options)
 set(_objects "")
-foreach(room shell platform presetimages presetsystem core processor resources editor)
+foreach(room shell platform presetimages presetstore presetsystem core processor resources editor)
   target_link_libraries(mirelon_rooms INTERFACE mirelon_${room})
   list(APPEND _objects $<TARGET_OBJECTS:mirelon_${room}>)
 endforeach()
