@@ -78,7 +78,7 @@ bool ADEditor::open(void* parent) {
     return CPresetSystemEditor::open(parent);
 }
 
-// Later views lie above earlier ones.
+// What is added later covers what was there.
 void ADEditor::buildViews() {
     addCaptions();
     parameters.emplace(*frame, *this, pictures, *effectLink);

@@ -1,4 +1,4 @@
-// The plug-in's window.
+// The editor of the product.
 #pragma once
 
 #include "editor/cabout.h"
@@ -15,20 +15,19 @@
 inline const VSTGUI::CColor kLightMagentaCColor(162, 221, 227, 255);
 inline const VSTGUI::CColor kBlackyCColor(39, 40, 45, 255);
 
-// One fixed-size panel: five sliders with read-outs, four switches, two meters,
-// the about strip and the preset panel. Mirrors the effect's values and sends
-// the user's moves to it.
+// Its window has one size for each scale of the screen. It shows what the effect
+// holds and hands on to it what the user does; it keeps no value of its own.
 //
 // Opened, closed and idled by the host; the window belongs to the thread that
-// opens it. Every operation on a closed editor does nothing.
+// opens it. On a closed editor every operation does nothing.
 class ADEditor : public CPresetSystemEditor {
   public:
     // Needs no display and decodes no picture. `effect` as in the base.
     explicit ADEditor(AudioEffect* effect);
     ~ADEditor() override;
 
-    // The window's size in screen pixels. While the editor is closed this looks
-    // at the desktop's scale anew.
+    // The window's size in screen pixels. Without an open window this looks at the
+    // desktop's scale anew.
     bool getRect(ERect** rectangle) override;
     // False without a display or without the parent window, or when another
     // thread has editors open. An open window is closed first.

@@ -1,4 +1,4 @@
-// The strip that opens the about picture on a click.
+// Where a click tells about the plug-in.
 #pragma once
 
 #include "platform/toolkit.h"

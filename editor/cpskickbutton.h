@@ -1,4 +1,4 @@
-// A momentary button with a hover picture, optionally for double clicks only.
+// The push button of the preset panel. It can be told to want a double click.
 #pragma once
 
 #include "platform/toolkit.h"

@@ -1,4 +1,5 @@
-// A toggle with a hover picture.
+// A button that stays down until the next press, and lights up under the pointer
+// while it is not.
 #pragma once
 
 #include "platform/toolkit.h"

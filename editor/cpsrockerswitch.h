@@ -1,4 +1,4 @@
-// A two-sided momentary switch whose halves light on hover.
+// The two-way button of the preset panel: one half for each direction.
 #pragma once
 
 #include "platform/toolkit.h"

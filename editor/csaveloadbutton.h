@@ -1,4 +1,5 @@
-// A one-shot button that tells a left click from a right click.
+// The button for files of the preset panel. The right mouse button asks for the
+// same action in its other form.
 #pragma once
 
 #include "platform/toolkit.h"

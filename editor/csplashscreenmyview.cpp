@@ -67,7 +67,8 @@ CMouseEventResult CSplashScreenMyView::onMouseDown(CPoint& /*where*/, const CBut
 void CSplashScreenMyView::end() {
     owner->unSplash();
     CFrame* frame = getFrame();
-    // Ended before: by a second press in the same turn, or by the closing window.
+    // Ended before: by a second press among the same events, or by the closing
+    // window.
     if (frame == nullptr || frame->getModalView() != this)
         return;
     frame->invalid();

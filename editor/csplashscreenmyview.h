@@ -1,10 +1,10 @@
-// The view that shows the about picture and closes itself on a click.
+// The about picture on show, with its text.
 #pragma once
 
 #include "platform/toolkit.h"
 
-// The frame's modal view while it is shown: it receives every press, also
-// outside its rectangle. The frame and the view itself share its life; nobody
+// Modal in its frame: a press anywhere in the window comes here and takes the
+// picture away. The frame and the view itself share its life; nobody
 // else keeps it.
 class CSplashScreenMyView : public VSTGUI::CControl {
   public:

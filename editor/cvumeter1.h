@@ -1,4 +1,4 @@
-// A segmented bar meter.
+// A meter: a bar of light, a whole number of segments long.
 #pragma once
 
 #include "platform/toolkit.h"

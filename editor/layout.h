@@ -133,7 +133,8 @@ inline constexpr int meterSegments = 182;
 
 inline constexpr CRect aboutStrip{70, 282, 225, 302};
 inline constexpr int aboutTag = 10;
-// The about picture is centred in this area; its text starts at this point of it.
+// In the middle of this area the about picture is shown; its text starts at this
+// point of it.
 inline constexpr int aboutAreaWidth = 302;
 inline constexpr int aboutAreaHeight = 311;
 inline constexpr CPoint aboutTextOrigin{0, 8};

@@ -16,7 +16,7 @@ class MyFrame : public VSTGUI::CFrame {
     // Puts the frame into the host's window and shows it. False when that
     // window does not exist.
     bool openIn(void* parent);
-    // Closes and releases the frame and destroys its window: at once, or, when
+    // The end of the frame, which is released, and of its window: at once, or, when
     // the run loop is handing it an event, as soon as that has returned. Until
     // then no listener and no editor hears of it any more.
     void retire();

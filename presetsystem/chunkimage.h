@@ -28,8 +28,8 @@ enum class ChunkVerdict {
     badPresetCount // the count word is not 11
 };
 
-// Judges a chunk that a host gives back, and turns one of the other byte order
-// round in place.
+// Judges a chunk that a host gives back, and byte-swaps one of the other order in
+// place.
 ChunkVerdict readChunk(std::span<std::byte, chunkSize> image, std::int32_t ownerId) noexcept;
 
 // Of an accepted chunk: its records, and its preset number if it is one.

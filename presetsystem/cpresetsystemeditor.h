@@ -1,5 +1,5 @@
-// The base of every editor of the product: what the preset panel's commands do
-// to the effect, to files and to the user's preferences.
+// The base of the product's editors: carries out what the user asks of presets, in
+// the effect, in files and in the preferences.
 #pragma once
 
 #include "platform/toolkit.h"
@@ -28,8 +28,8 @@ class CPresetSystemEditor : public VSTGUI::AEffGUIEditor,
     explicit CPresetSystemEditor(AudioEffect* effect);
     ~CPresetSystemEditor() override;
 
-    // Adds the panel to the frame and starts the idle timer; false without a
-    // frame or presets.
+    // Puts the panel into the frame and has idle() called from now on; false
+    // without a frame or presets.
     bool open(void* parent) override;
     void close() override;
     void idle() override;
@@ -39,7 +39,7 @@ class CPresetSystemEditor : public VSTGUI::AEffGUIEditor,
     void nameChangedExternal(char* name) override;
     void loadDefaults() override;
 
-    // --- Between the effect's store and byte images ---
+    // --- Byte images from the effect's presets, and back ---
     virtual void BufferToBank(bankfilestruct* image, bool reversed);
     virtual void BankToBuffer(bankfilestruct* image);
     virtual void BufferToPreset(presetfilestruct* image, bool reversed);
@@ -78,8 +78,8 @@ class CPresetSystemEditor : public VSTGUI::AEffGUIEditor,
     // For an editor that asks for files by `dialog`; null: the desktop's.
     CPresetSystemEditor(AudioEffect* effect, std::unique_ptr<mirelon::FileDialog> dialog);
 
-    // The toolkit's setParameter(int, float) stays empty; the effect reports its
-    // changes through EditorLink's setParameter(long, float).
+    // Two of the bases have a setParameter: the toolkit's is not used, EditorLink's
+    // is where the effect reports.
     using AEffGUIEditor::setParameter;
     using EditorLink::setParameter;
 
@@ -113,6 +113,6 @@ class CPresetSystemEditor : public VSTGUI::AEffGUIEditor,
     void recallPreset(mirelon::PresetSlot slot);
 
     mirelon::StoredPresets storedPresets;
-    IdleTimer* idleTimer = nullptr; // owned; null while the editor is closed
+    IdleTimer* idleTimer = nullptr; // owned; null without an open window
     mirelon::FilePrompt filePrompt;
 };

@@ -1,5 +1,5 @@
-// The effect class with the preset store: a bank of eleven presets, of which
-// the current one is the parameter state.
+// The effect's presets: a bank of eleven, one of them current. Moving a parameter
+// edits the current one in place.
 #pragma once
 
 #include "presetsystem/chunkimage.h"
@@ -11,8 +11,8 @@
 #include <atomic>
 #include <memory>
 
-// The host sees one program; its program-name commands read and rename the
-// current preset. Names keep 24 bytes; the host's buffers receive 25.
+// To the host all of this is one program, whose name is that of the current
+// preset. Names keep 24 bytes; the host's buffers receive 25.
 class CPresetSystemEffect : public AudioEffectX, public EffectLink {
   public:
     explicit CPresetSystemEffect(audioMasterCallback audioMaster);
@@ -20,8 +20,8 @@ class CPresetSystemEffect : public AudioEffectX, public EffectLink {
 
     // The preset system's own operations. An index outside 0 to 10 is refused.
     VstInt32 getPresetNo() override;
-    // Makes preset n current and pushes its values through setParameter, then
-    // asks the host to refresh its display and announces an edit of parameter 0.
+    // Switches to preset n and sends its values through setParameter. The host is
+    // told to look again: by a display update and a touch of parameter 0.
     void setPresetNo(long n) override;
     // Renames the current preset (null: only refreshes the host's display).
     void setPresetName(const char* name) override;
@@ -39,16 +39,16 @@ class CPresetSystemEffect : public AudioEffectX, public EffectLink {
     virtual void beginCancel();
     virtual void endCancel();
 
-    // The owner tag of chunks and files.
+    // By this, chunks and files name the effect that they are for.
     VstInt32 getUniqueID() override;
     // Loads the stored defaults through the editor, if there is one.
     virtual void loadDefaults();
-    // Fills the bank with the derived effect's factory presets.
+    // Where a derived effect puts its factory presets into the bank.
     virtual void initPresets();
     virtual void initMidi();
 
     void resume() override;
-    // Stores into the current preset; indices outside 0 to 8 do nothing.
+    // An edit of the current preset; indices outside 0 to 8 do nothing.
     void setParameter(VstInt32 index, float value) override;
     void setParameterAutomated(VstInt32 index, float value) override;
     // From the current preset; -1 for indices outside 0 to 8.
@@ -71,8 +71,8 @@ class CPresetSystemEffect : public AudioEffectX, public EffectLink {
     void setEditorLink(EditorLink* link) override { editorLink = link; }
 
   protected:
-    // Up while a preset's values are being pushed into the parameters, so that
-    // applying a preset does not write it back into itself.
+    // True during setPresetNo: what arrives at setParameter meanwhile comes out of
+    // the preset and need not go back into it.
     bool isPresetLoading() const { return presetLoading.load(std::memory_order_relaxed) != 0; }
     EditorLink* linkToEditor() const { return editorLink; }
 
@@ -81,7 +81,7 @@ class CPresetSystemEffect : public AudioEffectX, public EffectLink {
 
     std::unique_ptr<PresetBank> presetBank;
     std::atomic<VstInt32> presetNo{0};
-    // Its address is what getChunk hands to the host.
+    // Lent to the host by getChunk.
     std::unique_ptr<mirelon::ChunkImage> chunkBuffer;
     std::atomic<VstInt32> presetLoading{0};
     EditorLink* editorLink = nullptr; // not owned

@@ -1,10 +1,10 @@
 // What an effect tells its editor.
 #pragma once
 
-// Implemented by the editor; EffectLink is the other direction. The effect calls
-// it on whatever thread the host has entered it: an open editor shows the change
-// at once on the thread that owns its window; on every other thread it only
-// takes a note for its next idle (no lock, no allocation, safe for audio).
+// Implemented by the editor; EffectLink is the other direction. Called on any
+// thread: an open editor shows the change at once on the thread that owns its
+// window; on every other thread it only sets a flag for its next idle (no lock, no
+// allocation, safe for audio).
 class EditorLink {
   public:
     EditorLink() = default;

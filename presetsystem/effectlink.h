@@ -27,14 +27,14 @@ class EffectLink {
     virtual float getParameterValue(std::int32_t index) const = 0; // in its own unit
     // As moved by the user: the host hears of it.
     virtual void setParameterAutomated(std::int32_t index, float value) = 0;
-    // The output's stereo width and balance, -0.5 to +0.5.
+    // Readings of the output, between -0.5 and +0.5.
     virtual float getWidthMeter() const = 0;
     virtual float getBalanceMeter() const = 0;
 
     // --- Presets ---
     virtual std::int32_t getUniqueID() = 0; // the owner that files name
     virtual std::int32_t getPresetNo() = 0;
-    virtual void setPresetNo(long n) = 0; // makes preset n current and applies it
+    virtual void setPresetNo(long n) = 0; // and applies its values
     // Renames the current preset; the host shows the name anew.
     virtual void setPresetName(const char* name) = 0;
     virtual PresetBank& bank() = 0;

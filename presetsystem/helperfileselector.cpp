@@ -71,7 +71,7 @@ bool HelperFileSelector::run(const VSTGUI::PlatformFileSelectorConfig& config) {
     const Arguments arguments = program->dialect == HelperDialect::zenity
                                     ? zenityArguments(config, save)
                                     : kdialogArguments(config, save);
-    // A copy: whoever asked may be gone when the user has answered.
+    // A copy: the object that asked may be gone when the user has answered.
     const auto done = config.doneCallback;
     const std::optional<std::string> output = runHelper(program->path, arguments);
     if (output && done)

@@ -16,8 +16,8 @@ using ControllerName = std::array<char, controllerNameSize>;
 inline constexpr std::size_t kNumControllerNames = 130;
 extern const std::array<mirelon::ControllerName, kNumControllerNames> ccnames;
 
-// Copies the name of the controller that `value` (0 to 1) selects among the 130
-// into `text`, which has room for 13 bytes. Below 0 and for NaN: see float2long;
+// Writes the name that `value` (0 to 1) selects among the 130 into `text`, which
+// has room for 13 bytes. Below 0 and for NaN: see float2long;
 // an index below the table gives the empty text.
 void convertCC(float value, char* text);
 

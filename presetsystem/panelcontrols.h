@@ -11,8 +11,8 @@ namespace mirelon {
 // frame. `pictures` is a strip of pictures of the rectangle's height. The
 // listener hears the press only, never the release. Implemented by the editor.
 
-// Sends 1; with `doubleClickOnly` answers double clicks alone, and sends 0.5
-// when the control key is down.
+// Sends 1; with `doubleClickOnly` answers double clicks alone, and with the
+// control key sends 0.5.
 VSTGUI::CControl* newKickButton(const VSTGUI::CRect& rect, VSTGUI::IControlListener* listener,
                                 std::int32_t tag, VSTGUI::CBitmap* pictures, bool doubleClickOnly);
 // Sends 0.5 for a right click without modifiers, 1 for any other.

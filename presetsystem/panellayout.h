@@ -1,5 +1,5 @@
-// The controls of the preset panel and where they stand: pixels at scale 1, from
-// the window's top left corner.
+// The controls of the preset panel and where they stand in the window, in pixels
+// at scale 1.
 #pragma once
 
 #include "platform/toolkit.h"
@@ -11,8 +11,8 @@
 
 namespace mirelon::panel {
 
-// By its tag a control says what it is for. A new one comes last. 1006 to 1011
-// are reserved.
+// By its tag a control says what it is for. A new one comes last. The gap is
+// kept free.
 enum Tag : std::int32_t {
     firstTag = 1000,
     nameTag = firstTag,
@@ -38,7 +38,7 @@ enum class Kind {
     nameField,
     presetMenu,
     rocker,            // sends -1 or +1
-    saveLoadButton,    // tells a left click from a right click
+    saveLoadButton,    // sends 1, or 0.5 for a right click
     button,            // sends 1
     doubleClickButton, // sends 1, or 0.5 with the control key
 };

@@ -20,11 +20,11 @@ void writeRecord(std::span<std::byte> image, std::size_t preset,
                                                                  PresetRecord::imageSize));
 }
 
-// What the header decides: whether values are to be turned round, or why the
+// What the header decides: whether values are to be byte-swapped, or why the
 // image is refused.
 struct HeaderReading {
     ImageVerdict verdict;
-    bool turned = false;
+    bool swapped = false;
 };
 
 HeaderReading readHeader(std::span<const std::byte> image, std::int32_t ownerId, std::byte type,
@@ -37,22 +37,22 @@ HeaderReading readHeader(std::span<const std::byte> image, std::int32_t ownerId,
     return {ImageVerdict::accepted, (*order == ImageOrder::foreign) != reversed};
 }
 
-float valueAt(std::span<const std::byte> image, std::size_t offset, bool turned) noexcept {
+float valueAt(std::span<const std::byte> image, std::size_t offset, bool swapped) noexcept {
     std::array<std::byte, 4> bytes{};
     std::ranges::copy(image.subspan(offset, bytes.size()), bytes.begin());
-    if (turned)
+    if (swapped)
         mySwapBytes(bytes.data());
     return decodeValue(bytes.data());
 }
 
 // The index of the first value out of range; nothing when `record` is whole.
-std::optional<int> readRecord(std::span<const std::byte> image, std::size_t preset, bool turned,
+std::optional<int> readRecord(std::span<const std::byte> image, std::size_t preset, bool swapped,
                               PresetRecord& record) noexcept {
     const std::size_t at = imageRecordAt(preset);
     record.readFrom(RecordImage(&image[at], PresetRecord::imageSize));
     for (int j = 0; j < kNumPresetParams; ++j) {
         const float value =
-            valueAt(image, at + kPresetNameLen + 4 * static_cast<std::size_t>(j), turned);
+            valueAt(image, at + kPresetNameLen + 4 * static_cast<std::size_t>(j), swapped);
         if (!isNormalised(value))
             return j;
         record.setValue(j, value);
@@ -73,9 +73,9 @@ std::optional<ImageOrder> imageOrder(std::span<const std::byte> image,
                                      std::int32_t ownerId) noexcept {
     std::int32_t owner = 0;
     std::memcpy(&owner, &image[imageOwnerAt], sizeof owner);
-    std::int32_t turnedId = ownerId;
-    mySwapBytes(&turnedId);
-    if (owner == turnedId)
+    std::int32_t swappedId = ownerId;
+    mySwapBytes(&swappedId);
+    if (owner == swappedId)
         return ImageOrder::foreign;
     if (owner == ownerId)
         return ImageOrder::native;
@@ -107,7 +107,7 @@ ImageReading readPresetImage(const presetfilestruct& image, std::int32_t ownerId
     if (header.verdict != ImageVerdict::accepted)
         return {header.verdict};
     PresetRecord read{};
-    if (const auto bad = readRecord(image.bytes, 0, header.turned, read))
+    if (const auto bad = readRecord(image.bytes, 0, header.swapped, read))
         return {ImageVerdict::outOfRange, 0, *bad};
     store(read, preset);
     return {ImageVerdict::accepted};
@@ -120,7 +120,7 @@ ImageReading readBankImage(const bankfilestruct& image, std::int32_t ownerId, bo
         return {header.verdict};
     PresetBank read{};
     for (std::size_t preset = 0; preset < read.size(); ++preset)
-        if (const auto bad = readRecord(image.bytes, preset, header.turned, read[preset]))
+        if (const auto bad = readRecord(image.bytes, preset, header.swapped, read[preset]))
             return {ImageVerdict::outOfRange, static_cast<int>(preset), *bad};
     for (std::size_t preset = 0; preset < read.size(); ++preset)
         store(read[preset], bank[preset]);
@@ -141,7 +141,7 @@ MidiImageValues readMidiImage(const midifilestruct& image, std::int32_t ownerId,
     if (header.verdict != ImageVerdict::accepted)
         return read;
     for (std::size_t j = 0; j < read.values.size(); ++j) {
-        const float value = valueAt(image.bytes, imageHeaderSize + 4 * j, header.turned);
+        const float value = valueAt(image.bytes, imageHeaderSize + 4 * j, header.swapped);
         if (!isNormalised(value)) {
             read.verdict = ImageVerdict::outOfRange;
             break;

@@ -69,7 +69,7 @@ void writeMidiImage(midifilestruct& image, std::int32_t ownerId,
                     const PresetValues& values) noexcept;
 
 // Each changes its target only when the image is accepted. The bytes of every
-// value are turned round when exactly one of two holds: the image is of the
+// value are swapped when exactly one of two holds: the image is of the
 // foreign order, or the user has asked for it (`reversed`).
 ImageReading readPresetImage(const presetfilestruct& image, std::int32_t ownerId, bool reversed,
                              PresetRecord& preset) noexcept;

@@ -1,4 +1,4 @@
-// One preset as the bytes that the bank, the state chunk and the files carry.
+// One preset, in memory as on disk.
 #pragma once
 
 #include <array>
@@ -11,8 +11,7 @@ inline constexpr int kNumPresets = 11;
 inline constexpr int kNumPresetParams = 9;
 inline constexpr int kPresetNameLen = 24;
 
-// Reverses the four bytes of the 32-bit word at `word`, which need not be
-// aligned, in place.
+// Swaps the byte order of a 32-bit word in place. `word` need not be aligned.
 void mySwapBytes(void* word) noexcept;
 
 namespace mirelon {
@@ -39,9 +38,9 @@ void encodeValue(float value, std::byte* bytes) noexcept;
 
 } // namespace mirelon
 
-// A 24-byte zero-padded name (without terminator when it is 24 long) followed
-// by nine normalised values, 60 bytes in all. The words hold exactly the bytes
-// of that image, so that the record can be copied anywhere as it stands.
+// Its memory is its image in chunks and files, byte for byte: the name, filled up
+// with zeros (a name that fills its room has no terminator), then the values,
+// big-endian.
 //
 // Values and names may be read on one thread while another writes them: every
 // access goes through the functions below, which move whole 32-bit words.

@@ -22,9 +22,8 @@ struct LastFiles {
     PathBuffer currentPresetName{};
 };
 
-// Shared by every instance of the plug-in, and there again after a restart:
-// storing and clearing are on disk on return. The store's failures are silent.
-// One thread.
+// One store for all instances of all hosts: what is stored or cleared is on disk on
+// return. The store's failures are silent. One thread.
 class StoredPresets {
   public:
     // An image of zeros when nothing is stored. A shorter image is filled up with

@@ -59,7 +59,7 @@ void EditorHost::close() {
     effect->dispatch(effEditClose);
 }
 
-void EditorHost::turn() {
+void EditorHost::iterate() {
     if (drive != Drive::hostIdle)
         while (g_main_context_iteration(nullptr, FALSE) != FALSE) {
         }
@@ -70,7 +70,7 @@ void EditorHost::turn() {
 void EditorHost::run(std::chrono::milliseconds time) {
     const auto end = std::chrono::steady_clock::now() + time;
     do {
-        turn();
+        iterate();
         std::this_thread::sleep_for(4ms);
     } while (std::chrono::steady_clock::now() < end);
 }
@@ -80,7 +80,7 @@ bool EditorHost::runUntil(const std::function<bool()>& reached) {
     while (!reached()) {
         if (std::chrono::steady_clock::now() > end)
             return false;
-        turn();
+        iterate();
         std::this_thread::sleep_for(4ms);
     }
     return true;

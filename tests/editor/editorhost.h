@@ -64,7 +64,7 @@ class EditorHost {
     double scale = 1.0;
 
   private:
-    void turn();
+    void iterate();
 
     Drive drive;
 };

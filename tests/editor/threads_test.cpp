@@ -1,5 +1,4 @@
-// News for an open editor from threads that do not own it, and the pace of its
-// idle.
+// What threads that do not own an open editor tell it, and the pace of its idle.
 #include "tests/editor/editorhost.h"
 
 #include <atomic>

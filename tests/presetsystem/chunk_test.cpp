@@ -152,7 +152,7 @@ TEST_F(Chunk, WithAReversedOwnerButNativeMagicHasItsCountReversedAndIsRefused) {
 }
 
 // Read as written: only owner, count, preset and values are of the other order.
-TEST_F(Chunk, WithAReversedOwnerAndNativeMagicIsAppliedTurnedRound) {
+TEST_F(Chunk, WithAReversedOwnerAndNativeMagicIsAppliedByteSwapped) {
     RecordingEffect other;
     other.setPresetName("theirs");
     other.setPresetNo(4);

@@ -61,7 +61,7 @@ std::string foreignOwner(std::string bytes) {
     return bytes;
 }
 
-std::string turnedValues(std::string bytes, std::size_t firstValue, std::size_t stride = 60) {
+std::string swappedValues(std::string bytes, std::size_t firstValue, std::size_t stride = 60) {
     for (std::size_t record = firstValue; record < bytes.size(); record += stride)
         for (std::size_t j = 0; j < 9; ++j)
             reverseWord(bytes, record + 4 * j);
@@ -108,7 +108,7 @@ TEST(PresetImage, KeepsWhatStandsBehindTheNamesTerminator) {
 }
 
 // The image is of the foreign order or not, the user asks for reversal or not:
-// values are turned round when exactly one of the two holds.
+// values are byte-swapped when exactly one of the two holds.
 struct OrderCase {
     bool foreign;
     bool reversed;
@@ -124,7 +124,7 @@ class ByteOrder : public testing::TestWithParam<OrderCase> {
         const auto [foreign, reversed] = GetParam();
         if (foreign)
             file = foreignOwner(file);
-        return foreign != reversed ? turnedValues(file, 29) : file;
+        return foreign != reversed ? swappedValues(file, 29) : file;
     }
 };
 
@@ -308,9 +308,10 @@ TEST(MidiImage, OfEitherByteOrderIsRead) {
     midifilestruct image;
     const PresetValues values{0.1F, 0.2F, 0.3F, 0.4F, 0.5F, 0.6F, 0.7F, 0.8F, 0.9F};
     writeMidiImage(image, ownerId, values);
-    const auto turned = imageOf<midifilestruct>(foreignOwner(turnedValues(bytesOf(image), 5, 36)));
+    const auto swapped =
+        imageOf<midifilestruct>(foreignOwner(swappedValues(bytesOf(image), 5, 36)));
     EXPECT_EQ(readMidiImage(image, ownerId, false).values, values);
-    EXPECT_EQ(readMidiImage(turned, ownerId, false).values, values);
+    EXPECT_EQ(readMidiImage(swapped, ownerId, false).values, values);
     EXPECT_EQ(readMidiImage(image, ownerId, true).verdict, ImageVerdict::outOfRange);
 }
 

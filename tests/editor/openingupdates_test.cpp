@@ -1,4 +1,4 @@
-// News for the editor in the middle of its opening.
+// Changes that reach the editor in the middle of its opening.
 #include "tests/editor/editorhost.h"
 #include "tests/support/allocations.h"
 
@@ -13,7 +13,7 @@ void openOnly(EditorHost& editor) {
     editor.effect->dispatch(effEditOpen, 0, 0, editor.window->asParent());
 }
 
-void turnUpElsewhere(void* editor) {
+void setElsewhere(void* editor) {
     std::thread([&] { static_cast<EditorHost*>(editor)->effect->setParameter(0, 1.0F); }).join();
 }
 
@@ -34,9 +34,9 @@ TEST(EditorOpening, LosesNothingThatAnotherThreadSetsMeanwhile) {
         editor.close();
         editor.effect->setParameter(0, 0.0F);
         {
-            const AtAllocation news(at, turnUpElsewhere, &editor);
+            const AtAllocation change(at, setElsewhere, &editor);
             openOnly(editor);
-            ASSERT_TRUE(news.reached()) << at << " of " << allocations;
+            ASSERT_TRUE(change.reached()) << at << " of " << allocations;
         }
         EXPECT_TRUE(editor.runUntil([&] { return editor.window->pixels() == expected; }))
             << "at allocation " << at << " of " << allocations;
