@@ -133,6 +133,7 @@ inline constexpr int meterSegments = 182;
 
 inline constexpr CRect aboutStrip{70, 282, 225, 302};
 inline constexpr int aboutTag = 10;
+static_assert(!isParameter(aboutTag), "a parameter's control has the parameter's index as tag");
 // In the middle of this area the about picture is shown; its text starts at this
 // point of it.
 inline constexpr int aboutAreaWidth = 302;

@@ -125,34 +125,35 @@ void CPresetSystemEditor::valueChanged(VSTGUI::CControl* control) {
     if (effectLink == nullptr)
         return;
     const float value = control->getValue();
+    using enum mirelon::panel::Tag;
     // A file operation may end with this editor gone: nothing comes after it.
-    // Without a default case, so that the compiler misses a tag that has no action.
+    // Without a default case, so that the compiler reports a tag that has no action.
     switch (static_cast<mirelon::panel::Tag>(control->getTag())) {
-    case mirelon::panel::nameTag:
+    case nameTag:
         return renamePreset();
-    case mirelon::panel::rockerTag:
+    case rockerTag:
         return stepPreset(value);
-    case mirelon::panel::menuTag:
+    case menuTag:
         return choosePreset(value);
-    case mirelon::panel::loadBankTag:
+    case loadBankTag:
         return loadBank(value == reversedRequest);
-    case mirelon::panel::saveBankTag:
+    case saveBankTag:
         return saveBank();
-    case mirelon::panel::loadPresetTag:
+    case loadPresetTag:
         return loadPreset(value == reversedRequest);
-    case mirelon::panel::savePresetTag:
+    case savePresetTag:
         return savePreset();
-    case mirelon::panel::defaultBankTag:
+    case defaultBankTag:
         return value < clearThreshold ? resetDefaultBank() : saveDefaultBank();
-    case mirelon::panel::defaultPresetTag:
+    case defaultPresetTag:
         return value < clearThreshold ? resetDefaultPreset() : saveDefaultPreset();
-    case mirelon::panel::storeATag:
+    case storeATag:
         return storeA();
-    case mirelon::panel::storeBTag:
+    case storeBTag:
         return storeB();
-    case mirelon::panel::recallATag:
+    case recallATag:
         return recallA();
-    case mirelon::panel::recallBTag:
+    case recallBTag:
         return recallB();
     }
 }
@@ -276,45 +277,48 @@ void CPresetSystemEditor::askForFile(const mirelon::FileType& type, bool save, c
                    });
 }
 
+template <typename Image>
+void CPresetSystemEditor::save(const mirelon::FileType& type, const char* title,
+                               mirelon::PathBuffer& name,
+                               void (CPresetSystemEditor::*fill)(Image*)) {
+    askForFile(type, true, title, name, [this, fill](const ChosenFile& file) {
+        Image image;
+        (this->*fill)(&image);
+        mirelon::writeImage(file, image.bytes);
+    });
+}
+
+template <typename Image>
+void CPresetSystemEditor::load(const mirelon::FileType& type, const char* title,
+                               mirelon::PathBuffer& name,
+                               void (CPresetSystemEditor::*apply)(Image*, bool), bool reversed) {
+    askForFile(type, false, title, name, [this, apply, reversed](const ChosenFile& file) {
+        Image image;
+        mirelon::readImage(file, image.bytes);
+        (this->*apply)(&image, reversed);
+        if (getFrame() != nullptr)
+            getFrame()->invalid();
+    });
+}
+
 void CPresetSystemEditor::savePreset() {
-    askForFile(mirelon::presetFileType, true, "Save preset", lastFiles.currentPresetName,
-               [this](const ChosenFile& file) {
-                   presetfilestruct image;
-                   PresetToBuffer(&image);
-                   mirelon::writeImage(file, image.bytes);
-               });
+    save(mirelon::presetFileType, "Save preset", lastFiles.currentPresetName,
+         &CPresetSystemEditor::PresetToBuffer);
 }
 
 void CPresetSystemEditor::saveBank() {
-    askForFile(mirelon::bankFileType, true, "Save bank", lastFiles.currentBankName,
-               [this](const ChosenFile& file) {
-                   bankfilestruct image;
-                   BankToBuffer(&image);
-                   mirelon::writeImage(file, image.bytes);
-               });
+    save(mirelon::bankFileType, "Save bank", lastFiles.currentBankName,
+         &CPresetSystemEditor::BankToBuffer);
 }
 
 void CPresetSystemEditor::loadPreset(bool reversed) {
-    askForFile(mirelon::presetFileType, false,
-               reversed ? "Load preset (endian-reversed)" : "Load preset",
-               lastFiles.currentPresetName, [this, reversed](const ChosenFile& file) {
-                   presetfilestruct image;
-                   mirelon::readImage(file, image.bytes);
-                   BufferToPreset(&image, reversed);
-                   if (getFrame() != nullptr)
-                       getFrame()->invalid();
-               });
+    load(mirelon::presetFileType, reversed ? "Load preset (endian-reversed)" : "Load preset",
+         lastFiles.currentPresetName, &CPresetSystemEditor::BufferToPreset, reversed);
 }
 
 void CPresetSystemEditor::loadBank(bool reversed) {
-    askForFile(mirelon::bankFileType, false, reversed ? "Load bank (endian-reversed)" : "Load bank",
-               lastFiles.currentBankName, [this, reversed](const ChosenFile& file) {
-                   bankfilestruct image;
-                   mirelon::readImage(file, image.bytes);
-                   BufferToBank(&image, reversed);
-                   if (getFrame() != nullptr)
-                       getFrame()->invalid();
-               });
+    load(mirelon::bankFileType, reversed ? "Load bank (endian-reversed)" : "Load bank",
+         lastFiles.currentBankName, &CPresetSystemEditor::BufferToBank, reversed);
 }
 
 void CPresetSystemEditor::loadMidi(bool /*reversed*/) {}

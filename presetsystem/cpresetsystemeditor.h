@@ -109,6 +109,13 @@ class CPresetSystemEditor : public VSTGUI::AEffGUIEditor,
     // directory, and goes on with it. Nothing without an open window.
     void askForFile(const mirelon::FileType& type, bool save, const char* title,
                     mirelon::PathBuffer& name, mirelon::FilePrompt::Continuation proceed);
+    // Asks, and moves an image between the effect and the file.
+    template <typename Image>
+    void save(const mirelon::FileType& type, const char* title, mirelon::PathBuffer& name,
+              void (CPresetSystemEditor::*fill)(Image*));
+    template <typename Image>
+    void load(const mirelon::FileType& type, const char* title, mirelon::PathBuffer& name,
+              void (CPresetSystemEditor::*apply)(Image*, bool), bool reversed);
     void storePreset(mirelon::PresetSlot slot);
     void recallPreset(mirelon::PresetSlot slot);
 
