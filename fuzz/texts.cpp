@@ -26,7 +26,7 @@ void check(Write write) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     fuzz::Input input(data, size);
     const auto value = input.take<float>();
-    const auto digits = static_cast<int>(input.take<std::int8_t>());
+    const int digits = input.take<std::int8_t>();
     const auto index = input.take<std::int32_t>();
     check([&](char* text) { float2string2(value, digits, text); });
     constexpr std::array converters{
