@@ -25,7 +25,7 @@ struct Coefficients {
 
 // From a normalised value to one working value. Any value, NaN and infinities
 // included, is defined.
-using Law = float (*)(float value) noexcept;
+using Law = float(float value) noexcept;
 
 namespace laws {
 

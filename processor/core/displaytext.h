@@ -35,7 +35,7 @@ namespace mirelon {
 
 // A parameter's value as a host shows it, from the normalised value and the one in
 // the parameter's own unit.
-using Display = void (*)(float value, float working, char* text) noexcept;
+using Display = void(float value, float working, char* text) noexcept;
 
 namespace displays {
 

@@ -22,72 +22,57 @@ consteval bool namesDiffer() {
     return true;
 }
 
-consteval bool everyRowGovernsAndDisplays() {
+consteval bool initialValuesArePossible() {
     for (const Parameter& parameter : parameterTable) {
-        if (parameter.governs[0].coefficient == nullptr || parameter.display == nullptr)
-            return false;
-        for (const Governed& governed : parameter.governs)
-            if ((governed.coefficient == nullptr) != (governed.law == nullptr))
-                return false;
-    }
-    return true;
-}
-
-// Whether a switch starts on or off and governs a coefficient that is on or off.
-consteval bool switchesSwitch() {
-    for (const Parameter& parameter : parameterTable) {
-        const bool isSwitch = parameter.kind == ParameterKind::onOff;
-        for (const Governed& governed : parameter.governs)
-            if (governed.law != nullptr && (governed.law == laws::onOff) != isSwitch)
-                return false;
-        const float initial = parameter.initial;
-        if (!(initial >= 0.0F && initial <= 1.0F) ||
-            (isSwitch && initial != 0.0F && initial != 1.0F))
+        const bool isEnd = parameter.initial == 0.0F || parameter.initial == 1.0F;
+        const bool isBetween = parameter.initial > 0.0F && parameter.initial < 1.0F;
+        if (!isEnd && (parameter.kind == ParameterKind::onOff || !isBetween))
             return false;
     }
     return true;
 }
 
-consteval int governorsOf(float Coefficients::*coefficient) {
-    int governors = 0;
-    for (const Parameter& parameter : parameterTable)
-        for (const Governed& governed : parameter.governs)
-            governors += governed.coefficient == coefficient ? 1 : 0;
+consteval std::size_t governorsOf(float Coefficients::*coefficient) {
+    std::size_t governors = 0;
+    for (const Parameter& parameter : parameterTable) {
+        governors += parameter.working.coefficient == coefficient ? 1 : 0;
+        governors += parameter.companion && parameter.companion->coefficient == coefficient ? 1 : 0;
+    }
     return governors;
 }
 
 // There are as many governed coefficients as there are coefficients, all different.
 consteval bool everyCoefficientHasOneParameter() {
     std::size_t number = 0;
-    for (const Parameter& parameter : parameterTable)
-        for (const Governed& governed : parameter.governs) {
-            if (governed.coefficient == nullptr)
-                continue;
-            if (governorsOf(governed.coefficient) != 1)
-                return false;
-            ++number;
-        }
+    for (const Parameter& parameter : parameterTable) {
+        if (governorsOf(parameter.working.coefficient) != 1)
+            return false;
+        if (parameter.companion && governorsOf(parameter.companion->coefficient) != 1)
+            return false;
+        number += parameter.companion ? 2 : 1;
+    }
     return number == sizeof(Coefficients) / sizeof(float);
 }
 
 } // namespace
 
-static_assert(everyIndexHasItsRow());
-static_assert(namesDiffer());
-static_assert(everyRowGovernsAndDisplays());
-static_assert(switchesSwitch());
-static_assert(everyCoefficientHasOneParameter());
+static_assert(everyIndexHasItsRow(), "rows stand in the order of the indices, each with a name");
+static_assert(namesDiffer(), "two parameters have the same name");
+static_assert(initialValuesArePossible(), "initial values are 0 to 1, a switch's 0 or 1");
+static_assert(everyCoefficientHasOneParameter(),
+              "a coefficient is governed by no parameter, or by more than one");
 
 void applyParameter(Coefficients& coefficients, int index, float value) noexcept {
     if (!isParameter(index))
         return;
-    for (const Governed& governed : parameterAt(index).governs)
-        if (governed.coefficient != nullptr)
-            coefficients.*governed.coefficient = governed.law(value);
+    const Parameter& parameter = parameterAt(index);
+    coefficients.*parameter.working.coefficient = parameter.working.law(value);
+    if (parameter.companion)
+        coefficients.*parameter.companion->coefficient = parameter.companion->law(value);
 }
 
 float workingValue(const Coefficients& coefficients, int index) noexcept {
-    return isParameter(index) ? coefficients.*parameterAt(index).governs[0].coefficient : 0.0F;
+    return isParameter(index) ? coefficients.*parameterAt(index).working.coefficient : 0.0F;
 }
 
 void parameterDisplay(int index, float value, const Coefficients& coefficients,

@@ -8,6 +8,7 @@
 
 #include <array>
 #include <cstddef>
+#include <optional>
 
 // Indices are part of the file formats and of hosts' automation.
 enum ParameterIndex : int {
@@ -29,8 +30,8 @@ enum class ParameterKind { continuous, onOff };
 
 // A coefficient, and how it follows from the parameter's normalised value.
 struct Governed {
-    float Coefficients::*coefficient = nullptr;
-    Law law = nullptr;
+    float Coefficients::*coefficient;
+    Law& law;
 };
 
 struct Parameter {
@@ -40,76 +41,79 @@ struct Parameter {
     char label[10]; // blanks included: hosts show it centred
     ParameterKind kind;
     float initial; // normalised
-    // One or two. The first is the parameter's value in its own unit.
-    std::array<Governed, 2> governs;
-    Display display;
+    Display& display;
+    Governed working;                       // the value in the parameter's own unit
+    std::optional<Governed> companion = {}; // of parameters with two coefficients
 };
 
 inline constexpr std::array<Parameter, kNumParams> parameterTable{{
-    {kParamWidth,
-     "width",
-     "    %   ",
-     ParameterKind::continuous,
-     0.5F,
-     {{{&Coefficients::widthSide, laws::sideGain}, {&Coefficients::widthNorm, laws::sideNorm}}},
-     displays::width},
-    {kParamGain,
-     "gain",
-     "   dB   ",
-     ParameterKind::continuous,
-     0.5F,
-     {{{&Coefficients::gainLin, laws::linearGain}}},
-     displays::gain},
-    {kParamBalance,
-     "balance",
-     "       ",
-     ParameterKind::continuous,
-     0.5F,
-     {{{&Coefficients::balanceL, laws::rising}, {&Coefficients::balanceR, laws::falling}}},
-     displays::position},
-    {kParamStability,
-     "stability",
-     "         ",
-     ParameterKind::continuous,
-     0.5F,
-     {{{&Coefficients::stabilityL, laws::rising}, {&Coefficients::stabilityR, laws::falling}}},
-     displays::position},
-    {kParamCenterPos,
-     "centerPos",
-     "         ",
-     ParameterKind::continuous,
-     0.5F,
-     {{{&Coefficients::centerL, laws::risingByHalf},
-       {&Coefficients::centerR, laws::fallingByHalf}}},
-     displays::position},
-    {kParamProcess,
-     "process",
-     "         ",
-     ParameterKind::onOff,
-     1.0F,
-     {{{&Coefficients::processOn, laws::onOff}}},
-     displays::onOff},
-    {kParamPhase,
-     "phase",
-     "         ",
-     ParameterKind::onOff,
-     0.0F,
-     {{{&Coefficients::phaseOn, laws::onOff}}},
-     displays::onOff},
-    {kParamInvertL,
-     "-L",
-     "    ",
-     ParameterKind::onOff,
-     0.0F,
-     {{{&Coefficients::invertL, laws::onOff}}},
-     displays::polarityL},
-    {kParamInvertR,
-     "-R",
-     "    ",
-     ParameterKind::onOff,
-     0.0F,
-     {{{&Coefficients::invertR, laws::onOff}}},
-     displays::polarityR},
+    {.index = kParamWidth,
+     .name = "width",
+     .label = "    %   ",
+     .kind = ParameterKind::continuous,
+     .initial = 0.5F,
+     .display = displays::width,
+     .working = {&Coefficients::widthSide, laws::sideGain},
+     .companion = Governed{&Coefficients::widthNorm, laws::sideNorm}},
+    {.index = kParamGain,
+     .name = "gain",
+     .label = "   dB   ",
+     .kind = ParameterKind::continuous,
+     .initial = 0.5F,
+     .display = displays::gain,
+     .working = {&Coefficients::gainLin, laws::linearGain}},
+    {.index = kParamBalance,
+     .name = "balance",
+     .label = "       ",
+     .kind = ParameterKind::continuous,
+     .initial = 0.5F,
+     .display = displays::position,
+     .working = {&Coefficients::balanceL, laws::rising},
+     .companion = Governed{&Coefficients::balanceR, laws::falling}},
+    {.index = kParamStability,
+     .name = "stability",
+     .label = "         ",
+     .kind = ParameterKind::continuous,
+     .initial = 0.5F,
+     .display = displays::position,
+     .working = {&Coefficients::stabilityL, laws::rising},
+     .companion = Governed{&Coefficients::stabilityR, laws::falling}},
+    {.index = kParamCenterPos,
+     .name = "centerPos",
+     .label = "         ",
+     .kind = ParameterKind::continuous,
+     .initial = 0.5F,
+     .display = displays::position,
+     .working = {&Coefficients::centerL, laws::risingByHalf},
+     .companion = Governed{&Coefficients::centerR, laws::fallingByHalf}},
+    {.index = kParamProcess,
+     .name = "process",
+     .label = "         ",
+     .kind = ParameterKind::onOff,
+     .initial = 1.0F,
+     .display = displays::onOff,
+     .working = {&Coefficients::processOn, laws::onOff}},
+    {.index = kParamPhase,
+     .name = "phase",
+     .label = "         ",
+     .kind = ParameterKind::onOff,
+     .initial = 0.0F,
+     .display = displays::onOff,
+     .working = {&Coefficients::phaseOn, laws::onOff}},
+    {.index = kParamInvertL,
+     .name = "-L",
+     .label = "    ",
+     .kind = ParameterKind::onOff,
+     .initial = 0.0F,
+     .display = displays::polarityL,
+     .working = {&Coefficients::invertL, laws::onOff}},
+    {.index = kParamInvertR,
+     .name = "-R",
+     .label = "    ",
+     .kind = ParameterKind::onOff,
+     .initial = 0.0F,
+     .display = displays::polarityR,
+     .working = {&Coefficients::invertR, laws::onOff}},
 }};
 
 constexpr bool isParameter(int index) noexcept {
@@ -121,7 +125,7 @@ constexpr const Parameter& parameterAt(int index) noexcept {
     return parameterTable[static_cast<std::size_t>(index)];
 }
 
-// How many there are of a kind: who keeps one thing for each can check the number.
+// How many there are of a kind: what keeps one thing for each can check the number.
 constexpr std::size_t numberOf(ParameterKind kind) noexcept {
     std::size_t number = 0;
     for (const Parameter& parameter : parameterTable)

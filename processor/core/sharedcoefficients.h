@@ -19,10 +19,10 @@ class SharedCoefficients {
     void apply(int index, float value) noexcept {
         if (!isParameter(index))
             return;
-        for (const Governed& governed : parameterAt(index).governs)
-            if (governed.coefficient != nullptr)
-                std::atomic_ref(shared.*governed.coefficient)
-                    .store(governed.law(value), std::memory_order_relaxed);
+        const Parameter& parameter = parameterAt(index);
+        store(parameter.working, value);
+        if (parameter.companion)
+            store(*parameter.companion, value);
     }
 
     Coefficients snapshot() const noexcept {
@@ -34,17 +34,25 @@ class SharedCoefficients {
     template <std::size_t... i>
     Coefficients snapshotOf(std::index_sequence<i...>) const noexcept {
         Coefficients copy;
-        ((load<parameterTable[i].governs[0].coefficient>(copy),
-          load<parameterTable[i].governs[1].coefficient>(copy)),
-         ...);
+        (load<i>(copy), ...);
         return copy;
     }
 
-    template <float Coefficients::*coefficient>
+    template <std::size_t index>
     void load(Coefficients& copy) const noexcept {
-        if constexpr (coefficient != nullptr)
-            copy.*coefficient =
-                std::atomic_ref(shared.*coefficient).load(std::memory_order_relaxed);
+        constexpr const Parameter& parameter = parameterTable[index];
+        load(copy, parameter.working.coefficient);
+        if constexpr (parameter.companion.has_value())
+            load(copy, parameter.companion->coefficient);
+    }
+
+    void load(Coefficients& copy, float Coefficients::*coefficient) const noexcept {
+        copy.*coefficient = std::atomic_ref(shared.*coefficient).load(std::memory_order_relaxed);
+    }
+
+    void store(const Governed& governed, float value) noexcept {
+        std::atomic_ref(shared.*governed.coefficient)
+            .store(governed.law(value), std::memory_order_relaxed);
     }
 
     mutable Coefficients shared; // a reference to an atomic value is never constant
