@@ -2,7 +2,7 @@
 // exported record.
 #include "bench/groups.h"
 #include "bench/material.h"
-#include "tools/host/hosting.h"
+#include "hosting/hosting.h"
 
 #include <benchmark/benchmark.h>
 

@@ -1,7 +1,7 @@
 // A state chunk in a file of its own, byte for byte.
 #pragma once
 
-#include "tools/host/effect.h"
+#include "hosting/effect.h"
 
 #include <cstddef>
 #include <filesystem>

@@ -1,9 +1,9 @@
 // check: a validator for VST 2.4 effects.
-#include "tools/check/check.h"
-#include "tools/check/runner.h"
 #include "tools/commanderror.h"
 #include "tools/commands.h"
 #include "tools/exitstatus.h"
+#include "validator/check.h"
+#include "validator/runner.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>

@@ -1,8 +1,8 @@
 // The bank inside a loaded Mirelon, reached by its state chunk.
 #pragma once
 
+#include "hosting/effect.h"
 #include "presetsystem/presetrecord.h"
-#include "tools/host/effect.h"
 
 #include <filesystem>
 

@@ -1,7 +1,7 @@
 // What a user asks of an effect before it is put to use.
 #pragma once
 
-#include "tools/host/effect.h"
+#include "hosting/effect.h"
 
 #include <string>
 #include <vector>

@@ -1,7 +1,7 @@
 // The plug-in that a command works with.
 #pragma once
 
-#include "tools/host/hosting.h"
+#include "hosting/hosting.h"
 
 #include <filesystem>
 #include <string>

@@ -1,8 +1,8 @@
 // mirelon-host: a small host for VST 2.4 effects.
+#include "hosting/pluginerror.h"
 #include "tools/commanderror.h"
 #include "tools/commands.h"
 #include "tools/exitstatus.h"
-#include "tools/host/pluginerror.h"
 #include "tools/nearestname.h"
 
 #include <CLI/CLI.hpp>

@@ -1,7 +1,7 @@
 // Parameters and their values as a user writes them.
 #pragma once
 
-#include "tools/host/effect.h"
+#include "hosting/effect.h"
 
 #include <string>
 #include <vector>

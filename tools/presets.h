@@ -1,7 +1,7 @@
 // The presets of an effect, wherever it keeps them.
 #pragma once
 
-#include "tools/host/effect.h"
+#include "hosting/effect.h"
 
 #include <cstddef>
 #include <string>

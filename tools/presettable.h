@@ -1,8 +1,8 @@
 // Presets as a table for people.
 #pragma once
 
+#include "hosting/effect.h"
 #include "presetsystem/presetrecord.h"
-#include "tools/host/effect.h"
 
 #include <optional>
 #include <span>

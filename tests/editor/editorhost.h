@@ -2,9 +2,9 @@
 // it with pointer and keys.
 #pragma once
 
+#include "hosting/hosting.h"
 #include "tests/support/temporaryfolder.h"
 #include "tests/support/xwindow.h"
-#include "tools/host/hosting.h"
 
 #include <chrono>
 #include <functional>

@@ -1,7 +1,7 @@
 #include "tests/hosts/program.h"
 
+#include "hosting/argumentpointers.h"
 #include "tests/support/temporaryfolder.h"
-#include "tools/host/argumentpointers.h"
 
 #include <csignal>
 #include <fcntl.h>

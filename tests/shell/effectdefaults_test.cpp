@@ -1,7 +1,7 @@
 // What a host gets from an effect that replaces none of the operations.
+#include "hosting/recordinghost.h"
 #include "shell/capabilities.h"
 #include "tests/shell/plaineffect.h"
-#include "tools/host/recordinghost.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

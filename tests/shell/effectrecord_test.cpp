@@ -1,7 +1,7 @@
 // The effect record and the plain functions behind it.
+#include "hosting/recordinghost.h"
 #include "tests/shell/loggingeffect.h"
 #include "tests/support/childprocess.h"
-#include "tools/host/recordinghost.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

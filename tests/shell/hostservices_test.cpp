@@ -1,8 +1,8 @@
 // What the effect asks of its host: one callback call each, with its own
 // record, and a neutral answer when there is no host.
+#include "hosting/recordinghost.h"
 #include "shell/capabilities.h"
 #include "tests/shell/loggingeffect.h"
-#include "tools/host/recordinghost.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

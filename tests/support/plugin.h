@@ -1,7 +1,7 @@
 // The built plug-in, as a host loads it.
 #pragma once
 
-#include "tools/host/hosting.h"
+#include "hosting/hosting.h"
 
 #include <vector>
 

@@ -1,7 +1,7 @@
 #include "tests/tools/hostprogram.h"
 
+#include "hosting/argumentpointers.h"
 #include "tests/support/temporaryfolder.h"
-#include "tools/host/argumentpointers.h"
 
 #include <cerrno>
 #include <csignal>

@@ -1,8 +1,8 @@
 // An audio file through an effect in real time, over and over.
 #pragma once
 
+#include "hosting/effect.h"
 #include "tools/audio/audiofile.h"
-#include "tools/host/effect.h"
 
 #include <atomic>
 #include <filesystem>

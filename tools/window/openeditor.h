@@ -1,7 +1,7 @@
 // A plug-in's editor in a window of its own, kept alive as hosts do.
 #pragma once
 
-#include "tools/host/effect.h"
+#include "hosting/effect.h"
 #include "tools/window/hostwindow.h"
 
 #include <chrono>

@@ -1,0 +1,13 @@
+// Hosting a VST 2.4 effect:
+//
+//   Module module("effect.so");
+//   RecordingHost host;
+//   Effect effect(module, host);
+//   effect.setParameter(0, 0.25F);
+//   host.count(audioMasterUpdateDisplay);
+#pragma once
+
+#include "hosting/effect.h"        // IWYU pragma: export
+#include "hosting/module.h"        // IWYU pragma: export
+#include "hosting/pluginerror.h"   // IWYU pragma: export
+#include "hosting/recordinghost.h" // IWYU pragma: export

@@ -1,0 +1,116 @@
+#include "hosting/recordinghost.h"
+
+#include <gmock/gmock.h>
+#include <memory>
+#include <stdexcept>
+#include <thread>
+
+namespace mirelon::hosting {
+namespace {
+
+VstIntPtr call(const RecordingHost& host, VstInt32 opcode) {
+    return host.callback()(nullptr, opcode, 0, 0, nullptr, 0.0F);
+}
+
+TEST(RecordingHost, AnswersTheVersionAndTheUsualFormatByItself) {
+    const RecordingHost host;
+    EXPECT_EQ(call(host, audioMasterVersion), 2400);
+    EXPECT_EQ(call(host, audioMasterGetSampleRate), 44100);
+    EXPECT_EQ(call(host, audioMasterGetBlockSize), 1024);
+    EXPECT_EQ(call(host, audioMasterCanDo), 0);
+}
+
+TEST(RecordingHost, RemembersEveryArgument) {
+    const RecordingHost host;
+    AEffect effect{};
+    int something = 0;
+    host.callback()(&effect, audioMasterAutomate, 7, 1234567890123, &something, 0.25F);
+    const auto calls = host.calls();
+    ASSERT_EQ(calls.size(), 1U);
+    EXPECT_EQ(calls[0].effect, &effect);
+    EXPECT_EQ(calls[0].opcode, audioMasterAutomate);
+    EXPECT_EQ(calls[0].index, 7);
+    EXPECT_EQ(calls[0].value, 1234567890123);
+    EXPECT_EQ(calls[0].ptr, &something);
+    EXPECT_EQ(calls[0].opt, 0.25F);
+    EXPECT_EQ(calls[0].thread, std::this_thread::get_id());
+}
+
+TEST(RecordingHost, KeepsTheOrderOfCallsAndPicksThoseOfOneOpcode) {
+    RecordingHost host;
+    call(host, audioMasterBeginEdit);
+    call(host, audioMasterAutomate);
+    call(host, audioMasterEndEdit);
+    call(host, audioMasterAutomate);
+    const auto calls = host.calls();
+    ASSERT_EQ(calls.size(), 4U);
+    EXPECT_EQ(calls[0].opcode, audioMasterBeginEdit);
+    EXPECT_EQ(calls[2].opcode, audioMasterEndEdit);
+    EXPECT_EQ(host.count(audioMasterAutomate), 2U);
+    host.forgetCalls();
+    EXPECT_TRUE(host.calls().empty());
+}
+
+TEST(RecordingHost, AnswersWhatItWasToldTo) {
+    RecordingHost host;
+    host.answer(audioMasterGetSampleRate, 96000);
+    host.answer(audioMasterGetLanguage, [](const HostCall& call) { return call.opcode + 1; });
+    EXPECT_EQ(call(host, audioMasterGetSampleRate), 96000);
+    EXPECT_EQ(call(host, audioMasterGetLanguage), audioMasterGetLanguage + 1);
+}
+
+TEST(RecordingHost, AnAnswerMayCallTheHostAgain) {
+    RecordingHost host;
+    host.answer(audioMasterIdle,
+                [&host](const HostCall&) { return call(host, audioMasterVersion); });
+    EXPECT_EQ(call(host, audioMasterIdle), 2400);
+    EXPECT_EQ(host.calls().size(), 2U);
+}
+
+TEST(RecordingHost, AnAnswerThatThrowsIsZero) {
+    RecordingHost host;
+    host.answer(audioMasterIdle,
+                [](const HostCall&) -> VstIntPtr { throw std::runtime_error("no"); });
+    EXPECT_EQ(call(host, audioMasterIdle), 0);
+}
+
+TEST(RecordingHost, CanDoWithoutRecording) {
+    const RecordingHost host(Recording::off);
+    EXPECT_EQ(call(host, audioMasterVersion), 2400);
+    EXPECT_TRUE(host.calls().empty());
+}
+
+TEST(RecordingHost, ManyLiveSideBySideAndTheirPlacesAreUsedAgain) {
+    for (int round = 0; round < 2; ++round) {
+        std::vector<std::unique_ptr<RecordingHost>> hosts;
+        for (std::size_t i = 0; i < RecordingHost::mostHosts; ++i) {
+            hosts.push_back(std::make_unique<RecordingHost>());
+            hosts.back()->answer(audioMasterCurrentId, static_cast<VstIntPtr>(i));
+        }
+        EXPECT_THROW(RecordingHost(), std::runtime_error);
+        for (std::size_t i = 0; i < hosts.size(); ++i)
+            EXPECT_EQ(call(*hosts[i], audioMasterCurrentId), static_cast<VstIntPtr>(i));
+    }
+}
+
+TEST(RecordingHost, TakesCallsOfManyThreads) {
+    constexpr int threadCount = 4;
+    constexpr int callCount = 2000;
+    RecordingHost host;
+    std::vector<std::thread> threads;
+    threads.reserve(threadCount);
+    for (int i = 0; i < threadCount; ++i) {
+        threads.emplace_back([&host] {
+            for (int n = 0; n < callCount; ++n)
+                call(host, audioMasterGetTime);
+        });
+    }
+    for (int n = 0; n < callCount; ++n)
+        host.answer(audioMasterGetTime, n);
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(host.count(audioMasterGetTime), std::size_t{threadCount} * callCount);
+}
+
+} // namespace
+} // namespace mirelon::hosting

@@ -1,6 +1,0 @@
-// A shared library, but no plug-in.
-#include "tests/tools/plugins/effectrecord.h"
-
-TEST_PLUGIN_EXPORT int someFunction() {
-    return 1;
-}

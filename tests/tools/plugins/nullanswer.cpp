@@ -1,6 +1,0 @@
-// An entry point that makes no instance.
-#include "tests/tools/plugins/effectrecord.h"
-
-TEST_PLUGIN_EXPORT AEffect* VSTPluginMain(audioMasterCallback) {
-    return nullptr;
-}

@@ -1,0 +1,128 @@
+// Buffers for a process call, with guard zones around every channel.
+#pragma once
+
+#include "hosting/effect.h"
+#include "validator/check.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <cstring>
+#include <vector>
+
+namespace mirelon::check {
+
+// Uniform white noise between -1 and 1, the same for the same seed everywhere.
+class Noise {
+  public:
+    explicit Noise(std::uint64_t seed)
+        : state(seed * 2 + 1) {}
+
+    std::uint32_t bits() {
+        state = state * 6364136223846793005U + 1442695040888963407U;
+        return static_cast<std::uint32_t>(state >> 32U);
+    }
+    float sample() { return static_cast<float>(bits()) * 0x1p-31F - 1.0F; }
+    float fraction() { return static_cast<float>(bits() >> 8U) * 0x1p-24F; } // 0 to 1, without 1
+    std::uint32_t below(std::uint32_t limit) { return bits() % limit; }
+
+  private:
+    std::uint64_t state;
+};
+
+template <typename Sample>
+class AudioBlock {
+  public:
+    AudioBlock(int channels, int frames)
+        : length(static_cast<std::size_t>(frames))
+        , storage(static_cast<std::size_t>(channels), std::vector<Sample>(length + 2 * guard)) {
+        for (auto& channel : storage) {
+            std::fill_n(channel.begin(), guard, canary);
+            std::fill_n(channel.end() - guard, guard, canary);
+        }
+    }
+
+    // An array even for no channels.
+    Sample** data() {
+        pointers.clear();
+        for (auto& channel : storage)
+            pointers.push_back(channel.data() + guard);
+        pointers.push_back(nullptr);
+        return pointers.data();
+    }
+    int frames() const { return static_cast<int>(length); }
+    int channels() const { return static_cast<int>(storage.size()); }
+
+    void fill(Noise& noise, Sample level = Sample(0.5)) {
+        each([&](Sample& s) { s = static_cast<Sample>(noise.sample()) * level; });
+    }
+    void fill(Sample value) {
+        each([&](Sample& s) { s = value; });
+    }
+
+    bool guardsIntact() const {
+        return std::ranges::all_of(storage, [](const auto& channel) {
+            const auto intact = [](Sample s) { return s == canary; };
+            return std::all_of(channel.begin(), channel.begin() + guard, intact) &&
+                   std::all_of(channel.end() - guard, channel.end(), intact);
+        });
+    }
+    bool allFinite() const {
+        return every([](Sample s) { return std::isfinite(s); });
+    }
+    bool allBelow(Sample limit) const {
+        return every([limit](Sample s) { return std::fabs(s) <= limit; });
+    }
+    bool sameBits(const AudioBlock& other) const {
+        for (std::size_t c = 0; c < std::min(storage.size(), other.storage.size()); ++c)
+            if (std::memcmp(storage[c].data() + guard, other.storage[c].data() + guard,
+                            length * sizeof(Sample)) != 0)
+                return false;
+        return true;
+    }
+
+  private:
+    static constexpr int guard = 32;
+    static constexpr Sample canary = Sample(-9876.54321);
+
+    template <typename Visit>
+    void each(Visit visit) {
+        for (auto& channel : storage)
+            std::for_each(channel.begin() + guard, channel.end() - guard, visit);
+    }
+    template <typename Holds>
+    bool every(Holds holds) const {
+        return std::ranges::all_of(storage, [&](const auto& channel) {
+            return std::all_of(channel.begin() + guard, channel.end() - guard, holds);
+        });
+    }
+
+    std::size_t length;
+    std::vector<std::vector<Sample>> storage;
+    std::vector<Sample*> pointers;
+};
+
+// Input and output of one effect, out of place.
+template <typename Sample>
+struct Buffers {
+    Buffers(const hosting::Effect& effect, int frames)
+        : in(effect.record().numInputs, frames)
+        , out(effect.record().numOutputs, frames) {}
+
+    // One block; fails where a guard zone was written to, an input was changed
+    // or an output is not finite. `when` ends the message.
+    template <typename... When>
+    void process(hosting::Effect& effect, const When&... when) {
+        const AudioBlock<Sample> before = in;
+        effect.process(in.data(), out.data(), in.frames());
+        require(in.guardsIntact() && out.guardsIntact(), "wrote outside the buffers it was given, ",
+                when...);
+        require(in.sameBits(before), "changed its input buffers, ", when...);
+        require(out.allFinite(), "put out something that is not a number, ", when...);
+    }
+
+    AudioBlock<Sample> in;
+    AudioBlock<Sample> out;
+};
+
+} // namespace mirelon::check

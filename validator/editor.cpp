@@ -1,0 +1,109 @@
+// The editor: opened again and again, beside audio, and before a host has said
+// anything useful about rate and block size.
+#include "validator/audioblock.h"
+#include "validator/editorwindow.h"
+#include "validator/instance.h"
+
+#include <array>
+#include <atomic>
+#include <exception>
+#include <thread>
+
+namespace mirelon::check {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+std::string openedTwice(const Subject& subject) {
+    Instance instance(subject);
+    EditorWindow editor(instance.effect);
+    for (int i = 0; i < 2; ++i) {
+        editor.open();
+        editor.idle(200ms);
+        editor.close();
+    }
+    return {};
+}
+
+std::string inTwoInstances(const Subject& subject) {
+    Instance first(subject);
+    Instance second(subject);
+    EditorWindow one(first.effect);
+    EditorWindow other(second.effect);
+    one.open();
+    other.open();
+    one.idle(100ms);
+    one.close();
+    other.idle(100ms);
+    other.close();
+    return {};
+}
+
+std::string whileProcessing(const Subject& subject) {
+    Instance instance(subject);
+    EditorWindow editor(instance.effect);
+    start(instance.effect, 48000, 256);
+    std::atomic<bool> stop{false};
+    std::exception_ptr failure;
+    std::thread audio([&] {
+        try {
+            Buffers<float> buffers(instance.effect, 256);
+            Noise noise(subject.seed);
+            while (!stop.load()) {
+                buffers.in.fill(noise);
+                buffers.process(instance.effect, "while the editor was in use");
+                std::this_thread::sleep_for(1ms);
+            }
+        } catch (...) {
+            failure = std::current_exception();
+        }
+    });
+    try {
+        for (int i = 0; i < 3; ++i) {
+            editor.open();
+            editor.idle(200ms);
+            editor.close();
+        }
+    } catch (...) {
+        stop = true;
+        audio.join();
+        throw;
+    }
+    stop = true;
+    audio.join();
+    if (failure)
+        std::rethrow_exception(failure);
+    return {};
+}
+
+std::string withRateAndBlockZero(const Subject& subject) {
+    Instance instance(subject);
+    hosting::Effect& effect = instance.effect;
+    EditorWindow editor(effect);
+    announce(0, 0);
+    effect.setSampleRate(0.0F);
+    effect.setBlockSize(0);
+    editor.open();
+    editor.idle(100ms);
+    for (VstInt32 i = 0; i < visitedParameters(effect); ++i)
+        effect.setParameter(i, 0.75F);
+    editor.idle(100ms);
+    editor.close();
+    return {};
+}
+
+constexpr std::array table{
+    Check{"editor-opened-twice", 6, openedTwice, 60},
+    Check{"editor-in-two-instances", 6, inTwoInstances, 60},
+    Check{"editor-while-processing", 6, whileProcessing, 60},
+    Check{"editor-rate-and-block-zero", 6, withRateAndBlockZero, 60},
+};
+
+} // namespace
+
+std::span<const Check> editorChecks() {
+    return table;
+}
+
+} // namespace mirelon::check

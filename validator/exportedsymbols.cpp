@@ -1,0 +1,78 @@
+#include "validator/exportedsymbols.h"
+
+#include "validator/check.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <elf.h>
+#include <fstream>
+#include <iterator>
+#include <string_view>
+
+namespace mirelon::check {
+
+namespace {
+
+constexpr std::array<std::string_view, 6> linkerSymbols{"_init", "_fini",       "_edata",
+                                                        "_end",  "__bss_start", "__end__"};
+
+// Records of type T at a place in the file's bytes.
+class Image {
+  public:
+    explicit Image(const std::filesystem::path& file) {
+        std::ifstream stream(file, std::ios::binary);
+        bytes.assign(std::istreambuf_iterator<char>(stream), {});
+    }
+    template <typename T>
+    T at(std::uint64_t offset) const {
+        require(bytes.size() >= sizeof(T) && offset <= bytes.size() - sizeof(T),
+                "is cut off or no ELF file");
+        T record;
+        std::memcpy(&record, bytes.data() + offset, sizeof record);
+        return record;
+    }
+    std::string textAt(std::uint64_t offset) const {
+        require(offset < bytes.size(), "has a symbol table that points outside the file");
+        return {bytes.data() + offset, strnlen(bytes.data() + offset, bytes.size() - offset)};
+    }
+
+  private:
+    std::vector<char> bytes;
+};
+
+bool isOffered(const Elf64_Sym& symbol) {
+    const auto binding = ELF64_ST_BIND(symbol.st_info);
+    const auto visibility = ELF64_ST_VISIBILITY(symbol.st_other);
+    return symbol.st_shndx != SHN_UNDEF && binding != STB_LOCAL &&
+           (visibility == STV_DEFAULT || visibility == STV_PROTECTED);
+}
+
+} // namespace
+
+std::vector<std::string> exportedSymbols(const std::filesystem::path& file) {
+    const Image image(file);
+    const auto header = image.at<Elf64_Ehdr>(0);
+    require(std::memcmp(header.e_ident, ELFMAG, SELFMAG) == 0 &&
+                header.e_ident[EI_CLASS] == ELFCLASS64,
+            "is no 64-bit ELF file");
+    std::vector<std::string> names;
+    for (unsigned i = 0; i < header.e_shnum; ++i) {
+        const auto section = image.at<Elf64_Shdr>(header.e_shoff + i * sizeof(Elf64_Shdr));
+        if (section.sh_type != SHT_DYNSYM)
+            continue;
+        const auto texts =
+            image.at<Elf64_Shdr>(header.e_shoff + section.sh_link * sizeof(Elf64_Shdr));
+        for (std::uint64_t at = 0; at < section.sh_size; at += sizeof(Elf64_Sym)) {
+            const auto symbol = image.at<Elf64_Sym>(section.sh_offset + at);
+            if (!isOffered(symbol))
+                continue;
+            std::string name = image.textAt(texts.sh_offset + symbol.st_name);
+            if (std::ranges::find(linkerSymbols, name) == linkerSymbols.end())
+                names.push_back(std::move(name));
+        }
+    }
+    return names;
+}
+
+} // namespace mirelon::check

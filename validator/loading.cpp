@@ -1,0 +1,109 @@
+// Loading: twice, quickly, small, and without leaving names behind.
+#include "validator/exportedsymbols.h"
+#include "validator/instance.h"
+
+#include <array>
+#include <chrono>
+#include <fstream>
+#include <memory>
+#include <string_view>
+#include <unistd.h>
+
+namespace mirelon::check {
+
+namespace {
+
+// What hosts look for, on any system.
+constexpr std::array<std::string_view, 4> entryPoints{"VSTPluginMain", "main", "main_macho",
+                                                      "main_plugin"};
+
+bool isEntryPoint(const std::string& name) {
+    return std::ranges::find(entryPoints, name) != entryPoints.end();
+}
+
+long residentKilobytes() {
+    std::ifstream statistics("/proc/self/statm");
+    long total = 0;
+    long resident = 0;
+    statistics >> total >> resident;
+    return resident * (sysconf(_SC_PAGESIZE) / 1024);
+}
+
+std::string twice(const Subject& subject) {
+    {
+        const Instance first(subject);
+        const Instance second(subject);
+        require(&first.effect.record() != &second.effect.record(),
+                "gives two instances the same effect record");
+        require(first.effect.record().object != second.effect.record().object ||
+                    first.effect.record().object == nullptr,
+                "gives two instances the same object");
+        require(first.effect.record().uniqueID == second.effect.record().uniqueID,
+                "changes its unique ID from one instance to the next");
+    }
+    const Instance again(subject);
+    require(again.effect.record().magic == kEffectMagic, "is not usable after being unloaded");
+    return {};
+}
+
+std::string time(const Subject& subject) {
+    const auto begin = std::chrono::steady_clock::now();
+    const Instance instance(subject);
+    const std::chrono::duration<double, std::milli> took = std::chrono::steady_clock::now() - begin;
+    require(took.count() < 2000.0, "takes ", took.count(), " ms to load and open");
+    std::ostringstream note;
+    note << std::fixed;
+    note.precision(1);
+    note << took.count() << " ms";
+    return note.str();
+}
+
+std::string memory(const Subject& subject) {
+    const Instance first(subject);
+    constexpr int count = 16;
+    constexpr long mostKilobytes = 32 * 1024;
+    const long before = residentKilobytes();
+    std::vector<std::unique_ptr<Instance>> more;
+    more.reserve(count);
+    for (int i = 0; i < count; ++i)
+        more.push_back(std::make_unique<Instance>(subject));
+    const long each = (residentKilobytes() - before) / count;
+    require(each <= mostKilobytes, "takes ", each, " KiB an instance");
+    return std::to_string(each) + " KiB an instance";
+}
+
+std::string entry(const Subject& subject) {
+    const auto names = exportedSymbols(subject.file);
+    require(std::ranges::any_of(names, isEntryPoint), "exports no entry point");
+    return {};
+}
+
+std::string leakedSymbols(const Subject& subject) {
+    const auto names = exportedSymbols(subject.file);
+    std::string example;
+    std::size_t leaked = 0;
+    for (const std::string& name : names) {
+        if (isEntryPoint(name))
+            continue;
+        if (leaked++ == 0)
+            example = name;
+    }
+    require(leaked == 0, "exports ", leaked, " names besides its entry points, such as ", example);
+    return {};
+}
+
+constexpr std::array table{
+    Check{"load-twice", 1, twice, 30},
+    Check{"load-time", 1, time, 30},
+    Check{"load-memory", 1, memory, 60},
+    Check{"symbols-entry", 1, entry, 10},
+    Check{"symbols-leaked", 1, leakedSymbols, 10},
+};
+
+} // namespace
+
+std::span<const Check> loadingChecks() {
+    return table;
+}
+
+} // namespace mirelon::check

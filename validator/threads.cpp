@@ -1,0 +1,125 @@
+// Everything at once, each on the thread that a host does it on.
+#include "validator/audioblock.h"
+#include "validator/editorwindow.h"
+#include "validator/instance.h"
+
+#include <array>
+#include <atomic>
+#include <exception>
+#include <functional>
+#include <mutex>
+#include <optional>
+#include <thread>
+
+namespace mirelon::check {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+// Runs functions over and over, each on a thread of its own, until stopped.
+class Crew {
+  public:
+    ~Crew() { stop(); }
+    void repeat(std::function<void()> turn) {
+        threads.emplace_back([this, turn = std::move(turn)] {
+            try {
+                while (!stopped.load())
+                    turn();
+            } catch (...) {
+                const std::lock_guard lock(access);
+                failure = std::current_exception();
+            }
+        });
+    }
+    // Rethrows what a thread has thrown.
+    void finish() {
+        stop();
+        if (failure)
+            std::rethrow_exception(failure);
+    }
+
+  private:
+    void stop() {
+        stopped = true;
+        for (std::thread& thread : threads)
+            thread.join();
+        threads.clear();
+    }
+
+    std::atomic<bool> stopped{false};
+    std::vector<std::thread> threads;
+    std::mutex access;
+    std::exception_ptr failure;
+};
+
+std::string everythingAtOnce(const Subject& subject, bool withEditor) {
+    Instance instance(subject);
+    hosting::Effect& effect = instance.effect;
+    std::optional<EditorWindow> editor;
+    if (withEditor)
+        editor.emplace(effect);
+    start(effect, 48000, 256);
+    std::atomic<long> blocks{0};
+    {
+        Crew crew;
+        Buffers<float> buffers(effect, 256);
+        Noise audioNoise(subject.seed);
+        crew.repeat([&] {
+            buffers.in.fill(audioNoise);
+            effect.process(buffers.in.data(), buffers.out.data(), 256);
+            require(buffers.in.guardsIntact() && buffers.out.guardsIntact(),
+                    "wrote outside its buffers while several threads were in it");
+            ++blocks;
+        });
+        const VstInt32 parameters = visitedParameters(effect);
+        Noise automationNoise(subject.seed + 1);
+        crew.repeat([&] {
+            if (parameters > 0)
+                effect.setParameter(static_cast<VstInt32>(automationNoise.below(
+                                        static_cast<std::uint32_t>(parameters))),
+                                    automationNoise.fraction());
+            std::this_thread::sleep_for(100us);
+        });
+        crew.repeat([&] {
+            if (effect.hasFlag(effFlagsProgramChunks))
+                effect.setChunk(effect.chunk());
+            effect.programName();
+            std::this_thread::sleep_for(1ms);
+        });
+        if (editor) {
+            for (int i = 0; i < 4; ++i) {
+                editor->open();
+                editor->idle(300ms);
+                editor->close();
+            }
+        } else {
+            std::this_thread::sleep_for(1s);
+        }
+        crew.finish();
+    }
+    start(effect, 48000, 256);
+    require(blocks.load() > 0, "processes nothing while several threads are in it");
+    return std::to_string(blocks.load()) + " blocks";
+}
+
+std::string windowless(const Subject& subject) {
+    return everythingAtOnce(subject, false);
+}
+
+std::string withEditor(const Subject& subject) {
+    return everythingAtOnce(subject, true);
+}
+
+constexpr std::array table{
+    Check{"threads-audio-automation-state", 10, windowless, 60},
+    Check{"threads-with-editor", 10, withEditor, 60},
+};
+
+} // namespace
+
+std::span<const Check> threadChecks() {
+    return table;
+}
+
+} // namespace mirelon::check
