@@ -35,7 +35,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     for (const auto convert : converters)
         check([&](char* text) { convert(value, text); });
     Coefficients coefficients;
-    for (const VstInt32 i : {index, index % kNumParams}) {
+    for (const int i : {index, index % kNumParams}) {
         applyParameter(coefficients, i, value);
         check([&](char* text) { parameterDisplay(i, value, coefficients, text); });
         workingValue(coefficients, i);
