@@ -1,6 +1,6 @@
 // The parameters. Each is one index and one row of the table: what a host is told
 // of it, which coefficients it governs and by which laws, and how its value reads.
-// What the table leaves out does not compile (parameters.cpp).
+// What the table leaves out does not compile (parameterchecks.h).
 #pragma once
 
 #include "processor/core/coefficients.h"
