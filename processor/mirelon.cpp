@@ -18,9 +18,8 @@ constexpr std::string_view effectName = "Dravik Mirelon";
 constexpr std::string_view productName = "Mirelon";
 constexpr std::string_view vendorDomain = "dravik.example";
 
-// A preset record has room for what the core makes, and the bank is filled.
-static_assert(kNumPresetParams == kNumParams);
-static_assert(kNumPresets == mirelon::factoryPresets.size());
+static_assert(kNumPresetParams == kNumParams, "a preset record has a value for each parameter");
+static_assert(kNumPresets == mirelon::factoryPresets.size(), "the factory presets fill the bank");
 
 void copyText(std::string_view source, char* text) {
     std::memcpy(text, source.data(), source.size());
