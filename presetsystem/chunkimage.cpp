@@ -25,6 +25,7 @@ void putWord(std::span<std::byte> image, std::size_t offset, std::uint32_t word)
 constexpr std::size_t recordAt(std::size_t preset) noexcept {
     return chunkHeaderSize + PresetRecord::imageSize * preset;
 }
+static_assert(recordAt(kNumPresets) == chunkSize, "the chunk ends behind its last record");
 
 void turnRound(std::span<std::byte, chunkSize> image) noexcept {
     for (std::size_t offset = 0; offset < chunkHeaderSize; offset += 4)

@@ -37,6 +37,9 @@ inline constexpr std::size_t imageHeaderSize = 5;
 constexpr std::size_t imageRecordAt(std::size_t preset) noexcept {
     return imageHeaderSize + PresetRecord::imageSize * preset;
 }
+static_assert(imageRecordAt(1) == sizeof(presetfilestruct) &&
+                  imageRecordAt(kNumPresets) == sizeof(bankfilestruct),
+              "a file's image ends behind its last record");
 
 // Whether the writer of an image had this machine's byte order.
 enum class ImageOrder { native, foreign };
