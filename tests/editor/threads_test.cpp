@@ -16,6 +16,12 @@ void onAnotherThread(Work work) {
     std::thread(work).join();
 }
 
+// Whether the window comes to look otherwise; how many turns of the host's loop
+// the drawing takes depends on the machine.
+bool changesFrom(EditorHost& editor, const Pixels& before) {
+    return editor.runUntil([&] { return editor.window->pixels() != before; });
+}
+
 TEST(EditorThreads, AParameterSetElsewhereShowsAtTheNextIdle) {
     EditorHost editor;
     editor.open();
@@ -24,7 +30,7 @@ TEST(EditorThreads, AParameterSetElsewhereShowsAtTheNextIdle) {
         onAnotherThread(
             [&] { editor.effect->setParameter(parameter, parameter == 5 ? 0.0F : 1.0F); });
         EXPECT_EQ(editor.window->pixels(), before) << parameter;
-        EXPECT_NE(editor.pixels(), before) << parameter;
+        EXPECT_TRUE(changesFrom(editor, before)) << parameter;
     }
 }
 
@@ -33,7 +39,7 @@ TEST(EditorThreads, ANameGivenElsewhereShowsAtTheNextIdle) {
     editor.open();
     const Pixels before = editor.pixels();
     onAnotherThread([&] { editor.effect->setProgramName("elsewhere"); });
-    EXPECT_NE(editor.pixels(), before);
+    EXPECT_TRUE(changesFrom(editor, before));
 }
 
 TEST(EditorThreads, ABankGivenElsewhereShowsAtTheNextIdle) {
@@ -46,7 +52,7 @@ TEST(EditorThreads, ABankGivenElsewhereShowsAtTheNextIdle) {
     editor.moveTo(150, 305);
     ASSERT_NE(editor.pixels(), first);
     onAnotherThread([&] { editor.effect->setChunk(chunk); });
-    EXPECT_EQ(editor.pixels(), first);
+    EXPECT_TRUE(editor.runUntil([&] { return editor.window->pixels() == first; }));
 }
 
 TEST(EditorThreads, IdleFromElsewhereDoesNotTouchTheWindow) {
@@ -62,7 +68,7 @@ TEST(EditorThreads, IdleFromElsewhereDoesNotTouchTheWindow) {
         }
     });
     EXPECT_EQ(editor.window->pixels(), before);
-    EXPECT_NE(editor.pixels(), before);
+    EXPECT_TRUE(changesFrom(editor, before));
 }
 
 TEST(EditorThreads, GlibOnAnotherThreadLeavesTheEditorToTheHostsIdle) {
@@ -77,7 +83,7 @@ TEST(EditorThreads, GlibOnAnotherThreadLeavesTheEditorToTheHostsIdle) {
     });
     const Pixels before = editor.pixels();
     editor.effect->setParameter(0, 1.0F);
-    EXPECT_NE(editor.pixels(), before);
+    EXPECT_TRUE(changesFrom(editor, before));
     done = true;
     glib.join();
 }
