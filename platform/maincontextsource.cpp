@@ -150,8 +150,8 @@ void MainContextSource::stop() noexcept {
     if (source == nullptr)
         return;
     {
-        // What another thread's iteration added to a destroyed source would be
-        // polled for ever.
+        // Not while another thread's iteration says what the source polls, which
+        // a destroyed one cannot be told.
         const std::lock_guard held(stateOf(source).mutex);
         g_source_destroy(source);
     }

@@ -3,9 +3,11 @@
 #include "tests/support/mainloop.h"
 #include "tests/support/pipe.h"
 
+#include <atomic>
 #include <functional>
 #include <gtest/gtest.h>
 #include <stdexcept>
+#include <thread>
 
 using namespace mirelon;
 using namespace mirelon::test;
@@ -131,6 +133,40 @@ TEST_F(MainContextSourceTest, LeavesNothingInTheContextOnceStopped) {
     iterateOnce();
     source.stop();
     source.stop();
+    pipe.write();
+    EXPECT_LE(iterateFor(50ms), 3);
+    EXPECT_EQ(client.turns, 0);
+}
+
+TEST_F(MainContextSourceTest, MayBeStoppedWhileAnotherThreadIterates) {
+    Pipe pipe;
+    client.wait = [&] {
+        std::this_thread::sleep_for(20us); // time for the other thread to stop it
+        return Wait{never, {pipe.reader()}};
+    };
+    std::atomic<int> complaints{0};
+    const guint handler = g_log_set_handler(
+        "GLib", G_LOG_LEVEL_CRITICAL,
+        [](const gchar*, GLogLevelFlags, const gchar*, gpointer count) {
+            ++*static_cast<std::atomic<int>*>(count);
+        },
+        &complaints);
+    std::atomic<bool> over{false};
+    std::thread other([&] {
+        while (!over)
+            iterateOnce();
+    });
+    for (int i = 0; i < 2000; ++i) {
+        source.stop();
+        source.start();
+        std::this_thread::sleep_for(std::chrono::microseconds(i % 100));
+    }
+    source.stop();
+    over = true;
+    other.join();
+    g_log_remove_handler("GLib", handler);
+    EXPECT_EQ(complaints, 0);
+    // Nothing of what was stopped is polled any more.
     pipe.write();
     EXPECT_LE(iterateFor(50ms), 3);
     EXPECT_EQ(client.turns, 0);
