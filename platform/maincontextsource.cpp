@@ -1,6 +1,7 @@
 #include "platform/maincontextsource.h"
 
 #include <algorithm>
+#include <atomic>
 #include <glib-unix.h>
 #include <limits>
 #include <memory>
@@ -44,8 +45,15 @@ struct Source {
     State* state; // made by start, deleted with the source
 };
 
+// GLib's locks and counts already order all uses of a source among threads; the
+// atomic access, and the lock around the last one, say so to a thread checker
+// that cannot see into GLib.
+std::atomic_ref<State*> stateSlot(GSource* source) {
+    return std::atomic_ref(reinterpret_cast<Source*>(source)->state);
+}
+
 State& stateOf(GSource* source) {
-    return *reinterpret_cast<Source*>(source)->state;
+    return *stateSlot(source).load(std::memory_order_acquire);
 }
 
 // Changing what is polled wakes the context up, so it happens only when needed.
@@ -128,6 +136,7 @@ gboolean dispatch(GSource* source, GSourceFunc, gpointer) {
 
 void finalize(GSource* source) {
     const std::unique_ptr<State> last(&stateOf(source));
+    const std::lock_guard held(last->mutex);
 }
 
 } // namespace
@@ -138,7 +147,7 @@ void MainContextSource::start() {
         return;
     auto state = std::make_unique<State>(client);
     source = g_source_new(&functions, sizeof(Source));
-    reinterpret_cast<Source*>(source)->state = state.release();
+    stateSlot(source).store(state.release(), std::memory_order_release);
     // A turn may run a loop of the host's, in which the client is not servable.
     // GLib's own guard against that takes the descriptors out and in again, and
     // wakes the context up twice, around every dispatch.
