@@ -127,8 +127,25 @@ bool CPresetSystemEffect::getProgramNameIndexed(VstInt32 /*category*/, VstInt32 
     return true;
 }
 
+void CPresetSystemEffect::writeChunk(std::span<std::byte, mirelon::chunkSize> image) {
+    mirelon::writeChunk(image, getUniqueID(), getPresetNo(), *presetBank);
+}
+
+mirelon::ChunkVerdict
+CPresetSystemEffect::applyChunk(std::span<std::byte, mirelon::chunkSize> image) {
+    const mirelon::ChunkVerdict verdict = mirelon::readChunk(image, getUniqueID());
+    if (verdict != mirelon::ChunkVerdict::accepted)
+        return verdict;
+    mirelon::copyChunkBank(image, *presetBank);
+    if (const auto preset = mirelon::chunkPresetNo(image))
+        setPresetNo(*preset);
+    if (editorLink != nullptr)
+        editorLink->bankReplaced();
+    return verdict;
+}
+
 VstInt32 CPresetSystemEffect::getChunk(void** data, bool /*isPreset*/) {
-    mirelon::writeChunk(*chunkBuffer, getUniqueID(), getPresetNo(), *presetBank);
+    writeChunk(*chunkBuffer);
     *data = chunkBuffer->data();
     return static_cast<VstInt32>(chunkBuffer->size());
 }
@@ -138,20 +155,14 @@ VstInt32 CPresetSystemEffect::setChunk(void* data, VstInt32 byteSize, bool /*isP
         return -1;
     // A host may hand getChunk's own buffer back.
     std::memmove(chunkBuffer->data(), data, chunkBuffer->size());
-    switch (mirelon::readChunk(*chunkBuffer, getUniqueID())) {
+    switch (applyChunk(*chunkBuffer)) {
     case mirelon::ChunkVerdict::notOurs:
     case mirelon::ChunkVerdict::badPresetCount:
         return -1;
     case mirelon::ChunkVerdict::ignored:
-        return 0;
     case mirelon::ChunkVerdict::accepted:
         break;
     }
-    mirelon::copyChunkBank(*chunkBuffer, *presetBank);
-    if (const auto preset = mirelon::chunkPresetNo(*chunkBuffer))
-        setPresetNo(*preset);
-    if (editorLink != nullptr)
-        editorLink->bankReplaced();
     return 0;
 }
 

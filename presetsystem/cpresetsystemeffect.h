@@ -10,6 +10,7 @@
 
 #include <atomic>
 #include <memory>
+#include <span>
 
 // To the host all of this is one program, whose name is that of the current
 // preset. Names keep 24 bytes; the host's buffers receive 25.
@@ -60,6 +61,10 @@ class CPresetSystemEffect : public AudioEffectX, public EffectLink {
     bool getProgramNameIndexed(VstInt32 category, VstInt32 index, char* text) override;
     VstInt32 getChunk(void** data, bool isPreset) override;
     VstInt32 setChunk(void* data, VstInt32 byteSize, bool isPreset) override;
+    // The state in the caller's own memory: may be called on any thread, beside
+    // each other and beside audio. An applied chunk ends up in native order.
+    void writeChunk(std::span<std::byte, mirelon::chunkSize> image);
+    mirelon::ChunkVerdict applyChunk(std::span<std::byte, mirelon::chunkSize> image);
     VstInt32 processEvents(VstEvents* events) override;
     VstInt32 canDo(char* text) override;
 

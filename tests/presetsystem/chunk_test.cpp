@@ -50,6 +50,43 @@ TEST_F(Chunk, IsTheSameForASingleProgram) {
     EXPECT_EQ(chunkOf(effect, true), chunkOf(effect, false));
 }
 
+TEST_F(Chunk, FormedInTheCallersMemoryHasTheSameBytes) {
+    effect.setPresetNo(6);
+    ChunkImage image;
+    effect.writeChunk(image);
+    EXPECT_EQ(std::string(reinterpret_cast<const char*>(image.data()), image.size()),
+              chunkOf(effect));
+}
+
+TEST_F(Chunk, FormedOrAppliedInTheCallersMemoryLeavesTheHostsAlone) {
+    void* data = nullptr;
+    const VstInt32 size = effect.getChunk(&data, false);
+    const std::string before(static_cast<const char*>(data), static_cast<std::size_t>(size));
+    RecordingEffect other;
+    other.setPresetNo(3);
+    ChunkImage image;
+    other.writeChunk(image);
+    EXPECT_EQ(effect.applyChunk(image), ChunkVerdict::accepted);
+    effect.writeChunk(image);
+    EXPECT_EQ(effect.getPresetNo(), 3);
+    EXPECT_EQ(std::string(static_cast<const char*>(data), static_cast<std::size_t>(size)), before);
+}
+
+TEST_F(Chunk, AppliedFromTheCallersMemorySaysWhatBecameOfIt) {
+    ChunkImage image;
+    effect.writeChunk(image);
+    image[4] ^= std::byte{1};
+    EXPECT_EQ(effect.applyChunk(image), ChunkVerdict::notOurs);
+    effect.writeChunk(image);
+    image[0] ^= std::byte{1};
+    EXPECT_EQ(effect.applyChunk(image), ChunkVerdict::ignored);
+    effect.writeChunk(image);
+    image[8] ^= std::byte{1};
+    EXPECT_EQ(effect.applyChunk(image), ChunkVerdict::badPresetCount);
+    effect.writeChunk(image);
+    EXPECT_EQ(effect.applyChunk(image), ChunkVerdict::accepted);
+}
+
 TEST_F(Chunk, OfTheSameEffectIsHandedOutInTheSameBuffer) {
     void* first = nullptr;
     void* second = nullptr;
