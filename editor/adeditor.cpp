@@ -37,7 +37,7 @@ ADEditor::~ADEditor() {
 }
 
 void ADEditor::updateScale() {
-    scale = mirelon::nearestPictureScale(mirelon::desktopScale());
+    scale = mirelon::nearestPictureScale(mirelon::desktopScale(hostScale));
     const mirelon::PictureSize size = mirelon::pictureSize(mirelon::kPictureBackground);
     rect.right = static_cast<VstInt16>(rect.left + scaled(size.width, scale));
     rect.bottom = static_cast<VstInt16>(rect.top + scaled(size.height, scale));
@@ -149,6 +149,10 @@ void ADEditor::idle() {
     // Behind the about picture the meters stand still.
     if (about != nullptr && !about->isShown())
         meters.show(*effectLink);
+}
+
+std::uint32_t ADEditor::windowId() const {
+    return frame != nullptr ? mirelon::windowOf(*frame) : 0;
 }
 
 void ADEditor::suspend() {

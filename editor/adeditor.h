@@ -41,6 +41,11 @@ class ADEditor : public CPresetSystemEditor {
     void valueChanged(VSTGUI::CControl* control) override;
     using CPresetSystemEditor::setParameter;
     void setParameter(long index, float value) override;
+    // The scale that the host asks for; 1 stands for none. Counts from the next
+    // opening on.
+    void setHostScale(double factor) { hostScale = factor; }
+    // The X11 window, for hosts that ask for it; 0 while the editor is closed.
+    std::uint32_t windowId() const;
     // Puts both meters in the middle.
     virtual void suspend();
 
@@ -58,6 +63,7 @@ class ADEditor : public CPresetSystemEditor {
     void addCaptions();
     void addAbout();
 
+    double hostScale = 1.0;
     double scale = 1.0;
     std::unique_ptr<mirelon::RunLoop::User> loopUser; // while the window is open
     mirelon::WindowPictures pictures;

@@ -77,10 +77,12 @@ std::optional<double> xftDpi(std::string_view resources) {
     return {};
 }
 
-double desktopScale() {
+double desktopScale(double hostScale) {
     if (const char* wish = std::getenv("MIRELON_SCALE"))
         if (const auto scale = positiveNumber(wish))
             return *scale;
+    if (hostScale > 0.0 && std::isfinite(hostScale) && hostScale != 1.0)
+        return hostScale;
     if (const auto dpi = xftDpi(readResources()))
         return *dpi / referenceDpi;
     return 1.0;

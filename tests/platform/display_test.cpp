@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 #include <gtest/gtest.h>
+#include <limits>
 
 using namespace mirelon;
 
@@ -34,6 +35,23 @@ TEST(DesktopScale, ComesFromTheEnvironmentFirst) {
     setenv("MIRELON_SCALE", "big", 1);
     EXPECT_EQ(desktopScale(), 1.0);
     unsetenv("MIRELON_SCALE");
+}
+
+TEST(DesktopScale, IsTheHostsWhereTheEnvironmentHasNone) {
+    unsetenv("DISPLAY");
+    unsetenv("MIRELON_SCALE");
+    EXPECT_EQ(desktopScale(1.5), 1.5);
+    setenv("MIRELON_SCALE", "2.5", 1);
+    EXPECT_EQ(desktopScale(1.5), 2.5);
+    unsetenv("MIRELON_SCALE");
+}
+
+TEST(DesktopScale, IsNotTheHostsWhenThatIsNoneOrNonsense) {
+    unsetenv("DISPLAY");
+    unsetenv("MIRELON_SCALE");
+    for (const double nonsense : {0.0, -2.0, std::numeric_limits<double>::quiet_NaN(),
+                                  std::numeric_limits<double>::infinity()})
+        EXPECT_EQ(desktopScale(nonsense), 1.0) << nonsense;
 }
 
 } // namespace
