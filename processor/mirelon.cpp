@@ -86,12 +86,12 @@ void Mirelon::reset(float reading) noexcept {
     sampleRateInt = integerRate(getSampleRate());
     getOutputLatency();
     updateBlockSize();
-    publishReadings(reading, reading);
+    showReadings(reading, reading);
     std::fill_n(scratchBuffer.get(), scratchSize, 0.0F);
     envelopes = {};
 }
 
-void Mirelon::publishReadings(float width, float balance) noexcept {
+void Mirelon::showReadings(float width, float balance) noexcept {
     widthMeter.store(width, std::memory_order_relaxed);
     balanceMeter.store(balance, std::memory_order_relaxed);
 }
@@ -115,7 +115,7 @@ void Mirelon::processSamples(Sample** inputs, Sample** outputs, VstInt32 sampleF
                               mirelon::StereoOutput<Sample>{outputs[0], outputs[1]}, sampleFrames);
     }
     const mirelon::MeterReadings readings = mirelon::readMeters(envelopes);
-    publishReadings(readings.width, readings.balance);
+    showReadings(readings.width, readings.balance);
 }
 
 void Mirelon::processReplacing(float** inputs, float** outputs, VstInt32 sampleFrames) {

@@ -60,6 +60,10 @@ class Mirelon : public CPresetSystemEffect {
     float getWidthMeter() const override { return widthMeter.load(std::memory_order_relaxed); }
     float getBalanceMeter() const override { return balanceMeter.load(std::memory_order_relaxed); }
 
+    // Makes both meters show another instance's readings until the next block.
+    // Any thread.
+    void showReadings(float width, float balance) noexcept;
+
     // Kept by the editor: whether its window is open.
     void setEditorOpen(bool open) override {
         editorOpen.store(open ? 1 : 0, std::memory_order_relaxed);
@@ -69,7 +73,6 @@ class Mirelon : public CPresetSystemEffect {
   private:
     template <typename Sample>
     void processSamples(Sample** inputs, Sample** outputs, VstInt32 sampleFrames) noexcept;
-    void publishReadings(float width, float balance) noexcept;
     void reset(float reading) noexcept;
 
     std::array<std::atomic<float>, kNumParams> rawValue{};

@@ -133,4 +133,13 @@ TEST(Readings, OfARateOfZeroAreThoseOfTheLastSample) {
     }
 }
 
+TEST(Readings, OfAnotherInstanceAreShownUntilTheNextBlock) {
+    const Instance effect;
+    effect->resume();
+    effect->showReadings(0.25F, -0.125F);
+    EXPECT_EQ(effect.readings(), (Readings{0.25F, -0.125F}));
+    effect.process(0.0F, 0.0F);
+    EXPECT_EQ(effect.readings(), lowEnds);
+}
+
 } // namespace
