@@ -1,4 +1,5 @@
-// An effect for the fuzzers: everything but the window.
+// The effect without a window, for programs and plug-ins that have none: linked
+// in the place of the editor.
 #include "processor/editorfactory.h"
 
 AEffEditor* createEditor(Mirelon& /*effect*/) {
