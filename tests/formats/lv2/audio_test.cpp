@@ -5,7 +5,7 @@
 #include "tests/support/temporaryfolder.h"
 
 #include "formats/lv2/portvalues.h"
-#include "processor/factorypresets.h"
+#include "processor/core/factorypresets.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -60,13 +60,13 @@ void apply(const Setting& setting, Lv2Instance& instance) {
                              setting.phase ? 1.0F : 0.0F,
                              setting.invertL ? 1.0F : 0.0F,
                              setting.invertR ? 1.0F : 0.0F};
-    for (VstInt32 index = 0; index < kNumParams; ++index)
+    for (int index = 0; index < kNumParams; ++index)
         instance.control(lv2::portOfParameter(index)) = numbers[index];
 }
 
 // What the ports of an instance stand for.
 void apply(Lv2Instance& ports, hosting::Effect& effect) {
-    for (VstInt32 index = 0; index < kNumParams; ++index)
+    for (int index = 0; index < kNumParams; ++index)
         effect.setParameter(
             index, lv2::valueOfPort(index, ports.control(lv2::portOfParameter(index))).value());
 }
@@ -185,16 +185,15 @@ TEST_F(Lv2Audio, MetersAreTheEffects) {
 
 TEST_F(Lv2Audio, OfEachPresetInTheBundleIsThatOfTheFactoryPreset) {
     ASSERT_EQ(lv2Bundle().presets().size(), factoryPresets.size());
-    for (std::size_t preset = 0; preset < factoryPresets.size(); ++preset) {
+    for (const FactoryPreset& factory : factoryPresets) {
         Lv2Instance instance(lv2Bundle(), 48000.0);
-        for (const auto& [symbol, number] :
-             lv2Bundle().preset(std::string(factoryPresets[preset].name)))
+        for (const auto& [symbol, number] : lv2Bundle().preset(std::string(factory.name)))
             instance.control(symbol) = number;
         PluginInstance direct;
         direct.effect.setSampleRate(48000.0F);
-        for (VstInt32 index = 0; index < kNumParams; ++index)
-            direct.effect.setParameter(
-                index, factoryPresets[preset].values[static_cast<std::size_t>(index)]);
+        int index = 0;
+        for (const float value : factory.values)
+            direct.effect.setParameter(index++, value);
         direct.effect.resume();
         const Buffer input = noise(512, 11);
         expectSame(ranThrough(instance, input), processed(direct.effect, input));
