@@ -2,15 +2,13 @@
 // With MIRELON_WRITE_DATA in the environment the first test writes them anew.
 #include "tests/formats/lv2/datafiles.h"
 
+#include "tests/formats/lv2/shellcommand.h"
 #include "tests/support/temporaryfolder.h"
 
-#include <array>
-#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <string>
-#include <sys/wait.h>
 
 namespace mirelon::test {
 namespace {
@@ -43,24 +41,6 @@ TEST_P(Lv2Data, IsWhatTheTablesGive) {
 TEST_P(Lv2Data, IsInTheBundleAsItStands) {
     EXPECT_EQ(contentsOf(std::filesystem::path(MIRELON_LV2_BUNDLE) / GetParam().name),
               contentsOf(dataFolder / GetParam().name));
-}
-
-struct Outcome {
-    int status = -1;
-    std::string output;
-};
-
-Outcome run(const std::string& command) {
-    Outcome outcome;
-    FILE* const pipe = popen((command + " 2>&1").c_str(), "r");
-    if (pipe == nullptr)
-        return outcome;
-    std::array<char, 4096> buffer{};
-    while (const std::size_t count = fread(buffer.data(), 1, buffer.size(), pipe))
-        outcome.output.append(buffer.data(), count);
-    const int status = pclose(pipe);
-    outcome.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    return outcome;
 }
 
 TEST(Lv2Validation, FindsNothingInTheBundle) {
