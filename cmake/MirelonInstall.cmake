@@ -3,7 +3,7 @@ install(TARGETS mirelon LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}/vst" COMPON
 install(FILES packaging/example.dravik.mirelon.metainfo.xml
         DESTINATION "${CMAKE_INSTALL_DATADIR}/metainfo" COMPONENT plugin)
 
-install(FILES README.md CHANGELOG.md docs/manual.md docs/formats.md docs/hosts.md
+install(FILES README.md CHANGELOG.md docs/manual.md docs/formats.md docs/lv2.md docs/hosts.md
         DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT docs)
 
 # The man pages are the same text as the pages in docs/.
