@@ -31,7 +31,15 @@ Outcome scan(const HostHome& home) {
                     std::chrono::seconds(30));
 }
 
-void writeSession(const HostHome& home, const std::filesystem::path& file) {
+PluginEntry vst(const HostHome& home) {
+    return {"VST", home.plugin(), "Dravik_Mirelon", "1299336302"};
+}
+
+PluginEntry lv2(const std::string& uri) {
+    return {"LV2", uri, "Dravik Mirelon", "0"};
+}
+
+void writeSession(const PluginEntry& plugin, const std::filesystem::path& file) {
     const std::string folder = file.parent_path();
     writeFile(file, R"(<!DOCTYPE qtractorSession>
 <session version="Qtractor" name="session">
@@ -47,12 +55,15 @@ void writeSession(const HostHome& home, const std::filesystem::path& file) {
     <channels>2</channels>
     <auto-connect>0</auto-connect>
     <output-plugins>
-     <plugin type="VST">
-      <filename>)" + home.plugin().string() +
+     <plugin type=")" + plugin.type +
+                        R"(">
+      <filename>)" + plugin.file +
                         R"(</filename>
       <index>0</index>
-      <label>Dravik_Mirelon</label>
-      <unique-id>1299336302</unique-id>
+      <label>)" + plugin.label +
+                        R"(</label>
+      <unique-id>)" + plugin.uniqueId +
+                        R"(</unique-id>
       <activated>1</activated>
      </plugin>
     </output-plugins>

@@ -27,8 +27,18 @@ Environment variables();
 // What its scanner says of the plug-in of this home.
 Outcome scan(const HostHome& home);
 
-// A session with the plug-in of this home on the master bus's output.
-void writeSession(const HostHome& home, const std::filesystem::path& file);
+// A plug-in as a session names it.
+struct PluginEntry {
+    std::string type;
+    std::string file; // or the URI
+    std::string label;
+    std::string uniqueId;
+};
+PluginEntry vst(const HostHome& home);
+PluginEntry lv2(const std::string& uri);
+
+// A session with this plug-in on the master bus's output.
+void writeSession(const PluginEntry& plugin, const std::filesystem::path& file);
 
 // The plug-in's parameters in a session's file, by name.
 std::map<std::string, float> parametersIn(const std::filesystem::path& session);

@@ -1,0 +1,119 @@
+// The LV2 plug-in with its window in jalv, in both of its toolkits.
+#include "formats/lv2/names.h"
+#include "tests/hosts/editorview.h"
+#include "tests/hosts/jackserver.h"
+#include "tests/hosts/lv2bundles.h"
+#include "tests/hosts/screen.h"
+
+#include <chrono>
+#include <csignal>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <memory>
+#include <optional>
+
+namespace mirelon::test {
+namespace {
+
+using std::chrono::seconds;
+using ::testing::HasSubstr;
+using ::testing::Not;
+
+constexpr SliderPlace balanceSlider = sliderPlaces[2];
+
+class Jalv : public testing::TestWithParam<const char*> {
+  protected:
+    void SetUp() override {
+        if (!isExecutable(program()))
+            GTEST_SKIP() << "jalv is not installed (scripts/setup --hosts)";
+        if (!JackServer::isInstalled())
+            GTEST_SKIP() << "the JACK server is not installed (scripts/setup --hosts)";
+        if (!Screen::hasWindowManager())
+            GTEST_SKIP() << "openbox is not installed (scripts/setup)";
+        home.addEnvironment(lv2Environment(home / "lv2"));
+        home.addEnvironment({{"DISPLAY", Screen::display()}});
+        jack = std::make_unique<JackServer>(home);
+        home.addEnvironment(jack->variables());
+        screen = std::make_unique<Screen>(home.environment(), home / "openbox.log");
+    }
+
+    static std::string program() { return std::string("/usr/bin/jalv.") + GetParam(); }
+
+    void start(const std::vector<std::string>& options = {}) {
+        std::vector<std::string> command{program()};
+        command.insert(command.end(), options.begin(), options.end());
+        command.emplace_back(lv2::pluginUri);
+        host = std::make_unique<Program>(command, home.environment(), log);
+        ASSERT_TRUE(eventually(seconds(30), [this] { return handle().has_value(); }))
+            << contentsOf(log);
+    }
+
+    std::optional<Screen::WindowId> editor() const {
+        const auto window = screen->windowTitled("Dravik Mirelon");
+        return window ? screen->inside(*window, editorSize()) : std::nullopt;
+    }
+    std::optional<int> handle() const {
+        const auto window = editor();
+        return window ? handleAt(screen->pixels(*window), balanceSlider) : std::nullopt;
+    }
+    bool standsAt(double value) const {
+        return std::abs(handle().value_or(0) - handlePosition(value)) <= handleTolerance;
+    }
+
+    void quit() {
+        kill(host->id(), SIGINT);
+        const Outcome end = host->wait(seconds(20));
+        EXPECT_TRUE(end.inTime) << "jalv did not end";
+        EXPECT_EQ(end.exitCode, 0) << end.output;
+    }
+
+    HostHome home{MIRELON_PLUGIN_FILE};
+    std::filesystem::path log = home / "jalv.log";
+    std::unique_ptr<JackServer> jack;
+    std::unique_ptr<Screen> screen;
+    std::unique_ptr<Program> host;
+};
+INSTANTIATE_TEST_SUITE_P(Toolkits, Jalv, testing::Values("gtk3", "qt5"),
+                         [](const auto& info) { return std::string(info.param); });
+
+TEST_P(Jalv, ShowsTheWindowAtItsOwnSizeAndQuitsWithoutAComplaint) {
+    ASSERT_NO_FATAL_FAILURE(start());
+    EXPECT_TRUE(standsAt(0.5));
+    quit();
+    // Qt speaks of windows of its own that are gone, within a line.
+    EXPECT_THAT(contentsOf(log), Not(HasSubstr("\nerror")));
+    EXPECT_THAT(contentsOf(log), Not(HasSubstr("\nwarning")));
+}
+
+TEST_P(Jalv, LetsADraggedSliderStayWhereItWasLeft) {
+    ASSERT_NO_FATAL_FAILURE(start());
+    dragSlider(*screen, *editor(), balanceSlider, 0.5, 0.7);
+    EXPECT_TRUE(eventually(seconds(10), [this] { return standsAt(0.7); }));
+    std::this_thread::sleep_for(seconds(1));
+    EXPECT_TRUE(standsAt(0.7));
+    quit();
+}
+
+// Only this one takes options.
+class JalvWithOptions : public Jalv {};
+INSTANTIATE_TEST_SUITE_P(Toolkits, JalvWithOptions, testing::Values("gtk3"),
+                         [](const auto& info) { return std::string(info.param); });
+
+TEST_P(JalvWithOptions, ShowsTheNumberThatAPortHas) {
+    ASSERT_NO_FATAL_FAILURE(start({"-c", "balance=25"}));
+    EXPECT_TRUE(eventually(seconds(10), [this] { return standsAt(0.75); }));
+    quit();
+}
+
+TEST_P(JalvWithOptions, CarriesTheWindowsQuestionAndThePlugInsAnswer) {
+    ASSERT_NO_FATAL_FAILURE(start({"--dump"}));
+    std::this_thread::sleep_for(seconds(1));
+    quit();
+    const std::string said = contentsOf(log); // which it writes when it ends
+    const auto question = said.find("mirelon#Get");
+    ASSERT_NE(question, std::string::npos) << said;
+    EXPECT_NE(said.find("mirelon#Bank", question), std::string::npos) << said;
+}
+
+} // namespace
+} // namespace mirelon::test

@@ -1,0 +1,99 @@
+#include "tests/hosts/qtractorwindow.h"
+
+#include <X11/keysym.h>
+
+#include <chrono>
+#include <cstdlib>
+
+namespace mirelon::test {
+
+using std::chrono::seconds;
+
+namespace {
+
+constexpr auto mainTitle = "session.qtr";
+constexpr auto unsavedTitle = "session.qtr [modified]";
+constexpr auto mixerTitle = "Mixer";
+constexpr auto pluginTitle = "Dravik Mirelon - Master Out";
+
+} // namespace
+
+void QtractorWindowTest::SetUp() {
+    SKIP_WITHOUT_QTRACTOR();
+    if (!JackServer::isInstalled())
+        GTEST_SKIP() << "the JACK server is not installed (scripts/setup --hosts)";
+    if (!Screen::hasWindowManager())
+        GTEST_SKIP() << "openbox is not installed (scripts/setup)";
+    home.addEnvironment({{"DISPLAY", Screen::display()}});
+    jack = std::make_unique<JackServer>(home);
+    home.addEnvironment(jack->variables());
+    screen = std::make_unique<Screen>(home.environment(), home / "openbox.log");
+}
+
+void QtractorWindowTest::launch() {
+    host =
+        std::make_unique<Program>(std::vector<std::string>{qtractor::program(), session.string()},
+                                  home.environment(qtractor::variables()), home / "qtractor.log");
+    ASSERT_TRUE(eventually(seconds(60), [this] { return screen->windowTitled(mainTitle); }))
+        << contentsOf(home / "qtractor.log");
+}
+
+void QtractorWindowTest::openEditor() {
+    const auto main = screen->windowTitled(mainTitle);
+    ASSERT_TRUE(main);
+    for (int attempt = 0; attempt < 5 && !screen->windowTitled(mixerTitle); ++attempt) {
+        screen->activate(*main);
+        screen->key(XK_F9);
+        eventually(seconds(10), [this] { return screen->windowTitled(mixerTitle); });
+    }
+    const auto mixer = screen->windowTitled(mixerTitle);
+    ASSERT_TRUE(mixer) << "the mixer was not shown";
+    ASSERT_TRUE(eventually(seconds(60), [&] {
+        // The output busses stand at the mixer's right end.
+        const Position entry{screen->pixels(*mixer).width - 115, 47};
+        screen->activate(*mixer);
+        screen->pointAt(*mixer, {entry.x - 3, entry.y});
+        screen->pointAt(*mixer, entry);
+        screen->doubleClick();
+        return eventually(seconds(10), [this] { return handle().has_value(); });
+    })) << "the editor was not shown";
+}
+
+std::optional<Screen::WindowId> QtractorWindowTest::editor() const {
+    const auto window = screen->windowTitled(pluginTitle);
+    return window ? screen->inside(*window, editorSize()) : std::nullopt;
+}
+
+std::optional<int> QtractorWindowTest::handle() const {
+    const auto window = editor();
+    return window ? handleAt(screen->pixels(*window), balanceSlider) : std::nullopt;
+}
+
+bool QtractorWindowTest::standsAt(double value) const {
+    return std::abs(handle().value_or(0) - handlePosition(value)) <= handleTolerance;
+}
+
+void QtractorWindowTest::save() {
+    ASSERT_TRUE(eventually(seconds(20), [this] { return screen->windowTitled(unsavedTitle); }))
+        << "the session does not count as changed";
+    const auto saved = [this] {
+        return !screen->windowTitled(unsavedTitle) && !qtractor::parametersIn(session).empty();
+    };
+    for (int attempt = 0; attempt < 3 && !saved(); ++attempt) {
+        screen->activate(*screen->windowTitled(mainTitle));
+        screen->key(XK_s, XK_Control_L);
+        eventually(seconds(10), saved);
+    }
+    ASSERT_TRUE(saved()) << "the session was not saved";
+}
+
+void QtractorWindowTest::quit() {
+    const auto window = screen->windowTitled(mainTitle);
+    ASSERT_TRUE(window);
+    screen->close(*window);
+    const Outcome end = host->wait(seconds(60));
+    EXPECT_TRUE(end.inTime) << "Qtractor did not end";
+    EXPECT_EQ(end.exitCode, 0) << end.output;
+}
+
+} // namespace mirelon::test
