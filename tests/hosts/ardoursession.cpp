@@ -102,9 +102,9 @@ void ArdourSession::setChunk(const std::vector<std::byte>& bytes) const {
     describe(xml);
 }
 
-void ArdourSession::showPluginWindowAt(int x, int y) const {
+void ArdourSession::showPluginWindowAt(int x, int y, const std::string& type) const {
     std::string xml = description();
-    const auto plugin = xml.find(" type=\"lxvst\"");
+    const auto plugin = xml.find(" type=\"" + type + '"');
     const auto idBefore = [&xml, plugin](const std::string& tag) {
         const auto begin = xml.rfind(tag, plugin);
         if (plugin == std::string::npos || begin == std::string::npos)

@@ -24,8 +24,9 @@ class ArdourSession {
     // What the plug-in gave the host to keep.
     std::vector<std::byte> chunk() const;
     void setChunk(const std::vector<std::byte>& bytes) const;
-    // The plug-in's window opens with the session, its corner at this point.
-    void showPluginWindowAt(int x, int y) const;
+    // The plug-in's window opens with the session, its corner at this point. The
+    // plug-in is the one of this type.
+    void showPluginWindowAt(int x, int y, const std::string& type = "lxvst") const;
     // What the script bounce.lua has written under this name.
     Stereo bounced(const std::string& name) const;
 

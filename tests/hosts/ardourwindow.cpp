@@ -16,13 +16,17 @@ void ArdourWindowTest::SetUp() {
     if (!Screen::hasWindowManager())
         GTEST_SKIP() << "openbox is not installed (scripts/setup)";
     home.addEnvironment({{"DISPLAY", Screen::display()}});
-    ASSERT_THAT(ardour::scan(home).output, ::testing::HasSubstr("<VST2Info "));
-    ardour::runScript(home, "insert.lua", {session.path(), std::to_string(ArdourSession::rate)});
+    ASSERT_NO_FATAL_FAILURE(insertPlugin());
     session.putOnTrack(material(std::size_t{10} * ArdourSession::rate));
 }
 
+void ArdourWindowTest::insertPlugin() {
+    ASSERT_THAT(ardour::scan(home).output, ::testing::HasSubstr("<VST2Info "));
+    ardour::runScript(home, "insert.lua", {session.path(), std::to_string(ArdourSession::rate)});
+}
+
 void ArdourWindowTest::start() {
-    session.showPluginWindowAt(700, 600);
+    session.showPluginWindowAt(700, 600, pluginType());
     ardour::prepareFirstStart(home);
     launch();
 }
@@ -40,7 +44,7 @@ void ArdourWindowTest::launch() {
 
 std::optional<Screen::WindowId> ArdourWindowTest::editor() const {
     const auto window = screen->windowTitled(pluginTitle);
-    return window ? screen->inside(*window, editorSize()) : std::nullopt;
+    return window ? screen->inside(*window, shownSize()) : std::nullopt;
 }
 
 std::optional<int> ArdourWindowTest::handle(const SliderPlace& slider) const {

@@ -26,6 +26,11 @@ class ArdourWindowTest : public ::testing::Test {
 
     // Makes a session with the plug-in on its track.
     void SetUp() override;
+    // What is particular to the plug-in's format: it is put on the track, and
+    // the session's name of its type; the editor's size in Ardour's window.
+    virtual void insertPlugin();
+    virtual std::string pluginType() const { return "lxvst"; }
+    virtual std::string shownSize() const { return editorSize(); }
     // Starts Ardour for the first time, the plug-in's window open.
     void start();
     // Starts Ardour with the session as it is, and waits for the plug-in's window.
