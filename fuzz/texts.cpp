@@ -1,6 +1,7 @@
-// Display texts: any bits as a value.
+// Display texts: any bits as a value; and any text as one of a value.
 #include "fuzz/input.h"
 #include "processor/core/parameters.h"
+#include "processor/core/parametertext.h"
 
 #include <array>
 
@@ -40,5 +41,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         check([&](char* text) { parameterDisplay(i, value, coefficients, text); });
         workingValue(coefficients, i);
     }
+    const auto read = parameterValueOf(index % kNumParams, input.text(80));
+    expect(!read || (*read >= 0.0F && *read <= 1.0F));
     return 0;
 }
