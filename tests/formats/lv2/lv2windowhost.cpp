@@ -89,6 +89,18 @@ void Lv2WindowHost::click(int x, int y, unsigned button) {
     run(40ms);
 }
 
+// The toolkit starts a sequence of clicks anew once the pointer has been away.
+void Lv2WindowHost::doubleClick(int x, int y) {
+    moveTo(x, y - 20);
+    moveTo(x, y);
+    parent->press();
+    parent->release();
+    parent->press();
+    run(40ms);
+    parent->release();
+    run(40ms);
+}
+
 void Lv2WindowHost::drag(int fromX, int toX, int y) {
     moveTo(fromX, y);
     parent->press();

@@ -34,6 +34,7 @@ class Lv2WindowHost {
 
     void moveTo(int x, int y);
     void click(int x, int y, unsigned button = 1);
+    void doubleClick(int x, int y);
     void drag(int fromX, int toX, int y);
     Pixels pixels();
 

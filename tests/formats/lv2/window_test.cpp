@@ -4,6 +4,7 @@
 #include "formats/lv2/portvalues.h"
 #include "processor/core/factorypresets.h"
 #include "tests/editor/positions.h"
+#include "tests/support/plugin.h"
 
 #include <X11/keysym.h>
 #include <cmath>
@@ -109,6 +110,22 @@ TEST(Lv2WindowLife, TheHostsWindowMayGoFirst) {
     host.window.reset();
     host.parent = std::make_unique<XWindow>(324, 348);
     EXPECT_TRUE(host.open());
+}
+
+// Its plug-in does not start from them either.
+TEST(Lv2WindowLife, DoesNotShowTheStoredDefaults) {
+    Lv2WindowHost host;
+    host.open();
+    host.moveTo(10, 10);
+    const Pixels fresh = host.pixels();
+    host.drag(handlePosition(0.5), handlePosition(0.75), gainRow);
+    host.doubleClick(defaultPreset.x, defaultPreset.y);
+    host.window.reset();
+    PluginInstance vst;
+    ASSERT_NEAR(vst.effect.parameter(kParamGain), 0.75F, 0.02F) << "nothing was stored";
+    host.open();
+    host.moveTo(10, 10);
+    EXPECT_EQ(row(host.pixels(), gainRow), row(fresh, gainRow));
 }
 
 // --- From the user to the host ---
