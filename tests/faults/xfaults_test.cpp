@@ -5,17 +5,14 @@
 // it has loaded.
 #include "tests/support/childprocess.h"
 #include "tests/support/plugin.h"
+#include "tests/support/xserver.h"
 
 #include <gtest/gtest.h>
 
-#include <array>
 #include <chrono>
-#include <csignal>
 #include <cstdlib>
-#include <fcntl.h>
 #include <memory>
 #include <string>
-#include <sys/prctl.h>
 #include <thread>
 #include <xcb/xcb.h>
 
@@ -24,46 +21,6 @@ using namespace mirelon::test;
 using namespace std::chrono_literals;
 
 namespace {
-
-// A server of its own, to be killed.
-class DoomedServer {
-  public:
-    DoomedServer() {
-        std::array<int, 2> ends{};
-        if (pipe(ends.data()) != 0)
-            return;
-        server = fork();
-        if (server == 0) {
-            prctl(PR_SET_PDEATHSIG, SIGKILL);
-            dup2(open("/dev/null", O_WRONLY), STDERR_FILENO);
-            const std::string writeEnd = std::to_string(ends[1]);
-            execlp("Xvfb", "Xvfb", "-displayfd", writeEnd.c_str(), "-screen", "0", "800x600x24",
-                   "-nolisten", "tcp", "-noreset", static_cast<char*>(nullptr));
-            _exit(127);
-        }
-        close(ends[1]);
-        for (char c = 0; read(ends[0], &c, 1) == 1 && c != '\n';)
-            number += c;
-        close(ends[0]);
-    }
-    ~DoomedServer() { kill(); }
-    DoomedServer(const DoomedServer&) = delete;
-    DoomedServer& operator=(const DoomedServer&) = delete;
-
-    void kill() {
-        if (server > 0) {
-            ::kill(server, SIGKILL);
-            waitpid(server, nullptr, 0);
-        }
-        server = -1;
-    }
-    bool runs() const { return !number.empty(); }
-    std::string display() const { return ':' + number; }
-
-  private:
-    pid_t server = -1;
-    std::string number;
-};
 
 struct CloseConnection {
     void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
@@ -114,7 +71,7 @@ enum Stage { fine = 0, noEditor = 10, serverStays = 11, soundLost = 12, stateLos
 
 // `afterwards` is what the host does with the editor of the dead server.
 template <typename Afterwards>
-int hostOnADyingServer(DoomedServer& server, Afterwards afterwards) {
+int hostOnADyingServer(XServer& server, Afterwards afterwards) {
     const mirelon::test::Signal opened;
     mirelon::test::ChildProcess host([&]() -> int {
         setenv("DISPLAY", server.display().c_str(), 1);
@@ -141,8 +98,8 @@ int hostOnADyingServer(DoomedServer& server, Afterwards afterwards) {
 
 class KilledServer : public ::testing::Test {
   protected:
-    void SetUp() override { ASSERT_TRUE(server.runs()) << "Xvfb did not start"; }
-    DoomedServer server;
+    void SetUp() override { ASSERT_NE(server.display(), "") << "Xvfb did not start"; }
+    XServer server{"800x600x24"};
 };
 
 TEST_F(KilledServer, LeavesTheHostAliveWhileItGoesOnIdling) {
@@ -183,11 +140,11 @@ TEST_F(KilledServer, LeavesTheHostAliveWhenItOpensTheEditorAgain) {
 
 class NeverIdle : public ::testing::Test {
   protected:
-    DoomedServer server;
+    XServer server{"800x600x24"};
 };
 
 TEST_F(NeverIdle, AHostThatNeverIdlesKeepsItsSoundAndState) {
-    ASSERT_TRUE(server.runs()) << "Xvfb did not start";
+    ASSERT_NE(server.display(), "") << "Xvfb did not start";
     EXPECT_EQ(mirelon::test::inChild([&]() -> int {
                   setenv("DISPLAY", server.display().c_str(), 1);
                   PluginInstance instance;

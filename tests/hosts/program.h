@@ -1,12 +1,13 @@
 // Another program, run by a test and ended with it.
 #pragma once
 
+#include "hosting/childprocess.h"
+
 #include <chrono>
 #include <filesystem>
 #include <map>
-#include <optional>
 #include <string>
-#include <sys/types.h>
+#include <thread>
 #include <vector>
 
 namespace mirelon::test {
@@ -20,44 +21,31 @@ struct Outcome {
     std::string output;  // both streams
 };
 
-// Starts in a process group of its own, which the destructor kills.
+// Killed with what it has started itself when it still runs in the end.
 class Program {
   public:
     // Both output streams go to `log`. A program that cannot be started exits
     // with 127.
     Program(const std::vector<std::string>& command, const Environment& environment,
             std::filesystem::path log);
-    ~Program();
-    Program(const Program&) = delete;
-    Program& operator=(const Program&) = delete;
 
-    pid_t id() const { return process; }
-    bool isRunning();
+    pid_t id() const { return process.id(); }
+    bool isRunning() { return process.isRunning(); }
     // Kills the program when the limit is over.
     Outcome wait(std::chrono::seconds limit);
     // Asks the program to end and kills it when it has not within the limit.
     void end(std::chrono::seconds limit);
 
   private:
-    void killGroup() const;
-
-    pid_t process = -1;
-    std::optional<int> exitCode;
     std::filesystem::path log;
+    hosting::ChildProcess process;
 };
 
 bool isExecutable(const std::filesystem::path& file);
 
 // Asks again and again until `condition` holds or the limit is over.
 template <typename Condition>
-bool eventually(std::chrono::seconds limit, Condition condition);
-
-} // namespace mirelon::test
-
-#include <thread>
-
-template <typename Condition>
-bool mirelon::test::eventually(std::chrono::seconds limit, Condition condition) {
+bool eventually(std::chrono::seconds limit, Condition condition) {
     const auto end = std::chrono::steady_clock::now() + limit;
     while (!condition()) {
         if (std::chrono::steady_clock::now() > end)
@@ -66,3 +54,5 @@ bool mirelon::test::eventually(std::chrono::seconds limit, Condition condition) 
     }
     return true;
 }
+
+} // namespace mirelon::test

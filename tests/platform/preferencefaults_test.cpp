@@ -5,6 +5,7 @@
 #include "tests/support/childprocess.h"
 
 #include <chrono>
+#include <csignal>
 #include <cstdlib>
 #include <gtest/gtest.h>
 #include <random>

@@ -7,6 +7,7 @@
 
 #include <array>
 #include <charconv>
+#include <csignal>
 #include <gtest/gtest.h>
 #include <memory>
 #include <random>

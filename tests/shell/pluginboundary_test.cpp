@@ -1,12 +1,12 @@
 // The .so as a host meets it: what it exports, how instances come and go, and
 // what a careless host may do to it.
 #include "tests/support/plugin.h"
+#include "tests/support/shellcommand.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <array>
-#include <cstdio>
 #include <cstdlib>
 #include <limits>
 #include <memory>
@@ -29,14 +29,14 @@ using testing::IsSubsetOf;
 
 // The words in one column of a program's output.
 std::set<std::string> column(const std::string& command, int wanted, const std::string& marked) {
-    std::unique_ptr<FILE, int (*)(FILE*)> pipe(popen(command.c_str(), "r"), pclose);
-    EXPECT_NE(pipe, nullptr);
+    const mirelon::test::ShellResult result = mirelon::test::runShell(command);
+    EXPECT_EQ(result.status, 0) << command;
     std::set<std::string> words;
-    std::array<char, 1024> line{};
-    while (pipe && std::fgets(line.data(), line.size(), pipe.get()) != nullptr) {
-        std::istringstream text(line.data());
-        if (text.str().find(marked) == std::string::npos)
+    std::istringstream lines(result.output);
+    for (std::string line; std::getline(lines, line);) {
+        if (line.find(marked) == std::string::npos)
             continue;
+        std::istringstream text(line);
         std::string word;
         for (int i = 0; i <= wanted && text >> word; ++i)
             if (i == wanted)

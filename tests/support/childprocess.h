@@ -1,67 +1,28 @@
 // Part of a test in a process of its own.
 #pragma once
 
-#include <csignal>
+#include "hosting/childprocess.h"
+#include "hosting/pipe.h"
+
 #include <functional>
 #include <grp.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 namespace mirelon::test {
 
-// Runs `work` in a fork of this process, which then ends at once with the
-// result as its exit code.
-class ChildProcess {
-  public:
-    explicit ChildProcess(const std::function<int()>& work)
-        : child(fork()) {
-        if (child == 0)
-            _exit(work());
-    }
-    ~ChildProcess() {
-        if (child > 0) {
-            kill(SIGKILL);
-            wait();
-        }
-    }
-    ChildProcess(const ChildProcess&) = delete;
-    ChildProcess& operator=(const ChildProcess&) = delete;
-
-    void kill(int signal) const { ::kill(child, signal); }
-    // The exit code, or minus the signal that ended it.
-    int wait() {
-        int status = 0;
-        waitpid(child, &status, 0);
-        child = -1;
-        return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
-    }
-
-  private:
-    pid_t child;
-};
+using hosting::ChildProcess;
 
 // Lets one process wait for another: made before the fork, used once.
 class Signal {
   public:
-    Signal() {
-        if (pipe(ends) != 0)
-            ends[0] = ends[1] = -1;
-    }
-    ~Signal() {
-        close(ends[0]);
-        close(ends[1]);
-    }
-    Signal(const Signal&) = delete;
-    Signal& operator=(const Signal&) = delete;
-
-    bool signal() const { return write(ends[1], "x", 1) == 1; }
+    bool signal() const { return write(pipe.writer(), "x", 1) == 1; }
     bool wait() const {
         char byte = 0;
-        return read(ends[0], &byte, 1) == 1;
+        return read(pipe.reader(), &byte, 1) == 1;
     }
 
   private:
-    int ends[2]{};
+    hosting::Pipe pipe;
 };
 
 inline int inChild(const std::function<int()>& work) {

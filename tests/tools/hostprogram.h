@@ -1,9 +1,10 @@
 // mirelon-host as a user runs it: a process with arguments, texts and a status.
 #pragma once
 
+#include "hosting/childprocess.h"
+
 #include <filesystem>
 #include <string>
-#include <sys/types.h>
 #include <utility>
 #include <vector>
 
@@ -17,23 +18,21 @@ struct ProgramResult {
 };
 
 // A running process. Its home is `home`, so that nothing of the machine's user
-// counts; its two texts are caught in files there.
+// counts; its two texts are caught in files there. When the object goes, it is
+// killed if it still runs.
 class RunningProgram {
   public:
     RunningProgram(const std::filesystem::path& program, std::vector<std::string> arguments,
                    const std::filesystem::path& home,
                    const std::vector<std::pair<std::string, std::string>>& environment = {},
                    int errorDescriptor = -1);
-    ~RunningProgram();
-    RunningProgram(const RunningProgram&) = delete;
-    RunningProgram& operator=(const RunningProgram&) = delete;
 
-    void signal(int number) const;
+    void signal(int number) { process.kill(number); }
     ProgramResult wait();
 
   private:
     std::filesystem::path home;
-    pid_t process = -1;
+    hosting::ChildProcess process;
 };
 
 // Runs mirelon-host to its end, with a folder for a home that is empty at first

@@ -1,35 +1,21 @@
 // The validator: a good effect passes everything, and for each check there is a
 // defect that it finds.
+#include "tests/support/shellcommand.h"
 #include "tests/support/virtualdisplay.h"
 
 #include <gtest/gtest.h>
 
-#include <array>
-#include <cstdio>
 #include <nlohmann/json.hpp>
 #include <string>
-#include <sys/wait.h>
 
 namespace {
 
 using mirelon::test::VirtualDisplay;
 
-struct Outcome {
-    int status = -1;
-    std::string output;
-};
+using Outcome = mirelon::test::ShellResult;
 
-Outcome run(const std::string& command, const std::string& errors = "2>&1") {
-    Outcome outcome;
-    FILE* const pipe = popen((command + " " + errors).c_str(), "r");
-    if (pipe == nullptr)
-        return outcome;
-    std::array<char, 4096> buffer{};
-    while (const std::size_t count = fread(buffer.data(), 1, buffer.size(), pipe))
-        outcome.output.append(buffer.data(), count);
-    const int status = pclose(pipe);
-    outcome.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    return outcome;
+Outcome run(const std::string& command) {
+    return mirelon::test::runShell(command + " 2>&1");
 }
 
 const std::string host = MIRELON_HOST_FILE;
@@ -132,8 +118,8 @@ TEST_P(CheckFinds, TheDefect) {
     const Defect& defect = GetParam();
     const std::string base = host + " check --json --seed 1 --only " + defect.check + " ";
     const auto without = run(base + goodEffect);
-    const auto withIt =
-        run("MIRELON_DEFECT=" + std::string(defect.name) + " " + base + goodEffect, "2>/dev/null");
+    const auto withIt = mirelon::test::runShell("MIRELON_DEFECT=" + std::string(defect.name) + " " +
+                                                base + goodEffect);
     const auto report = nlohmann::json::parse(withIt.output);
     if (needsSkipping(report["checks"][0]))
         GTEST_SKIP() << "this build has a sanitizer in it";

@@ -1,0 +1,38 @@
+#include "tests/support/xserver.h"
+
+#include <csignal>
+#include <fcntl.h>
+#include <sys/prctl.h>
+#include <unistd.h>
+
+namespace mirelon::test {
+
+XServer::XServer(const std::string& screen)
+    : server([this, &screen] {
+        prctl(PR_SET_PDEATHSIG, SIGTERM);
+        // It complains of every display number that is taken.
+        dup2(open("/dev/null", O_WRONLY), STDERR_FILENO);
+        const std::string writeEnd = std::to_string(dup(numbers.writer()));
+        execlp("Xvfb", "Xvfb", "-displayfd", writeEnd.c_str(), "-screen", "0", screen.c_str(),
+               "-nolisten", "tcp", "-noreset", static_cast<char*>(nullptr));
+        return 127;
+    }) {
+    numbers.closeWriter();
+    std::string number;
+    for (char c = 0; read(numbers.reader(), &c, 1) == 1 && c != '\n';)
+        number += c;
+    if (!number.empty())
+        name = ':' + number;
+}
+
+XServer::~XServer() {
+    server.kill(SIGTERM);
+    server.wait();
+}
+
+void XServer::kill() {
+    server.kill(SIGKILL);
+    server.wait();
+}
+
+} // namespace mirelon::test
