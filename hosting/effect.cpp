@@ -1,6 +1,6 @@
 #include "hosting/effect.h"
 
-#include "hosting/pluginerror.h"
+#include "hosting/hostingerror.h"
 
 #include <array>
 #include <cstring>

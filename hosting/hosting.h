@@ -8,6 +8,6 @@
 #pragma once
 
 #include "hosting/effect.h"        // IWYU pragma: export
+#include "hosting/hostingerror.h"  // IWYU pragma: export
 #include "hosting/module.h"        // IWYU pragma: export
-#include "hosting/pluginerror.h"   // IWYU pragma: export
 #include "hosting/recordinghost.h" // IWYU pragma: export

@@ -1,6 +1,6 @@
 #include "hosting/module.h"
 
-#include "hosting/pluginerror.h"
+#include "hosting/hostingerror.h"
 
 #include <dlfcn.h>
 #include <string>

@@ -14,7 +14,7 @@ class App;
 namespace mirelon::tools {
 
 // Runs once the command line has been read. Throws CommandError or
-// hosting::PluginError when it cannot do what was asked.
+// hosting::HostingError when it cannot do what was asked.
 using Run = std::function<void()>;
 
 struct Command {

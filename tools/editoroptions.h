@@ -18,7 +18,7 @@ struct EditorOptions {
 
 // The plug-in with its preset and settings in place. It reads the scale from
 // the environment, which is set for it. Throws CommandError or
-// hosting::PluginError; also when it is no stereo effect.
+// hosting::HostingError; also when it is no stereo effect.
 std::unique_ptr<LoadedPlugin> loadForEditor(const EditorOptions& options);
 
 } // namespace mirelon::tools

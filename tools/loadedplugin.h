@@ -16,7 +16,7 @@ std::filesystem::path pluginFile(const std::string& given);
 
 // Loaded and open for as long as the object lives.
 struct LoadedPlugin {
-    // `given` as for pluginFile. Throws CommandError or hosting::PluginError.
+    // `given` as for pluginFile. Throws CommandError or hosting::HostingError.
     explicit LoadedPlugin(const std::string& given);
 
     hosting::Module module;

@@ -1,5 +1,5 @@
 // mirelon-host: a small host for VST 2.4 effects.
-#include "hosting/pluginerror.h"
+#include "hosting/hostingerror.h"
 #include "tools/commanderror.h"
 #include "tools/commands.h"
 #include "tools/exitstatus.h"
@@ -70,7 +70,7 @@ int main(int argc, char** argv) {
         return status.value;
     } catch (const mirelon::tools::CommandError& error) {
         return refuse(error.what());
-    } catch (const mirelon::hosting::PluginError& error) {
+    } catch (const mirelon::hosting::HostingError& error) {
         return refuse(error.what());
     } catch (const std::exception& error) {
         return refuse(std::string("unexpected: ") + error.what());

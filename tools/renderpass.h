@@ -41,7 +41,7 @@ struct RenderSink {
 // settings, each over the one before.
 class RenderPass {
   public:
-    // Throws CommandError or hosting::PluginError when something is not there
+    // Throws CommandError or hosting::HostingError when something is not there
     // or not as it should be.
     explicit RenderPass(const RenderOptions& options);
 

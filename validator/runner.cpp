@@ -1,8 +1,8 @@
 #include "validator/runner.h"
 
 #include "hosting/childprocess.h"
+#include "hosting/hostingerror.h"
 #include "hosting/pipe.h"
-#include "hosting/pluginerror.h"
 #include "validator/rtguard.h"
 
 #include <algorithm>
