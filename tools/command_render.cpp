@@ -1,5 +1,5 @@
 // render IN OUT: an audio file through the plug-in into another one.
-#include "tools/audio/audiofile.h"
+#include "tools/audio/audiowriter.h"
 #include "tools/audio/outputformat.h"
 #include "tools/audio/stereostatistics.h"
 #include "tools/commandoptions.h"
@@ -64,7 +64,7 @@ void render(const Options& options) {
     RenderPass pass(options.pass);
     const AudioReader& input = pass.input();
     const int format = outputFormat(options.output, input.format(), input.sampleRate());
-    AudioWriter writer(options.output, format, input.sampleRate());
+    AudioWriter writer(std::make_unique<FileOutput>(options.output), format, input.sampleRate());
     writer.copyTexts(input);
 
     Report report;

@@ -1,7 +1,7 @@
 // Sending an audio file through an effect.
 #pragma once
 
-#include "tools/audio/audiofile.h"
+#include "tools/audio/audioreader.h"
 #include "tools/loadedplugin.h"
 #include "tools/parametervalue.h"
 

@@ -3,6 +3,7 @@
 #include "tests/tools/hostprogram.h"
 #include "tests/tools/soundfile.h"
 
+#include <algorithm>
 #include <cmath>
 #include <gmock/gmock.h>
 #include <sndfile.h>
@@ -46,6 +47,28 @@ TEST_F(Render, DefaultsAreTheIdentityBitForBit) {
         const Sound out = rendered(noise, {});
         EXPECT_EQ(out.samples, noise.samples) << "format " << format;
         EXPECT_EQ(out.format, format);
+    }
+}
+
+// The bytes are worked out here, sample by sample, from the plug-in's own
+// arithmetic in single precision.
+TEST_F(Render, IntegersOfEveryDepthAreTheNearest) {
+    for (const auto& [subtype, bits] : {std::pair{+SF_FORMAT_PCM_U8, 8},
+                                        {+SF_FORMAT_PCM_16, 16},
+                                        {+SF_FORMAT_PCM_24, 24},
+                                        {+SF_FORMAT_PCM_32, 32}}) {
+        const Sound noise = stereoNoise(SF_FORMAT_WAV | subtype, 20001, bits);
+        Sound fine = noise;
+        fine.format = wavFloat;
+        const Sound exact = rendered(fine, {"--set", "width=0.9", "--set", "gain=0.6"});
+        const Sound out = rendered(noise, {"--set", "width=0.9", "--set", "gain=0.6"});
+        const double scale = std::ldexp(1.0, bits - 1);
+        ASSERT_EQ(out.samples.size(), noise.samples.size());
+        for (std::size_t i = 0; i < out.samples.size(); ++i) {
+            const double nearest = std::nearbyint(exact.samples[i] * scale);
+            ASSERT_EQ(out.samples[i] * scale, std::clamp(nearest, -scale, scale - 1.0))
+                << bits << " bits, sample " << i;
+        }
     }
 }
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "hosting/effect.h"
-#include "tools/audio/audiofile.h"
+#include "tools/audio/audioreader.h"
 
 #include <atomic>
 #include <filesystem>

@@ -1,0 +1,51 @@
+// Audio files as streams of stereo frames.
+#pragma once
+
+#include "tools/audio/soundhandle.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <span>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace mirelon::tools {
+
+// Reads a file of one or two channels; a single one comes out on both sides.
+class AudioReader {
+  public:
+    // Throws CommandError when the file cannot be read, is no audio file or has
+    // more than two channels.
+    explicit AudioReader(const std::filesystem::path& file);
+
+    int channels() const noexcept { return info.channels; }
+    int sampleRate() const noexcept { return info.samplerate; }
+    int format() const noexcept { return info.format; }
+    std::int64_t frames() const noexcept { return info.frames; } // as the file says
+
+    // The next frames, at most as many as both spans hold; 0 at the end. Throws
+    // CommandError when the file turns out to be damaged.
+    std::size_t read(std::span<double> left, std::span<double> right);
+
+    // Title, artist and the like, for a writer of the same material.
+    const char* text(int kind) const { return sf_get_string(handle.get(), kind); }
+
+  private:
+    void chooseBuffer();
+    void refill();
+
+    std::filesystem::path path;
+    SF_INFO info{};
+    SoundHandle handle;
+    std::int64_t position = 0;
+    // The file's own samples, of the type that takes least work: each of these
+    // becomes exactly the double that the library would have made of it.
+    std::variant<std::vector<std::int16_t>, std::vector<std::int32_t>, std::vector<float>,
+                 std::vector<double>>
+        buffer;
+    std::size_t buffered = 0; // frames in it
+    std::size_t taken = 0;    // of them
+};
+
+} // namespace mirelon::tools
