@@ -3,10 +3,12 @@
 #include "tools/commanderror.h"
 #include "tools/commandoptions.h"
 #include "tools/commands.h"
+#include "tools/exitstatus.h"
 #include "tools/nearestname.h"
 #include "tools/plot/stereopicture.h"
 #include "tools/progressbar.h"
 #include "tools/renderpass.h"
+#include "tools/warning.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
@@ -58,8 +60,12 @@ std::string subtitle(RenderPass& pass, double seconds) {
 void plot(const Options& options) {
     if (!sameName(std::filesystem::path(options.picture).extension().string(), ".png"))
         throw CommandError(options.picture + ": the picture is a PNG file, its name ends in .png");
+    if (options.pass.input == "-")
+        throw CommandError("a picture takes two runs through IN, standard input has but one");
     RenderPass pass(options.pass);
     const AudioReader& input = pass.input();
+    if (input.missingFrames() > 0)
+        warn(input.shortfall());
     ProgressBar progress(2 * input.frames());
     const Levels levels = measure(options.pass, progress);
 
@@ -89,6 +95,8 @@ void plot(const Options& options) {
         {std::filesystem::path(options.pass.input).filename().string(), subtitle(pass, seconds)},
         before, after, seconds);
     std::printf("%s: %s before and after\n", options.picture.c_str(), options.pass.input.c_str());
+    if (input.missingFrames() > 0)
+        throw ExitStatus{ExitStatus::incomplete};
 }
 
 } // namespace

@@ -1,102 +1,167 @@
-// render IN OUT: an audio file through the plug-in into another one.
-#include "tools/audio/audiowriter.h"
-#include "tools/audio/outputformat.h"
-#include "tools/audio/stereostatistics.h"
+// render IN OUT: audio files through the plug-in into others.
+#include "tools/commanderror.h"
 #include "tools/commandoptions.h"
 #include "tools/commands.h"
-#include "tools/progressbar.h"
-#include "tools/renderpass.h"
+#include "tools/exitstatus.h"
+#include "tools/renderbatch.h"
+#include "tools/rendering.h"
+#include "tools/renderreport.h"
+#include "tools/warning.h"
 
 #include <CLI/CLI.hpp>
-#include <chrono>
 #include <cstdio>
+#include <filesystem>
+#include <iostream>
 #include <memory>
 #include <string>
+#include <thread>
+#include <vector>
 
 namespace mirelon::tools {
 
 namespace {
 
+using Json = nlohmann::ordered_json;
+
 struct Options {
-    RenderOptions pass;
-    std::string output;
+    RenderJob job;
+    std::vector<std::string> files;
+    std::string folder;
+    unsigned parallel = 0; // 0: one for each processor
+    bool json = false;
+    bool quiet = false;
 };
 
-struct Report {
-    StereoStatistics before;
-    StereoStatistics after;
-    double seconds = 0.0; // of wall clock, reading and encoding included
-    std::uint64_t clipped = 0;
-};
-
-void printLevels(const char* name, const StereoStatistics& statistics) {
-    std::printf("  %-6s  %8.2f  %8.2f   %8.2f  %8.2f   %+6.3f  %+7.3f\n", name,
-                decibels(statistics.peak(0)), decibels(statistics.rms(0)),
-                decibels(statistics.peak(1)), decibels(statistics.rms(1)), statistics.width(),
-                statistics.balance());
+void printJson(Json files, bool toErrors) {
+    const Json all{{"version", renderReportVersion}, {"files", std::move(files)}};
+    (toErrors ? std::cerr : std::cout)
+        << all.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
 }
 
-void print(const Options& options, const RenderPass& pass, int format, const Report& report) {
-    const AudioReader& input = pass.input();
-    const double length =
-        static_cast<double>(report.before.frames()) / static_cast<double>(input.sampleRate());
-    std::printf("input     %s (%s, %d Hz, %s)\n", options.pass.input.c_str(),
-                formatName(input.format()).c_str(), input.sampleRate(),
-                input.channels() == 1 ? "mono" : "stereo");
-    std::printf("output    %s (%s)\n", options.output.c_str(), formatName(format).c_str());
-    std::printf("settings  %s\n",
-                pass.settingsText().empty() ? "the plug-in's own" : pass.settingsText().c_str());
-    std::printf("frames    %llu (%.2f s)\n",
-                static_cast<unsigned long long>(report.before.frames()), length);
-    std::printf("speed     %.0f x real time\n", length / std::max(report.seconds, 1e-9));
-    std::printf("\n  dBFS     L peak     L RMS     R peak     R RMS    width  balance\n");
-    printLevels("before", report.before);
-    printLevels("after", report.after);
-    std::printf("\n  width: -0.5 anti-phase to +0.5 mono; balance: -0.5 left to +0.5 right.\n"
-                "  Both are log16 of a ratio of RMS values (L+R to L-R, R to L) over the whole "
-                "file.\n");
-    if (report.clipped > 0)
-        std::printf("\n  %llu samples were beyond full scale and are clipped in the output\n",
-                    static_cast<unsigned long long>(report.clipped));
+void renderOne(const RenderJob& job, const Options& options) {
+    const RenderReport report = render(job, !options.quiet);
+    for (const std::string& warning : report.warnings)
+        warn(warning);
+    // Where the sound goes, no report may.
+    const bool toErrors = job.output == "-";
+    if (options.json)
+        printJson(Json::array({toJson(job, report)}), toErrors);
+    else if (!options.quiet)
+        print(job, report, toErrors ? stderr : stdout);
+    if (report.missingFrames > 0)
+        throw ExitStatus{ExitStatus::incomplete};
 }
 
-void render(const Options& options) {
-    RenderPass pass(options.pass);
-    const AudioReader& input = pass.input();
-    const int format = outputFormat(options.output, input.format(), input.sampleRate());
-    AudioWriter writer(std::make_unique<FileOutput>(options.output), format, input.sampleRate());
-    writer.copyTexts(input);
+bool failed(const Json& file) {
+    return file.contains("error");
+}
 
-    Report report;
-    const auto start = std::chrono::steady_clock::now();
-    {
-        ProgressBar progress(input.frames());
-        pass.run({.input = [&](auto left, auto right) { report.before.add(left, right); },
-                  .output =
-                      [&](auto left, auto right) {
-                          report.after.add(left, right);
-                          writer.write(left, right);
-                          progress.show(static_cast<std::int64_t>(report.after.frames()));
-                      }});
+void renderMany(const Options& options) {
+    std::error_code problem;
+    std::filesystem::create_directories(options.folder, problem);
+    if (problem)
+        throw CommandError(options.folder + ": cannot be made (" + problem.message() + ")");
+    const std::vector<RenderJob> jobs = jobsInto(options.folder, options.files, options.job);
+    std::size_t failures = 0;
+    bool incomplete = false;
+    const unsigned parallel =
+        options.parallel > 0 ? options.parallel : std::thread::hardware_concurrency();
+    const std::vector<Json> files = renderAll(jobs, parallel, [&](const Json& file) {
+        if (failed(file)) {
+            ++failures;
+            std::cerr << "mirelon-host: " << file["error"].get<std::string>() << '\n';
+            return;
+        }
+        for (const Json& warning : file["warnings"])
+            warn(warning.get<std::string>());
+        incomplete = incomplete || file["input"]["missingFrames"].get<std::int64_t>() > 0;
+        if (!options.json && !options.quiet) {
+            std::printf("%s: %.2f s, %.0f x real time\n",
+                        file["output"]["file"].get<std::string>().c_str(),
+                        file["seconds"].get<double>(), file["speed"].get<double>());
+            std::fflush(stdout);
+        }
+    });
+    if (options.json) {
+        printJson(files, false);
+    } else if (!options.quiet) {
+        std::printf("%zu of %zu files rendered\n", files.size() - failures, files.size());
+        for (const Json& file : files) {
+            if (failed(file))
+                std::printf("failed    %s\n", file["input"]["file"].get<std::string>().c_str());
+        }
     }
-    report.seconds =
-        std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-    writer.finish();
-    report.clipped = writer.clipped();
-    print(options, pass, format, report);
+    std::fflush(stdout);
+    if (failures > 0)
+        throw ExitStatus{ExitStatus::failed};
+    if (incomplete)
+        throw ExitStatus{ExitStatus::incomplete};
+}
+
+void run(Options& options) {
+    if (!options.folder.empty()) {
+        for (const std::string& file : options.files) {
+            if (file == "-")
+                throw CommandError("standard input has no name to go by in " + options.folder);
+        }
+        renderMany(options);
+        return;
+    }
+    if (options.files.size() < 2)
+        throw CommandError("OUT is required (--help shows how)");
+    if (options.files.size() > 2)
+        throw CommandError("one IN and one OUT, or any number of IN with --out-dir "
+                           "(--help shows how)");
+    RenderJob job = options.job;
+    job.pass.input = options.files[0];
+    job.output = options.files[1];
+    renderOne(job, options);
+}
+
+void addOutputOptions(CLI::App& parser, Options& options) {
+    RenderJob& job = options.job;
+    parser
+        .add_option("--format", job.format.kind,
+                    "Kind of file, whatever OUT is called: wav, rf64, w64, aiff, caf, flac, ...")
+        ->type_name("KIND")
+        ->check(CLI::IsMember(formatNames(), CLI::ignore_case));
+    parser.add_option("--bits", job.format.bits, "Samples of OUT: 8, 16, 24, 32, float or double")
+        ->type_name("BITS")
+        ->check(CLI::IsMember(std::vector<std::string>(bitNames.begin(), bitNames.end())));
+    parser.add_flag("--dither", job.dither,
+                    "Add triangular noise of two steps before rounding, the same in every run");
+    parser.add_option("--headroom", job.headroom, "Lower the output by so many decibels")
+        ->type_name("DB")
+        ->check(CLI::Range(0.0, 120.0));
+    parser.add_flag("--no-clip", job.noClip, "Fail when samples are beyond full scale");
+    parser.add_flag("--overwrite", job.overwrite, "Replace OUT when it exists");
+    parser.add_option("--out-dir", options.folder, "Render every IN into this folder")
+        ->type_name("FOLDER");
+    parser
+        .add_option("--jobs", options.parallel,
+                    "Files at a time with --out-dir (default: one for each processor)")
+        ->type_name("NUMBER")
+        ->check(CLI::Range(1, 1024));
+    parser.add_flag("--loudness", job.loudness,
+                    "Measure EBU R 128 loudness and true peak, which takes longer");
+    parser.add_flag("--json", options.json, "Print the report as JSON");
+    parser.add_flag("--quiet", options.quiet, "Print no report");
 }
 
 } // namespace
 
 Run defineRender(CLI::App& parser) {
     const auto options = std::make_shared<Options>();
-    parser.add_option("IN", options->pass.input, "Any mono or stereo audio file")->required();
     parser
-        .add_option("OUT", options->output,
-                    "The result; its extension says the format, by default that of IN")
-        ->required();
-    addRenderOptions(parser, options->pass);
-    return [options] { render(*options); };
+        .add_option("FILE", options->files,
+                    "IN, any mono or stereo audio file, and OUT, the result, whose extension says "
+                    "the format, by default that of IN; - is standard input and output. With "
+                    "--out-dir every FILE is an IN")
+        ->required()
+        ->type_name("");
+    addRenderOptions(parser, options->job.pass);
+    addOutputOptions(parser, *options);
+    return [options] { run(*options); };
 }
 
 } // namespace mirelon::tools

@@ -55,6 +55,7 @@ void addRenderOptions(CLI::App& parser, RenderOptions& options) {
         ->check(CLI::Range(1, largestRenderBlock))
         ->capture_default_str();
     parser.add_flag("--double", options.useDouble, "Process in double precision");
+    parser.add_flag("--strict", options.strict, "Refuse an input of which a part is missing");
 }
 
 } // namespace mirelon::tools

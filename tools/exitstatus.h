@@ -3,9 +3,13 @@
 
 namespace mirelon::tools {
 
-// Thrown by a command that ran as asked and has a verdict: 0 or 1, as 2 stands
-// for what could not be done.
+// Thrown by a command that ran as asked and has a verdict.
 struct ExitStatus {
+    // 2 stands for what could not be done.
+    static constexpr int different = 1;  // compare: the files differ; check: a fault was found
+    static constexpr int failed = 2;     // some of several files
+    static constexpr int incomplete = 3; // done with what there was of a truncated input
+
     int value;
 };
 

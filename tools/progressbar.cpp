@@ -14,9 +14,9 @@ constexpr std::int64_t width = 40;
 
 } // namespace
 
-ProgressBar::ProgressBar(std::int64_t total_)
+ProgressBar::ProgressBar(std::int64_t total_, bool wanted)
     : total(std::max<std::int64_t>(total_, 1))
-    , onTerminal(isatty(STDERR_FILENO) != 0) {}
+    , onTerminal(wanted && isatty(STDERR_FILENO) != 0) {}
 
 ProgressBar::~ProgressBar() {
     if (drawn)

@@ -10,7 +10,8 @@ namespace mirelon::tools {
 // end; nothing at all when that is no terminal.
 class ProgressBar {
   public:
-    explicit ProgressBar(std::int64_t total);
+    // `wanted` false: nothing at all, wherever it goes.
+    explicit ProgressBar(std::int64_t total, bool wanted = true);
     ~ProgressBar();
     ProgressBar(const ProgressBar&) = delete;
     ProgressBar& operator=(const ProgressBar&) = delete;

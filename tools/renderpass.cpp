@@ -50,7 +50,12 @@ RenderPass::RenderPass(const RenderOptions& options)
     : reader(options.input)
     , plugin(options.plugin)
     , blockSize(static_cast<std::size_t>(options.block))
-    , useDouble(options.useDouble) {
+    , useDouble(options.useDouble)
+    , strict(options.strict) {
+    refuseShortfall();
+    if (!options.ramps.empty() && !reader.lengthKnown() && reader.frames() == 0)
+        throw CommandError(options.input + ": how long it is becomes known at its end only, "
+                                           "--automate needs to know before");
     const std::string name = plugin.module.file().string();
     const AEffect& record = plugin.effect.record();
     if (record.numInputs < 2 || record.numOutputs < 2)
@@ -118,11 +123,17 @@ void RenderPass::moveRamps(std::int64_t blockStart) {
     }
 }
 
+void RenderPass::refuseShortfall() const {
+    if (strict && reader.missingFrames() > 0)
+        throw CommandError(reader.shortfall());
+}
+
 void RenderPass::run(const RenderSink& sink) {
     if (useDouble)
         stream<double>(sink);
     else
         stream<float>(sink);
+    refuseShortfall();
 }
 
 template <typename Sample>

@@ -26,6 +26,7 @@ struct RenderOptions {
     std::vector<std::string> ramps;    // NAME=FIRST:LAST
     int block = 1024;                  // 1 to largestRenderBlock frames
     bool useDouble = false;
+    bool strict = false; // an input of which a part is missing is refused
 };
 
 // Receives what goes into the effect and what comes out of it, block by block
@@ -42,7 +43,7 @@ struct RenderSink {
 class RenderPass {
   public:
     // Throws CommandError or hosting::HostingError when something is not there
-    // or not as it should be.
+    // or not as it should be. Parameters move only along a length that is known.
     explicit RenderPass(const RenderOptions& options);
 
     const AudioReader& input() const noexcept { return reader; }
@@ -54,18 +55,21 @@ class RenderPass {
 
     // Processes the whole file, once per object. The effect's latency is taken
     // out: as many frames come out as go in. Memory does not grow with length.
+    // Throws CommandError when a strict pass finds the end of a pipe missing.
     void run(const RenderSink& sink);
 
   private:
     template <typename Sample>
     void stream(const RenderSink& sink);
     void applyState(const RenderOptions& options);
+    void refuseShortfall() const;
     void moveRamps(std::int64_t blockStart);
 
     AudioReader reader;
     LoadedPlugin plugin;
     std::size_t blockSize;
     bool useDouble;
+    bool strict;
     std::vector<ParameterRamp> ramps;
     std::string told;
 };

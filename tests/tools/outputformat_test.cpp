@@ -46,6 +46,27 @@ TEST(OutputFormat, OpusIsACodecOfItsOwn) {
     EXPECT_EQ(outputFormat("a.opus", vorbis, rate), SF_FORMAT_OGG | SF_FORMAT_OPUS);
 }
 
+TEST(OutputFormat, IsTheOneAskedForWhateverTheExtension) {
+    EXPECT_EQ(outputFormat("a.wav", wav24, rate, {"flac", {}}), SF_FORMAT_FLAC | SF_FORMAT_PCM_24);
+    EXPECT_EQ(outputFormat("a", wav24, rate, {"CAF", {}}), SF_FORMAT_CAF | SF_FORMAT_PCM_24);
+}
+
+TEST(OutputFormat, TakesTheBitsAskedFor) {
+    EXPECT_EQ(outputFormat("a.wav", wav24, rate, {{}, "float"}), SF_FORMAT_WAV | SF_FORMAT_FLOAT);
+    EXPECT_EQ(outputFormat("a", wav24, rate, {{}, "double"}), SF_FORMAT_WAV | SF_FORMAT_DOUBLE);
+    EXPECT_EQ(outputFormat("a.flac", wav24, rate, {{}, "16"}), SF_FORMAT_FLAC | SF_FORMAT_PCM_16);
+    EXPECT_EQ(outputFormat("a.wav", wav24, rate, {{}, "8"}), SF_FORMAT_WAV | SF_FORMAT_PCM_U8);
+    EXPECT_EQ(outputFormat("a.flac", wav24, rate, {{}, "8"}), SF_FORMAT_FLAC | SF_FORMAT_PCM_S8);
+    const int bigEndian = SF_FORMAT_AIFF | SF_FORMAT_PCM_16 | SF_ENDIAN_BIG;
+    EXPECT_EQ(outputFormat("a.aif", bigEndian, rate, {{}, "24"}),
+              SF_FORMAT_AIFF | SF_FORMAT_PCM_24 | SF_ENDIAN_BIG);
+}
+
+TEST(OutputFormat, RefusesBitsThatTheKindDoesNotTake) {
+    EXPECT_THROW(outputFormat("a.flac", wav24, rate, {{}, "float"}), CommandError);
+    EXPECT_THROW(outputFormat("a.ogg", wav24, rate, {{}, "16"}), CommandError);
+}
+
 TEST(OutputFormat, RefusesAnExtensionThatNamesNone) {
     EXPECT_THROW(outputFormat("a.docx", wav24, rate), CommandError);
 }

@@ -22,7 +22,8 @@ class Render : public testing::Test {
     // Renders `input` with the options and gives back the result.
     Sound rendered(const Sound& input, std::vector<std::string> options) {
         writeSound(folder / "in.wav", input);
-        options.insert(options.begin(), {"render", folder / "in.wav", folder / "out.wav"});
+        options.insert(options.begin(),
+                       {"render", "--overwrite", folder / "in.wav", folder / "out.wav"});
         result = runMirelon(options);
         EXPECT_EQ(result.status, 0) << result.errors;
         return readSound(folder / "out.wav");
@@ -223,8 +224,8 @@ TEST_F(Render, ReportsLevelsAndImageOfBothEnds) {
 TEST_F(Render, TakesTheLatencyOfAPluginOut) {
     writeSound(folder / "in.wav", constant(0.25, 0.5, 1003));
     for (const char* const block : {"2", "1000", "4096"}) {
-        result = runHost({"render", folder / "in.wav", folder / "out.wav", "--block", block,
-                          "--plugin", testPlugin("gain"), "--preset", "half"});
+        result = runHost({"render", "--overwrite", folder / "in.wav", folder / "out.wav", "--block",
+                          block, "--plugin", testPlugin("gain"), "--preset", "half"});
         ASSERT_EQ(result.status, 0) << result.errors;
         const Sound out = readSound(folder / "out.wav");
         ASSERT_EQ(out.frames(), 1003U);
@@ -237,7 +238,7 @@ TEST_F(Render, TakesTheLatencyOfAPluginOut) {
 
 TEST_F(Render, AsksThePluginToUnderstandATextFirst) {
     writeSound(folder / "in.wav", constant(0.25, 0.5, 10));
-    result = runHost({"render", folder / "in.wav", folder / "out.wav", "--plugin",
+    result = runHost({"render", "--overwrite", folder / "in.wav", folder / "out.wav", "--plugin",
                       testPlugin("gain"), "--set", "level=a quarter"});
     ASSERT_EQ(result.status, 0) << result.errors;
     EXPECT_EQ(readSound(folder / "out.wav").right(3), 0.125);

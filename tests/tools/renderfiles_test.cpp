@@ -24,7 +24,7 @@ class RenderFiles : public testing::Test {
   protected:
     ProgramResult render(const std::string& in, const std::string& out,
                          std::vector<std::string> options = {}) {
-        options.insert(options.begin(), {"render", folder / in, folder / out});
+        options.insert(options.begin(), {"render", "--overwrite", folder / in, folder / out});
         return runMirelon(options);
     }
 
@@ -180,8 +180,8 @@ TEST_F(RenderFiles, APluginThatCannotIsRefused) {
     writeSound(folder / "in.wav", stereoNoise(wav16, 100));
     writeFile(folder / "out.wav", "precious");
     const auto with = [&](const char* plugin, std::vector<std::string> options) {
-        options.insert(options.begin(), {"render", folder / "in.wav", folder / "out.wav",
-                                         "--plugin", testPlugin(plugin)});
+        options.insert(options.begin(), {"render", "--overwrite", folder / "in.wav",
+                                         folder / "out.wav", "--plugin", testPlugin(plugin)});
         const ProgramResult result = runHost(options);
         EXPECT_EQ(result.status, 2);
         EXPECT_EQ(contentsOf(folder / "out.wav"), "precious");
@@ -205,8 +205,9 @@ TEST_F(RenderFiles, AreKeptWhenTheDiskIsFull) {
     writeFile(folder / "out.wav", "precious");
     const auto before = names();
     // A limit on file size stands in for a disk of 32 KiB.
-    const std::string command = "ulimit -f 32; trap '' XFSZ; exec '" MIRELON_HOST_PROGRAM
-                                "' render in.wav out.wav --plugin '" MIRELON_PLUGIN_FILE "'";
+    const std::string command =
+        "ulimit -f 32; trap '' XFSZ; exec '" MIRELON_HOST_PROGRAM
+        "' render --overwrite in.wav out.wav --plugin '" MIRELON_PLUGIN_FILE "'";
     const TemporaryFolder home;
     const ProgramResult result =
         RunningProgram("/bin/bash", {"-c", "cd '" + folder.path.string() + "'; " + command},
@@ -224,8 +225,8 @@ TEST_F(RenderFiles, AreKeptWhenTheRunIsInterrupted) {
     const auto before = names();
     const TemporaryFolder home;
     RunningProgram program(MIRELON_HOST_PROGRAM,
-                           {"render", folder / "in.wav", folder / "out.wav", "--block", "64",
-                            "--plugin", testPlugin("slow")},
+                           {"render", "--overwrite", folder / "in.wav", folder / "out.wav",
+                            "--block", "64", "--plugin", testPlugin("slow")},
                            home.path);
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
     while (names() == before && std::chrono::steady_clock::now() < deadline)
@@ -284,10 +285,10 @@ TEST_F(RenderFiles, ShowProgressOnATerminalOnly) {
     ASSERT_EQ(unlockpt(terminal), 0);
     const int user = open(ptsname(terminal), O_RDWR | O_NOCTTY | O_CLOEXEC);
     ASSERT_GE(user, 0);
-    RunningProgram program(
-        MIRELON_HOST_PROGRAM,
-        {"render", folder / "in.wav", folder / "out.wav", "--plugin", MIRELON_PLUGIN_FILE},
-        folder.path, {}, user);
+    RunningProgram program(MIRELON_HOST_PROGRAM,
+                           {"render", "--overwrite", folder / "in.wav", folder / "out.wav",
+                            "--plugin", MIRELON_PLUGIN_FILE},
+                           folder.path, {}, user);
     EXPECT_EQ(program.wait().status, 0);
     std::string shown(4096, '\0');
     const ssize_t length = read(terminal, shown.data(), shown.size());

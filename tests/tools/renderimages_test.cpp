@@ -36,7 +36,7 @@ class RenderImages : public testing::Test {
     }
     // The samples that a rendering with these options gives.
     std::string rendered(std::vector<std::string> options) const {
-        options.insert(options.begin(), {"render", path("in.wav"), path("out.wav")});
+        options.insert(options.begin(), {"render", "--overwrite", path("in.wav"), path("out.wav")});
         const ProgramResult result = run(options);
         EXPECT_EQ(result.status, 0) << result.errors;
         return contentsOf(folder / "out.wav");

@@ -18,7 +18,8 @@ class RenderState : public testing::Test {
         writeSound(folder / "in.wav", stereoNoise(SF_FORMAT_WAV | SF_FORMAT_FLOAT, 2000));
     }
     std::vector<double> rendered(std::vector<std::string> options) {
-        options.insert(options.begin(), {"render", folder / "in.wav", folder / "out.wav"});
+        options.insert(options.begin(),
+                       {"render", "--overwrite", folder / "in.wav", folder / "out.wav"});
         result = runMirelon(options);
         EXPECT_EQ(result.status, 0) << result.errors;
         return readSound(folder / "out.wav").samples;
@@ -55,8 +56,8 @@ TEST_F(RenderState, ThatThePluginDoesNotTakeIsRefused) {
     writeFile(folder / "out.wav", "precious");
     const auto refusalOf = [&](const std::string& bytes) {
         writeFile(folder / "bad", bytes);
-        const ProgramResult refused = runMirelon(
-            {"render", folder / "in.wav", folder / "out.wav", "--chunk", folder / "bad"});
+        const ProgramResult refused = runMirelon({"render", "--overwrite", folder / "in.wav",
+                                                  folder / "out.wav", "--chunk", folder / "bad"});
         EXPECT_EQ(refused.status, 2);
         EXPECT_EQ(contentsOf(folder / "out.wav"), "precious");
         return refused.errors;
@@ -80,15 +81,15 @@ TEST_F(RenderState, ThatThePluginDoesNotTakeIsRefused) {
 TEST_F(RenderState, IsRefusedForAPluginWithoutOne) {
     saveState({});
     const ProgramResult refused =
-        runHost({"render", folder / "in.wav", folder / "out.wav", "--plugin", testPlugin("gain"),
-                 "--chunk", folder / "state"});
+        runHost({"render", "--overwrite", folder / "in.wav", folder / "out.wav", "--plugin",
+                 testPlugin("gain"), "--chunk", folder / "state"});
     EXPECT_EQ(refused.status, 2);
     EXPECT_THAT(refused.errors, HasSubstr("keeps no state chunk"));
 }
 
 TEST_F(RenderState, FileThatCannotBeReadIsRefused) {
-    const ProgramResult refused = runMirelon(
-        {"render", folder / "in.wav", folder / "out.wav", "--chunk", folder / "missing"});
+    const ProgramResult refused = runMirelon({"render", "--overwrite", folder / "in.wav",
+                                              folder / "out.wav", "--chunk", folder / "missing"});
     EXPECT_EQ(refused.status, 2);
     EXPECT_THAT(refused.errors, HasSubstr("missing: cannot be read (No such file"));
 }

@@ -60,5 +60,24 @@ TEST(StereoStatistics, OfSilenceAreZero) {
     EXPECT_EQ(decibels(0.0), -INFINITY);
 }
 
+TEST(StereoStatistics, CorrelationIsOfLeftAndRight) {
+    EXPECT_DOUBLE_EQ(of({0.5, -0.25}, {0.25, -0.125}).correlation(), 1.0);
+    EXPECT_DOUBLE_EQ(of({0.5, -0.25}, {-0.5, 0.25}).correlation(), -1.0);
+    EXPECT_DOUBLE_EQ(of({0.5, 0.5}, {0.5, -0.5}).correlation(), 0.0);
+    EXPECT_DOUBLE_EQ(of({3.0, 4.0}, {4.0, 3.0}).correlation(), 24.0 / 25.0);
+    EXPECT_EQ(of({0.5}, {0.0}).correlation(), 0.0);
+}
+
+TEST(StereoStatistics, LeaveOutWhatIsNotFinite) {
+    const auto statistics = of({0.5, NAN, 0.5, -INFINITY}, {0.25, 0.25, -NAN, 0.25});
+    EXPECT_EQ(statistics.notFinite(), 3U);
+    EXPECT_EQ(statistics.frames(), 4U);
+    EXPECT_EQ(statistics.peak(0), INFINITY);
+    EXPECT_EQ(statistics.peak(1), 0.25);
+    EXPECT_DOUBLE_EQ(statistics.rms(0), std::sqrt(0.125));
+    EXPECT_TRUE(std::isfinite(statistics.width()));
+    EXPECT_EQ(of({1.0}, {1.0}).notFinite(), 0U);
+}
+
 } // namespace
 } // namespace mirelon::tools

@@ -25,6 +25,9 @@ class AudioOutput {
     // libraryMessage(nullptr) tells.
     virtual SoundHandle open(SF_INFO& info) = 0;
 
+    // Whether the header's sizes are going to be right: they are a limit then.
+    virtual bool keepsSizes() const { return true; }
+
     // Called when everything that belongs into the header is there but samples.
     // Throws CommandError.
     virtual void begin(SNDFILE* handle);

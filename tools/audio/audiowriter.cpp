@@ -1,11 +1,9 @@
 #include "tools/audio/audiowriter.h"
 
-#include "tools/audio/audioreader.h"
 #include "tools/audio/outputformat.h"
 #include "tools/commanderror.h"
 
 #include <algorithm>
-#include <array>
 #include <utility>
 
 namespace mirelon::tools {
@@ -18,17 +16,17 @@ constexpr double codecQuality = 0.8;
 // As many frames at a time as make the calls into the system few.
 constexpr std::size_t bufferFrames = 16384;
 
-constexpr std::array copiedTexts{SF_STR_TITLE,   SF_STR_COPYRIGHT,   SF_STR_ARTIST,
-                                 SF_STR_COMMENT, SF_STR_DATE,        SF_STR_ALBUM,
-                                 SF_STR_LICENSE, SF_STR_TRACKNUMBER, SF_STR_GENRE};
-
 } // namespace
 
-AudioWriter::AudioWriter(std::unique_ptr<AudioOutput> output_, int format, int sampleRate)
+AudioWriter::AudioWriter(std::unique_ptr<AudioOutput> output_, ChosenFormat chosen, int sampleRate,
+                         std::optional<std::uint64_t> ditherSeed)
     : output(std::move(output_))
+    , format(chosen.format)
     , ofShorts((format & SF_FORMAT_SUBMASK) == SF_FORMAT_PCM_16) {
+    if (output->keepsSizes())
+        most = mostFrames(format);
     if (const int bits = integerBits(format); bits != 0)
-        quantizer.emplace(bits);
+        quantizer.emplace(bits, ditherSeed);
     SF_INFO info{};
     info.format = format;
     info.channels = 2;
@@ -41,13 +39,8 @@ AudioWriter::AudioWriter(std::unique_ptr<AudioOutput> output_, int format, int s
     double quality = codecQuality;
     sf_command(handle.get(), SFC_SET_VBR_ENCODING_QUALITY, &quality, sizeof quality);
     sf_command(handle.get(), SFC_SET_CLIPPING, nullptr, SF_TRUE);
-}
-
-void AudioWriter::copyTexts(const AudioReader& from) {
-    for (const int kind : copiedTexts) {
-        if (const char* const text = from.text(kind))
-            sf_set_string(handle.get(), kind, text);
-    }
+    if (chosen.plainWhenSmall)
+        sf_command(handle.get(), SFC_RF64_AUTO_DOWNGRADE, nullptr, SF_TRUE);
 }
 
 void AudioWriter::write(std::span<const double> left, std::span<const double> right) {
@@ -77,6 +70,8 @@ void AudioWriter::flush() {
     if (!begun)
         output->begin(handle.get());
     begun = true;
+    if (most && frames + waiting > *most)
+        fail(formatName(format) + " holds no more than " + std::to_string(*most) + " frames");
     const auto count = static_cast<sf_count_t>(waiting);
     sf_count_t written = 0;
     if (quantizer && ofShorts)

@@ -2,6 +2,8 @@
 #pragma once
 
 #include "tools/audio/audiooutput.h"
+#include "tools/audio/formatlimit.h"
+#include "tools/audio/metadata.h"
 #include "tools/audio/quantizer.h"
 #include "tools/audio/soundhandle.h"
 
@@ -13,18 +15,18 @@
 
 namespace mirelon::tools {
 
-class AudioReader;
-
 // Integer formats are rounded to nearest and clipped at full scale.
 class AudioWriter {
   public:
-    // `format` is libsndfile's. Throws CommandError when `output` cannot be
-    // written to or the format does not take the sample rate.
-    AudioWriter(std::unique_ptr<AudioOutput> output, int format, int sampleRate);
+    // Throws CommandError when `output` cannot be written to or the format does not
+    // take the sample rate.
+    AudioWriter(std::unique_ptr<AudioOutput> output, ChosenFormat format, int sampleRate,
+                std::optional<std::uint64_t> ditherSeed = {});
 
-    void copyTexts(const AudioReader& from);
+    // Before the first frame.
+    void copyMetadata(const Metadata& metadata) { writeMetadata(handle.get(), metadata); }
 
-    // Throw CommandError when the disk takes no more.
+    // Throw CommandError when the disk or the format takes no more.
     void write(std::span<const double> left, std::span<const double> right);
     void finish();
 
@@ -38,7 +40,9 @@ class AudioWriter {
     std::unique_ptr<AudioOutput> output;
     SoundHandle handle;
     std::optional<Quantizer> quantizer; // none: the format is not of integers
+    int format;
     bool ofShorts;
+    std::optional<std::uint64_t> most; // frames
     bool begun = false;
     std::uint64_t frames = 0; // taken by the handle
     // Those still to be written, in the one type that is used.

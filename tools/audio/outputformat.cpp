@@ -3,9 +3,11 @@
 #include "tools/commanderror.h"
 #include "tools/nearestname.h"
 
+#include <algorithm>
 #include <array>
 #include <sndfile.h>
 #include <string_view>
+#include <utility>
 
 namespace mirelon::tools {
 
@@ -64,13 +66,8 @@ std::string libraryName(int format) {
     return std::string(name.substr(0, name.find(" (")));
 }
 
-} // namespace
-
-int outputFormat(const std::filesystem::path& out, int inputFormat, int sampleRate) {
-    std::string name = out.extension().string();
-    if (name.size() < 2)
-        return inputFormat;
-    name.erase(0, 1);
+int formatOfKind(const std::filesystem::path& out, const std::string& name, int inputFormat,
+                 int sampleRate) {
     const Extension* const extension = findExtension(name);
     if (extension == nullptr) {
         std::string known;
@@ -98,6 +95,47 @@ int outputFormat(const std::filesystem::path& out, int inputFormat, int sampleRa
     return kind | subtype;
 }
 
+int withBits(const std::filesystem::path& out, int format, const std::string& bits,
+             int sampleRate) {
+    // Integers of 8 bits have a sign in some kinds and none in others.
+    constexpr std::array<std::pair<std::string_view, int>, 7> subtypes{
+        {{"8", SF_FORMAT_PCM_U8},
+         {"8", SF_FORMAT_PCM_S8},
+         {"16", SF_FORMAT_PCM_16},
+         {"24", SF_FORMAT_PCM_24},
+         {"32", SF_FORMAT_PCM_32},
+         {"float", SF_FORMAT_FLOAT},
+         {"double", SF_FORMAT_DOUBLE}}};
+    for (const auto& [name, subtype] : subtypes) {
+        const int candidate = (format & ~SF_FORMAT_SUBMASK) | subtype;
+        if (name == bits && writable(candidate, sampleRate))
+            return candidate;
+    }
+    throw CommandError(out.string() + ": " + libraryName(format & SF_FORMAT_TYPEMASK) +
+                       " does not take samples of " + bits + (bits.size() > 2 ? "" : " bits"));
+}
+
+} // namespace
+
+std::vector<std::string> formatNames() {
+    std::vector<std::string> names(extensions.size());
+    std::transform(extensions.begin(), extensions.end(), names.begin(),
+                   [](const Extension& each) { return std::string(each.name); });
+    return names;
+}
+
+int outputFormat(const std::filesystem::path& out, int inputFormat, int sampleRate,
+                 const FormatRequest& request) {
+    std::string name = request.kind;
+    if (name.empty() && out.extension().string().size() >= 2)
+        name = out.extension().string().substr(1);
+    const int chosen =
+        name.empty() ? inputFormat : formatOfKind(out, name, inputFormat, sampleRate);
+    if (request.bits.empty())
+        return chosen;
+    return withBits(out, chosen, request.bits, sampleRate);
+}
+
 int integerBits(int format) {
     switch (format & SF_FORMAT_SUBMASK) {
     case SF_FORMAT_PCM_S8:
@@ -114,6 +152,35 @@ int integerBits(int format) {
     case SF_FORMAT_PCM_32:
     case SF_FORMAT_ALAC_32:
         return 32;
+    default:
+        return 0;
+    }
+}
+
+int bytesPerSample(int format) {
+    switch (format & SF_FORMAT_TYPEMASK) {
+    case SF_FORMAT_FLAC:
+    case SF_FORMAT_MPEG:
+    case SF_FORMAT_OGG:
+        return 0;
+    default:
+        break;
+    }
+    switch (format & SF_FORMAT_SUBMASK) {
+    case SF_FORMAT_ULAW:
+    case SF_FORMAT_ALAW:
+    case SF_FORMAT_PCM_S8:
+    case SF_FORMAT_PCM_U8:
+        return 1;
+    case SF_FORMAT_PCM_16:
+        return 2;
+    case SF_FORMAT_PCM_24:
+        return 3;
+    case SF_FORMAT_PCM_32:
+    case SF_FORMAT_FLOAT:
+        return 4;
+    case SF_FORMAT_DOUBLE:
+        return 8;
     default:
         return 0;
     }

@@ -22,32 +22,65 @@ double reading(double upper, double upperSilence, double lower, double lowerSile
 
 } // namespace
 
+inline void StereoStatistics::Sums::add(double left, double right) noexcept {
+    peaks[0] = std::max(peaks[0], std::abs(left));
+    peaks[1] = std::max(peaks[1], std::abs(right));
+    squares[0] += left * left;
+    squares[1] += right * right;
+    sumSquares += (left + right) * (left + right);
+    differenceSquares += (left - right) * (left - right);
+}
+
+bool StereoStatistics::Sums::finite() const noexcept {
+    return std::isfinite(sumSquares + differenceSquares + squares[0] + squares[1]);
+}
+
 void StereoStatistics::add(std::span<const double> left, std::span<const double> right) {
-    for (std::size_t i = 0; i < left.size(); ++i) {
-        const double l = left[i];
-        const double r = right[i];
-        peaks[0] = std::max(peaks[0], std::abs(l));
-        peaks[1] = std::max(peaks[1], std::abs(r));
-        squares[0] += l * l;
-        squares[1] += r * r;
-        sumSquares += (l + r) * (l + r);
-        differenceSquares += (l - r) * (l - r);
-    }
+    Sums with = sums;
+    for (std::size_t i = 0; i < left.size(); ++i)
+        with.add(left[i], right[i]);
+    // One sample that is not finite would show in the sums for good.
+    if (with.finite())
+        sums = with;
+    else
+        addFinite(left, right);
     count += left.size();
 }
 
+void StereoStatistics::addFinite(std::span<const double> left, std::span<const double> right) {
+    const auto finite = [this](double sample, double& peak) {
+        if (std::isfinite(sample))
+            return sample;
+        ++bad;
+        peak = std::max(peak, std::abs(sample));
+        return 0.0;
+    };
+    for (std::size_t i = 0; i < left.size(); ++i) {
+        const double l = finite(left[i], sums.peaks[0]);
+        const double r = finite(right[i], sums.peaks[1]);
+        sums.add(l, r);
+    }
+}
+
 double StereoStatistics::rms(std::size_t channel) const noexcept {
-    return count == 0 ? 0.0 : std::sqrt(squares[channel] / static_cast<double>(count));
+    return count == 0 ? 0.0 : std::sqrt(sums.squares[channel] / static_cast<double>(count));
 }
 
 double StereoStatistics::width() const noexcept {
     const double frameCount = count == 0 ? 1.0 : static_cast<double>(count);
-    return reading(std::sqrt(sumSquares / frameCount), silence,
-                   std::sqrt(differenceSquares / frameCount), differenceSilence);
+    return reading(std::sqrt(sums.sumSquares / frameCount), silence,
+                   std::sqrt(sums.differenceSquares / frameCount), differenceSilence);
 }
 
 double StereoStatistics::balance() const noexcept {
     return reading(rms(1), silence, rms(0), silence);
+}
+
+double StereoStatistics::correlation() const noexcept {
+    if (rms(0) <= silence || rms(1) <= silence)
+        return 0.0;
+    const double products = (sums.sumSquares - sums.differenceSquares) / 4.0;
+    return std::clamp(products / std::sqrt(sums.squares[0] * sums.squares[1]), -1.0, 1.0);
 }
 
 double decibels(double amplitude) {

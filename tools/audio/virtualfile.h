@@ -23,6 +23,9 @@ class VirtualFile {
     virtual sf_count_t length() const = 0;
 
   protected:
+    // Where the library reads or writes next.
+    sf_count_t at() const noexcept { return position; }
+
     // Both return how many bytes were done; fewer than asked is the end or a
     // failure. The position moves by itself.
     virtual std::size_t readAt(sf_count_t position, std::span<std::byte> bytes) = 0;
