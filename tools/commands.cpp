@@ -10,6 +10,7 @@ std::span<const Command> commands() {
         Command{"info", "Show what the plug-in says about itself", defineInfo},
         Command{"render", "Send an audio file through the plug-in", defineRender},
         Command{"plot", "Draw a file's stereo image before and after the plug-in", definePlot},
+        Command{"compare", "Say whether two audio files hold the same sound", defineCompare},
         Command{"chunk", "Save, load or show the plug-in's state", defineChunk},
         Command{"preset", "Save or show preset files", definePreset},
         Command{"bank", "Save, show or make bank files", defineBank},

@@ -29,6 +29,7 @@ std::span<const Command> commands();
 Run defineBank(CLI::App& parser);
 Run defineCheck(CLI::App& parser);
 Run defineChunk(CLI::App& parser);
+Run defineCompare(CLI::App& parser);
 Run defineConvert(CLI::App& parser);
 Run defineEdit(CLI::App& parser);
 Run defineInfo(CLI::App& parser);
