@@ -1,5 +1,5 @@
 // Crashes when it is given a block that begins with a loud sample.
-#include "tests/tools/plugins/effectrecord.h"
+#include "tests/hosting/plugins/effectrecord.h"
 
 #include <algorithm>
 #include <csignal>
