@@ -69,7 +69,7 @@ TEST(StereoStatistics, CorrelationIsOfLeftAndRight) {
 }
 
 TEST(StereoStatistics, LeaveOutWhatIsNotFinite) {
-    const auto statistics = of({0.5, NAN, 0.5, -INFINITY}, {0.25, 0.25, -NAN, 0.25});
+    const auto statistics = of({0.5, NAN, 0.5, -INFINITY}, {0.25, 0.25, -double{NAN}, 0.25});
     EXPECT_EQ(statistics.notFinite(), 3U);
     EXPECT_EQ(statistics.frames(), 4U);
     EXPECT_EQ(statistics.peak(0), INFINITY);
