@@ -1,20 +1,19 @@
 #include "bench/benchpicture.h"
 
-#include <cairo.h>
+#include "tools/plot/canvas.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
-#include <memory>
 #include <stdexcept>
 #include <vector>
 
 namespace mirelon::bench {
 namespace {
 
-struct Colour {
-    double red, green, blue;
-};
+using tools::Colour;
+using tools::TextStyle;
+
 constexpr Colour paper{1.0, 1.0, 1.0};
 constexpr Colour ink{0.15, 0.15, 0.2};
 constexpr Colour faint{0.85, 0.85, 0.88};
@@ -50,15 +49,6 @@ std::vector<Bar> barsOf(const Results& results) {
     return bars;
 }
 
-void setColour(cairo_t* cairo, Colour colour) {
-    cairo_set_source_rgb(cairo, colour.red, colour.green, colour.blue);
-}
-
-void write(cairo_t* cairo, double x, double y, const std::string& text) {
-    cairo_move_to(cairo, x, y);
-    cairo_show_text(cairo, text.c_str());
-}
-
 } // namespace
 
 void drawPicture(const Results& results, const std::filesystem::path& file) {
@@ -72,14 +62,7 @@ void drawPicture(const Results& results, const std::filesystem::path& file) {
     constexpr double left = 280;
     constexpr double right = width - 190;
     const int height = top + static_cast<int>(bars.size()) * rowHeight + 30;
-    const std::unique_ptr<cairo_surface_t, void (*)(cairo_surface_t*)> surface(
-        cairo_image_surface_create(CAIRO_FORMAT_RGB24, width, height), cairo_surface_destroy);
-    const std::unique_ptr<cairo_t, void (*)(cairo_t*)> context(cairo_create(surface.get()),
-                                                               cairo_destroy);
-    cairo_t* const cairo = context.get();
-    setColour(cairo, paper);
-    cairo_paint(cairo);
-    cairo_select_font_face(cairo, "sans-serif", CAIRO_FONT_SLANT_NORMAL, CAIRO_FONT_WEIGHT_NORMAL);
+    const tools::Canvas canvas(width, height, paper);
 
     // A logarithmic axis of whole decades.
     const auto [least, most] = std::minmax_element(
@@ -90,39 +73,30 @@ void drawPicture(const Results& results, const std::filesystem::path& file) {
         return left + (right - left) * (std::log10(ratio) - from) / (to - from);
     };
 
-    setColour(cairo, ink);
-    cairo_set_font_size(cairo, 20);
-    write(cairo, 20, 34, "Time of one stereo frame, noise, blocks of 512");
-    cairo_set_font_size(cairo, 14);
-    write(cairo, 20, 58, "as a ratio to the plain follower chain; logarithmic");
+    canvas.text(20, 34, "Time of one stereo frame, noise, blocks of 512", {20, ink});
+    const TextStyle axis{14, ink};
+    canvas.text(20, 58, "as a ratio to the plain follower chain; logarithmic", axis);
     for (int decade = static_cast<int>(from); decade <= static_cast<int>(to); ++decade) {
-        const double x = place(std::pow(10.0, decade));
-        setColour(cairo, faint);
-        cairo_rectangle(cairo, x, top - 8, 1, height - top - 10);
-        cairo_fill(cairo);
-        setColour(cairo, ink);
+        const double ratio = std::pow(10.0, decade);
+        const double x = place(ratio);
+        canvas.fill({x, top - 8.0, 1, height - top - 10.0}, faint);
         char label[32];
-        std::snprintf(label, sizeof label, "%g", std::pow(10.0, decade));
-        write(cairo, x - 8, top - 12, label);
+        std::snprintf(label, sizeof label, "%g", ratio);
+        canvas.text(x - 8, top - 12, label, axis);
     }
 
-    cairo_set_font_size(cairo, 15);
+    const TextStyle caption{15, ink};
     double y = top;
     for (const Bar& bar : bars) {
-        setColour(cairo, bar.colour);
-        cairo_rectangle(cairo, left, y + 5, place(bar.ratio) - left, rowHeight - 12);
-        cairo_fill(cairo);
-        setColour(cairo, ink);
-        write(cairo, 20, y + 22, bar.label);
+        const double end = place(bar.ratio);
+        canvas.fill({left, y + 5, end - left, rowHeight - 12}, bar.colour);
+        canvas.text(20, y + 22, bar.label, caption);
         char text[64];
         std::snprintf(text, sizeof text, "%.2f  (%.2f ns)", bar.ratio, bar.time);
-        write(cairo, place(bar.ratio) + 8, y + 22, text);
+        canvas.text(end + 8, y + 22, text, caption);
         y += rowHeight;
     }
-
-    cairo_surface_flush(surface.get());
-    if (cairo_surface_write_to_png(surface.get(), file.c_str()) != CAIRO_STATUS_SUCCESS)
-        throw std::runtime_error(file.string() + ": cannot be written");
+    canvas.writePng(file);
 }
 
 } // namespace mirelon::bench

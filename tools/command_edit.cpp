@@ -21,7 +21,7 @@ struct Options {
     EditorOptions editor;
     std::string input;
     bool play = false;
-    Drive drive = Drive::both;
+    hosting::Drive drive = hosting::Drive::both;
 };
 
 volatile std::sig_atomic_t interrupted = 0;
@@ -29,7 +29,7 @@ volatile std::sig_atomic_t interrupted = 0;
 void edit(const Options& options) {
     const auto plugin = loadForEditor(options.editor);
     hosting::Effect& effect = plugin->effect;
-    OpenEditor editor(effect, effect.name(), WindowKind::ordinary, options.drive);
+    hosting::OpenEditor editor(effect, effect.name(), hosting::WindowKind::ordinary, options.drive);
 
     std::optional<LiveFeed> feed;
     if (!options.input.empty()) {
@@ -53,8 +53,9 @@ Run defineEdit(CLI::App& parser) {
                                     "An audio file that runs through the plug-in, over and over");
     addEditorOptions(parser, options->editor);
     parser.add_flag("--play", options->play, "Play it on the machine's sound output")->needs(input);
-    const std::map<std::string, Drive> drives{
-        {"idle", Drive::hostIdle}, {"glib", Drive::glib}, {"both", Drive::both}};
+    const std::map<std::string, hosting::Drive> drives{{"idle", hosting::Drive::hostIdle},
+                                                       {"glib", hosting::Drive::glib},
+                                                       {"both", hosting::Drive::both}};
     parser
         .add_option("--drive", options->drive,
                     "What keeps the editor alive: the host's idle command, a GLib main loop or "

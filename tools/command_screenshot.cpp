@@ -5,6 +5,7 @@
 #include "tools/commands.h"
 #include "tools/editoroptions.h"
 #include "tools/nearestname.h"
+#include "tools/pngfile.h"
 #include "tools/window/openeditor.h"
 
 #include <CLI/CLI.hpp>
@@ -36,14 +37,15 @@ void screenshot(const Options& options) {
         throw CommandError(options.picture + ": the picture is a PNG file, its name ends in .png");
     const auto plugin = loadForEditor(options.editor);
     hosting::Effect& effect = plugin->effect;
-    OpenEditor editor(effect, effect.name(), WindowKind::bare, Drive::both);
+    hosting::OpenEditor editor(effect, effect.name(), hosting::WindowKind::bare,
+                               hosting::Drive::both);
     editor.runFor(openingTime);
     std::optional<LiveFeed> feed;
     if (!options.input.empty()) {
         feed.emplace(effect, options.input, Output::none);
         editor.runFor(listeningTime);
     }
-    const Picture picture = editor.picture();
+    const hosting::Picture picture = editor.picture();
     writePng(picture, options.picture);
     std::printf("%s: %d x %d pixels\n", options.picture.c_str(), picture.width, picture.height);
 }

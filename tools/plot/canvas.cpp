@@ -1,9 +1,8 @@
 #include "tools/plot/canvas.h"
 
-#include "tools/commanderror.h"
-#include "tools/replacedfile.h"
+#include "tools/pngfile.h"
 
-#include <exception>
+#include <glib.h>
 #include <new>
 #include <numbers>
 
@@ -11,54 +10,18 @@ namespace mirelon::tools {
 
 namespace {
 
-// The length of the well-formed UTF-8 sequence at the start, 0 for none.
-std::size_t sequenceLength(std::string_view text) {
-    const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
-    const unsigned char lead = byte(0);
-    if (lead >= 0x20 && lead < 0x7F)
-        return 1;
-    const std::size_t length = lead >= 0xC2 && lead < 0xE0   ? 2
-                               : lead >= 0xE0 && lead < 0xF0 ? 3
-                               : lead >= 0xF0 && lead < 0xF5 ? 4
-                                                             : 0;
-    if (length == 0 || text.size() < length)
-        return 0;
-    for (std::size_t i = 1; i < length; ++i) {
-        if ((byte(i) & 0xC0U) != 0x80U)
-            return 0;
-    }
-    // Overlong forms, surrogates and what lies beyond Unicode.
-    const unsigned char second = byte(1);
-    if ((lead == 0xE0 && second < 0xA0) || (lead == 0xED && second >= 0xA0) ||
-        (lead == 0xF0 && second < 0x90) || (lead == 0xF4 && second >= 0x90))
-        return 0;
-    return length;
-}
-
 std::string printable(std::string_view text) {
     std::string result;
     while (!text.empty()) {
-        const std::size_t length = sequenceLength(text);
-        result += length == 0 ? std::string_view("?") : text.substr(0, length);
-        text.remove_prefix(length == 0 ? 1 : length);
+        const gunichar character =
+            g_utf8_get_char_validated(text.data(), static_cast<gssize>(text.size()));
+        const bool shown = character >= 0x20 && character != 0x7F && character <= 0x10FFFF;
+        const auto length =
+            static_cast<std::size_t>(shown ? g_utf8_next_char(text.data()) - text.data() : 1);
+        result += shown ? text.substr(0, length) : "?";
+        text.remove_prefix(length);
     }
     return result;
-}
-
-struct PngStream {
-    ReplacedFile& file;
-    std::exception_ptr failure;
-};
-
-cairo_status_t writeToFile(void* closure, const unsigned char* bytes, unsigned length) {
-    auto& stream = *static_cast<PngStream*>(closure);
-    try {
-        stream.file.write(bytes, length);
-        return CAIRO_STATUS_SUCCESS;
-    } catch (...) {
-        stream.failure = std::current_exception();
-        return CAIRO_STATUS_WRITE_ERROR;
-    }
 }
 
 } // namespace
@@ -130,17 +93,8 @@ void Canvas::fittedText(double x, double y, const std::string& text, double most
     this->text(x, y, shown, style);
 }
 
-void Canvas::writePng(const std::filesystem::path& target) const {
-    ReplacedFile file(target);
-    PngStream stream{file, nullptr};
-    const cairo_status_t status =
-        cairo_surface_write_to_png_stream(surface.get(), writeToFile, &stream);
-    if (stream.failure)
-        std::rethrow_exception(stream.failure);
-    if (status != CAIRO_STATUS_SUCCESS)
-        throw CommandError(target.string() + ": cannot be written (" +
-                           cairo_status_to_string(status) + ")");
-    file.commit();
+void Canvas::writePng(const std::filesystem::path& file) const {
+    tools::writePng(surface.get(), file);
 }
 
 } // namespace mirelon::tools

@@ -1,13 +1,11 @@
 #include "tools/window/hostwindow.h"
 
-#include "tools/commanderror.h"
+#include "hosting/hostingerror.h"
 
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
-#include <cairo.h>
-#include <memory>
 
-namespace mirelon::tools {
+namespace mirelon::hosting {
 
 namespace {
 
@@ -19,24 +17,12 @@ int ignoreError(Display*, XErrorEvent*) {
 
 } // namespace
 
-void writePng(const Picture& picture, const std::string& file) {
-    std::vector<std::uint32_t> pixels(picture.rgb);
-    const std::unique_ptr<cairo_surface_t, decltype(&cairo_surface_destroy)> surface(
-        cairo_image_surface_create_for_data(reinterpret_cast<unsigned char*>(pixels.data()),
-                                            CAIRO_FORMAT_RGB24, picture.width, picture.height,
-                                            4 * picture.width),
-        &cairo_surface_destroy);
-    const cairo_status_t status = cairo_surface_write_to_png(surface.get(), file.c_str());
-    if (status != CAIRO_STATUS_SUCCESS)
-        throw CommandError(file + ": " + cairo_status_to_string(status));
-}
-
 HostWindow::HostWindow(const std::string& title, int width, int height, WindowKind kind)
     : display(XOpenDisplay(nullptr))
     , width(width)
     , height(height) {
     if (display == nullptr)
-        throw CommandError("there is no X display to open a window on (DISPLAY)");
+        throw DisplayError("there is no X display to open a window on (DISPLAY)");
     XSetErrorHandler(ignoreError);
     XSetWindowAttributes attributes{};
     attributes.override_redirect = kind == WindowKind::bare ? True : False;
@@ -90,7 +76,7 @@ Picture HostWindow::picture() const {
     XImage* image = XGetImage(display, window, 0, 0, static_cast<unsigned>(width),
                               static_cast<unsigned>(height), AllPlanes, ZPixmap);
     if (image == nullptr)
-        throw CommandError("the window does not fit on the display");
+        throw DisplayError("the window does not fit on the display");
     Picture result{width, height, {}};
     result.rgb.reserve(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
     for (int y = 0; y < height; ++y)
@@ -100,4 +86,4 @@ Picture HostWindow::picture() const {
     return result;
 }
 
-} // namespace mirelon::tools
+} // namespace mirelon::hosting

@@ -7,16 +7,13 @@
 
 struct _XDisplay;
 
-namespace mirelon::tools {
+namespace mirelon::hosting {
 
 struct Picture {
     int width = 0;
     int height = 0;
     std::vector<std::uint32_t> rgb; // 0xRRGGBB, row by row
 };
-
-// Writes a PNG file. Throws CommandError when that cannot be done.
-void writePng(const Picture& picture, const std::string& file);
 
 // How a window stands on the desktop: like any other, or without a frame and
 // above all others, for as long as it takes to look at it.
@@ -25,7 +22,7 @@ enum class WindowKind { ordinary, bare };
 // Uses an X connection of its own. One thread.
 class HostWindow {
   public:
-    // Throws CommandError without a display.
+    // Throws DisplayError without a display.
     HostWindow(const std::string& title, int width, int height, WindowKind kind);
     ~HostWindow();
     HostWindow(const HostWindow&) = delete;
@@ -37,7 +34,8 @@ class HostWindow {
     // Looks at what has happened to the window; false once the user has asked
     // for it to be closed.
     bool serve();
-    // What is to be seen in the window.
+    // What is to be seen in the window. Throws DisplayError when it is not all on
+    // the display.
     Picture picture() const;
 
   private:
@@ -48,4 +46,4 @@ class HostWindow {
     int height;
 };
 
-} // namespace mirelon::tools
+} // namespace mirelon::hosting

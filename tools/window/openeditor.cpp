@@ -1,11 +1,11 @@
 #include "tools/window/openeditor.h"
 
-#include "tools/commanderror.h"
+#include "hosting/hostingerror.h"
 
 #include <glib.h>
 #include <thread>
 
-namespace mirelon::tools {
+namespace mirelon::hosting {
 
 namespace {
 
@@ -18,23 +18,22 @@ constexpr auto turnInterval = 4ms;
 
 } // namespace
 
-OpenEditor::Size OpenEditor::sizeOf(hosting::Effect& effect) {
+OpenEditor::Size OpenEditor::sizeOf(Effect& effect) {
     ERect* rect = nullptr;
     if (!effect.hasFlag(effFlagsHasEditor) || effect.dispatch(effEditGetRect, 0, 0, &rect) == 0 ||
         rect == nullptr || rect->right <= rect->left || rect->bottom <= rect->top)
-        throw CommandError("the plug-in has no editor");
+        throw PluginError("the plug-in has no editor");
     return {rect->right - rect->left, rect->bottom - rect->top};
 }
 
-OpenEditor::OpenEditor(hosting::Effect& effect, const std::string& title, WindowKind kind,
-                       Drive drive)
+OpenEditor::OpenEditor(Effect& effect, const std::string& title, WindowKind kind, Drive drive)
     : effect(effect)
     , drive(drive)
     , size(sizeOf(effect))
     , window(title, size.width, size.height, kind) {
     window.show();
     if (effect.dispatch(effEditOpen, 0, 0, window.asParent()) == 0)
-        throw CommandError("the plug-in did not open its editor");
+        throw PluginError("the plug-in did not open its editor");
 }
 
 OpenEditor::~OpenEditor() {
@@ -60,4 +59,4 @@ void OpenEditor::runFor(std::chrono::milliseconds time) {
     run([end] { return Clock::now() >= end; });
 }
 
-} // namespace mirelon::tools
+} // namespace mirelon::hosting

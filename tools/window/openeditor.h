@@ -8,7 +8,7 @@
 #include <functional>
 #include <string>
 
-namespace mirelon::tools {
+namespace mirelon::hosting {
 
 // What a host gives an open editor: its idle command, a running GLib main loop,
 // or both. Editors must live with any of them.
@@ -17,9 +17,9 @@ enum class Drive { hostIdle, glib, both };
 // Open for as long as it exists. `effect` must outlive it.
 class OpenEditor {
   public:
-    // Throws CommandError when the effect has no editor, does not open it, or
-    // when there is no display.
-    OpenEditor(hosting::Effect& effect, const std::string& title, WindowKind kind, Drive drive);
+    // Throws PluginError when the effect has no editor or does not open it, and
+    // DisplayError when there is no display.
+    OpenEditor(Effect& effect, const std::string& title, WindowKind kind, Drive drive);
     ~OpenEditor();
     OpenEditor(const OpenEditor&) = delete;
     OpenEditor& operator=(const OpenEditor&) = delete;
@@ -36,12 +36,12 @@ class OpenEditor {
         int width;
         int height;
     };
-    static Size sizeOf(hosting::Effect& effect);
+    static Size sizeOf(Effect& effect);
 
-    hosting::Effect& effect;
+    Effect& effect;
     Drive drive;
     Size size;
     HostWindow window;
 };
 
-} // namespace mirelon::tools
+} // namespace mirelon::hosting
