@@ -6,6 +6,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <glib.h>
 #include <initializer_list>
 #include <nlohmann/json.hpp>
 
@@ -31,15 +32,6 @@ NameBytes nameBytes(const PresetRecord& preset) {
     return bytes;
 }
 
-bool isUtf8(const std::string& text) {
-    try {
-        (void)Json(text).dump();
-        return true;
-    } catch (const Json::type_error&) {
-        return false;
-    }
-}
-
 constexpr const char* hexDigits = "0123456789ABCDEF";
 
 // The shortest number that is this value again: 0.3, not 0.30000001192092896.
@@ -56,7 +48,7 @@ Json jsonOfName(const PresetRecord& preset) {
     PresetRecord clean = preset;
     const std::string text = nameOf(preset);
     clean.setName(text);
-    if (clean.nameWords == preset.nameWords && isUtf8(text))
+    if (clean.nameWords == preset.nameWords && g_utf8_validate(text.c_str(), -1, nullptr) != 0)
         return text;
     std::string digits;
     for (const std::byte byte : nameBytes(preset)) {
