@@ -1,9 +1,9 @@
 // edit [IN]: the plug-in's editor in a window of its own.
+#include "hosting/editorwindow.h"
 #include "tools/audio/livefeed.h"
 #include "tools/commandoptions.h"
 #include "tools/commands.h"
 #include "tools/editoroptions.h"
-#include "tools/window/openeditor.h"
 
 #include <CLI/CLI.hpp>
 #include <csignal>
@@ -29,7 +29,8 @@ volatile std::sig_atomic_t interrupted = 0;
 void edit(const Options& options) {
     const auto plugin = loadForEditor(options.editor);
     hosting::Effect& effect = plugin->effect;
-    hosting::OpenEditor editor(effect, effect.name(), hosting::WindowKind::ordinary, options.drive);
+    hosting::EditorWindow editor(effect, effect.name(), hosting::WindowKind::ordinary,
+                                 options.drive);
 
     std::optional<LiveFeed> feed;
     if (!options.input.empty()) {

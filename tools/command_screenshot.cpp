@@ -1,4 +1,5 @@
 // screenshot OUT.png: what a user sees when the editor opens.
+#include "hosting/editorwindow.h"
 #include "tools/audio/livefeed.h"
 #include "tools/commanderror.h"
 #include "tools/commandoptions.h"
@@ -6,7 +7,6 @@
 #include "tools/editoroptions.h"
 #include "tools/nearestname.h"
 #include "tools/pngfile.h"
-#include "tools/window/openeditor.h"
 
 #include <CLI/CLI.hpp>
 #include <chrono>
@@ -37,8 +37,8 @@ void screenshot(const Options& options) {
         throw CommandError(options.picture + ": the picture is a PNG file, its name ends in .png");
     const auto plugin = loadForEditor(options.editor);
     hosting::Effect& effect = plugin->effect;
-    hosting::OpenEditor editor(effect, effect.name(), hosting::WindowKind::bare,
-                               hosting::Drive::both);
+    hosting::EditorWindow editor(effect, effect.name(), hosting::WindowKind::bare,
+                                 hosting::Drive::both);
     editor.runFor(openingTime);
     std::optional<LiveFeed> feed;
     if (!options.input.empty()) {

@@ -1,7 +1,7 @@
 // PNG files.
 #pragma once
 
-#include "tools/window/hostwindow.h"
+#include "hosting/hostwindow.h"
 
 #include <cairo.h>
 #include <filesystem>

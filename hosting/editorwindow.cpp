@@ -1,4 +1,4 @@
-#include "tools/window/openeditor.h"
+#include "hosting/editorwindow.h"
 
 #include "hosting/hostingerror.h"
 
@@ -18,7 +18,7 @@ constexpr auto turnInterval = 4ms;
 
 } // namespace
 
-OpenEditor::Size OpenEditor::sizeOf(Effect& effect) {
+EditorWindow::Size EditorWindow::sizeOf(Effect& effect) {
     ERect* rect = nullptr;
     if (!effect.hasFlag(effFlagsHasEditor) || effect.dispatch(effEditGetRect, 0, 0, &rect) == 0 ||
         rect == nullptr || rect->right <= rect->left || rect->bottom <= rect->top)
@@ -26,7 +26,7 @@ OpenEditor::Size OpenEditor::sizeOf(Effect& effect) {
     return {rect->right - rect->left, rect->bottom - rect->top};
 }
 
-OpenEditor::OpenEditor(Effect& effect, const std::string& title, WindowKind kind, Drive drive)
+EditorWindow::EditorWindow(Effect& effect, const std::string& title, WindowKind kind, Drive drive)
     : effect(effect)
     , drive(drive)
     , size(sizeOf(effect))
@@ -36,11 +36,11 @@ OpenEditor::OpenEditor(Effect& effect, const std::string& title, WindowKind kind
         throw PluginError("the plug-in did not open its editor");
 }
 
-OpenEditor::~OpenEditor() {
+EditorWindow::~EditorWindow() {
     effect.dispatch(effEditClose);
 }
 
-void OpenEditor::run(const std::function<bool()>& ended) {
+void EditorWindow::run(const std::function<bool()>& ended) {
     auto nextIdle = Clock::now();
     while (window.serve() && !ended()) {
         if (drive != Drive::hostIdle)
@@ -54,7 +54,7 @@ void OpenEditor::run(const std::function<bool()>& ended) {
     }
 }
 
-void OpenEditor::runFor(std::chrono::milliseconds time) {
+void EditorWindow::runFor(std::chrono::milliseconds time) {
     const auto end = Clock::now() + time;
     run([end] { return Clock::now() >= end; });
 }

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "hosting/effect.h"
-#include "tools/window/hostwindow.h"
+#include "hosting/hostwindow.h"
 
 #include <chrono>
 #include <functional>
@@ -15,14 +15,14 @@ namespace mirelon::hosting {
 enum class Drive { hostIdle, glib, both };
 
 // Open for as long as it exists. `effect` must outlive it.
-class OpenEditor {
+class EditorWindow {
   public:
     // Throws PluginError when the effect has no editor or does not open it, and
     // DisplayError when there is no display.
-    OpenEditor(Effect& effect, const std::string& title, WindowKind kind, Drive drive);
-    ~OpenEditor();
-    OpenEditor(const OpenEditor&) = delete;
-    OpenEditor& operator=(const OpenEditor&) = delete;
+    EditorWindow(Effect& effect, const std::string& title, WindowKind kind, Drive drive);
+    ~EditorWindow();
+    EditorWindow(const EditorWindow&) = delete;
+    EditorWindow& operator=(const EditorWindow&) = delete;
 
     // Serves window and editor until the user closes the window or `ended` says
     // so.

@@ -1,4 +1,4 @@
-#include "tools/window/hostwindow.h"
+#include "hosting/hostwindow.h"
 
 #include "hosting/hostingerror.h"
 
