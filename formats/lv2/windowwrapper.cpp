@@ -113,8 +113,16 @@ void WindowWrapper::followParameter(VstInt32 index, float port) {
 }
 
 void WindowWrapper::followBank(ChunkImage& bank) {
-    if (answer == Answer::outdated)
-        return askForBank();
+    // The user was faster: what they chose goes out first, and the bank that
+    // is asked for then has it.
+    if (changed)
+        sendEverything();
+    else if (answer != Answer::outdated)
+        return applyBank(bank);
+    askForBank();
+}
+
+void WindowWrapper::applyBank(ChunkImage& bank) {
     answer = Answer::received;
     const Raised own(following);
     effect().applyChunk(bank);

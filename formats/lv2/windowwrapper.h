@@ -54,6 +54,7 @@ class WindowWrapper : private EffectHost {
     void openIn(void* parent, const LV2_Feature* const* features);
     void followParameter(VstInt32 index, float port);
     void followBank(ChunkImage& bank);
+    void applyBank(ChunkImage& bank);
     void askForBank();
     void sendEverything();
     void writeParameter(VstInt32 index, float value);

@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <cstdlib>
+#include <glib.h>
 #include <limits>
 #include <thread>
 
@@ -72,6 +73,15 @@ void Lv2WindowHost::run(std::chrono::milliseconds time) {
     const auto end = std::chrono::steady_clock::now() + time;
     do {
         turn();
+        std::this_thread::sleep_for(4ms);
+    } while (std::chrono::steady_clock::now() < end);
+}
+
+void Lv2WindowHost::runMainLoop(std::chrono::milliseconds time) {
+    const auto end = std::chrono::steady_clock::now() + time;
+    do {
+        while (g_main_context_iteration(nullptr, FALSE) != FALSE) {
+        }
         std::this_thread::sleep_for(4ms);
     } while (std::chrono::steady_clock::now() < end);
 }

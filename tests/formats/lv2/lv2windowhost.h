@@ -31,6 +31,9 @@ class Lv2WindowHost {
 
     // Lets the host's loop run.
     void run(std::chrono::milliseconds time = std::chrono::milliseconds(80));
+    // Lets only what hangs on GLib's main loop run: the window's input, not its
+    // idle.
+    static void runMainLoop(std::chrono::milliseconds time = std::chrono::milliseconds(80));
 
     void moveTo(int x, int y);
     void click(int x, int y, unsigned button = 1);

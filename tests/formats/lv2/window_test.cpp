@@ -365,5 +365,23 @@ TEST(Lv2WindowOfAPlayingPlugIn, AsksAgainWhenTheUserWasFasterThanTheAnswer) {
     EXPECT_NE(host.pixels(), chosen); // the second answer counts
 }
 
+TEST(Lv2WindowOfAPlayingPlugIn, SendsWhatTheUserDidJustBeforeTheAnswerCame) {
+    Lv2WindowHost host;
+    host.open(); // nothing plays yet: the question stays unanswered
+    host.run();
+    const auto state = hosting::Lv2Instance(lv2Bundle(), 48000.0).save();
+    ChunkImage old{};
+    std::ranges::copy(state.at(lv2::bankPropertyUri).value, old.begin());
+    host.moveTo(rockerRight.x, rockerRight.y);
+    host.parent->press();
+    host.runMainLoop(); // no idle of the window's
+    host.window->tell(lv2::kPortNotify, lv2::formBankMessage(lv2Types(), old));
+    host.parent->release();
+    host.run();
+    ASSERT_EQ(host.banksWritten().size(), 1U);
+    EXPECT_NE(host.banksWritten().back(), old);
+    EXPECT_EQ(host.questions(), 2);
+}
+
 } // namespace
 } // namespace mirelon::test
