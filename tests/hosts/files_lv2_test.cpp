@@ -149,8 +149,7 @@ TEST_P(FileThroughLv2, IsTheFileThatMirelonHostRenders) {
                 render.push_back(std::string(parameterAt(index).name) + '=' +
                                  normalised(setting, index));
             }
-            render.push_back(in);
-            render.push_back(expected);
+            render.insert(render.end(), {"--overwrite", in, expected});
             ASSERT_EQ(home.run(render, seconds(30)).exitCode, 0);
 
             const std::string out = home / "out.wav";
