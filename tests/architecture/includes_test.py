@@ -17,6 +17,8 @@ loader.exec_module(includes)
 
 # A tree with one header a room, and the single headers that others may have.
 SOUND = {
+    "formats/a.h": '#include "editor/a.h"\n#include "processor/a.h"\n#include "processor/core/a.h"\n'
+    '#include "presetsystem/a.h"\n#include "shell/a.h"\n',
     "editor/a.h": '#include "processor/a.h"\n#include "processor/core/a.h"\n#include "platform/a.h"\n'
     '#include "presetsystem/a.h"\n#include "resources/a.h"\n',
     "processor/a.h": '#include "presetsystem/a.h"\n#include "processor/core/a.h"\n',
