@@ -1,10 +1,12 @@
 // The parameters. Each is one index and one row of the table: what a host is told
-// of it, which coefficients it governs and by which laws, and how its value reads.
-// What the table leaves out does not compile (parameterchecks.h).
+// of it, which coefficients it governs and by which laws, how its value reads and
+// how such a text is understood. What the table leaves out does not compile
+// (parameterchecks.h). Longer than other headers because every row stands here.
 #pragma once
 
 #include "processor/core/coefficients.h"
 #include "processor/core/displaytext.h"
+#include "processor/core/parametertext.h"
 
 #include <array>
 #include <cstddef>
@@ -42,6 +44,7 @@ struct Parameter {
     ParameterKind kind;
     float initial; // normalised
     Display& display;
+    Reader& reader;                         // what undoes the display
     Governed working;                       // the value in the parameter's own unit
     std::optional<Governed> companion = {}; // of parameters with two coefficients
 };
@@ -53,6 +56,7 @@ inline constexpr std::array<Parameter, kNumParams> parameterTable{{
      .kind = ParameterKind::continuous,
      .initial = 0.5F,
      .display = displays::width,
+     .reader = readers::width,
      .working = {&Coefficients::widthSide, laws::sideGain},
      .companion = Governed{&Coefficients::widthNorm, laws::sideNorm}},
     {.index = kParamGain,
@@ -61,6 +65,7 @@ inline constexpr std::array<Parameter, kNumParams> parameterTable{{
      .kind = ParameterKind::continuous,
      .initial = 0.5F,
      .display = displays::gain,
+     .reader = readers::gain,
      .working = {&Coefficients::gainLin, laws::linearGain}},
     {.index = kParamBalance,
      .name = "balance",
@@ -68,6 +73,7 @@ inline constexpr std::array<Parameter, kNumParams> parameterTable{{
      .kind = ParameterKind::continuous,
      .initial = 0.5F,
      .display = displays::position,
+     .reader = readers::position,
      .working = {&Coefficients::balanceL, laws::rising},
      .companion = Governed{&Coefficients::balanceR, laws::falling}},
     {.index = kParamStability,
@@ -76,6 +82,7 @@ inline constexpr std::array<Parameter, kNumParams> parameterTable{{
      .kind = ParameterKind::continuous,
      .initial = 0.5F,
      .display = displays::position,
+     .reader = readers::position,
      .working = {&Coefficients::stabilityL, laws::rising},
      .companion = Governed{&Coefficients::stabilityR, laws::falling}},
     {.index = kParamCenterPos,
@@ -84,6 +91,7 @@ inline constexpr std::array<Parameter, kNumParams> parameterTable{{
      .kind = ParameterKind::continuous,
      .initial = 0.5F,
      .display = displays::position,
+     .reader = readers::position,
      .working = {&Coefficients::centerL, laws::risingByHalf},
      .companion = Governed{&Coefficients::centerR, laws::fallingByHalf}},
     {.index = kParamProcess,
@@ -92,6 +100,7 @@ inline constexpr std::array<Parameter, kNumParams> parameterTable{{
      .kind = ParameterKind::onOff,
      .initial = 1.0F,
      .display = displays::onOff,
+     .reader = readers::onOff,
      .working = {&Coefficients::processOn, laws::onOff}},
     {.index = kParamPhase,
      .name = "phase",
@@ -99,6 +108,7 @@ inline constexpr std::array<Parameter, kNumParams> parameterTable{{
      .kind = ParameterKind::onOff,
      .initial = 0.0F,
      .display = displays::onOff,
+     .reader = readers::onOff,
      .working = {&Coefficients::phaseOn, laws::onOff}},
     {.index = kParamInvertL,
      .name = "-L",
@@ -106,6 +116,7 @@ inline constexpr std::array<Parameter, kNumParams> parameterTable{{
      .kind = ParameterKind::onOff,
      .initial = 0.0F,
      .display = displays::polarityL,
+     .reader = readers::polarityL,
      .working = {&Coefficients::invertL, laws::onOff}},
     {.index = kParamInvertR,
      .name = "-R",
@@ -113,6 +124,7 @@ inline constexpr std::array<Parameter, kNumParams> parameterTable{{
      .kind = ParameterKind::onOff,
      .initial = 0.0F,
      .display = displays::polarityR,
+     .reader = readers::polarityR,
      .working = {&Coefficients::invertR, laws::onOff}},
 }};
 

@@ -92,35 +92,6 @@ bool isWhole(std::string_view number) noexcept {
     return number.find('.') == std::string_view::npos;
 }
 
-std::optional<float> widthOf(std::string_view text) noexcept {
-    takeEnding(text, "%");
-    const auto percent = numberIn(text);
-    if (!percent)
-        return std::nullopt;
-    const auto fallsShort = [wanted = static_cast<float>(*percent), text](float value) {
-        return isWhole(text) &&
-               coefficientsOf(kParamWidth, value).widthSide * 2.0F * 100.0F < wanted;
-    };
-    return nudged(std::sqrt(std::max(*percent, 0.0) / 400.0), 1.0F, fallsShort);
-}
-
-std::optional<float> gainOf(std::string_view text) noexcept {
-    takeEnding(text, "db");
-    if (text == "-oo")
-        return 0.0F;
-    const auto decibels = numberIn(text);
-    if (!decibels)
-        return std::nullopt;
-    const float end = std::signbit(*decibels) ? 0.0F : 1.0F;
-    if (*decibels == 0.0) // hosts show "-0.00" just below the middle
-        return std::signbit(*decibels) ? std::nextafter(0.5F, end) : 0.5F;
-    const auto fallsShort = [wanted = std::fabs(*decibels), text](float value) {
-        const auto gain = static_cast<double>(coefficientsOf(kParamGain, value).gainLin);
-        return isWhole(text) && std::fabs(std::log10(gain) * 20.0) < wanted;
-    };
-    return nudged(0.5 + *decibels / 24.0, end, fallsShort);
-}
-
 // A number of per cent with its side, 'l' or 'r', as hosts show it. From 1 % on
 // it is not to fall into the band that they show as the middle.
 float positionOf(char side, double percent) noexcept {
@@ -145,7 +116,52 @@ float windowPositionOf(char side, double steps) noexcept {
     });
 }
 
-std::optional<float> sidedPositionOf(std::string_view text) noexcept {
+std::optional<float> switchOf(std::string_view text, std::string_view on,
+                              std::string_view off) noexcept {
+    if (text == "on" || text == on)
+        return 1.0F;
+    if (text == "off" || text == off)
+        return 0.0F;
+    const auto number = numberIn(text);
+    if (!number)
+        return std::nullopt;
+    return *number >= 0.5 ? 1.0F : 0.0F;
+}
+
+} // namespace
+
+namespace readers {
+
+std::optional<float> width(std::string_view text) noexcept {
+    takeEnding(text, "%");
+    const auto percent = numberIn(text);
+    if (!percent)
+        return std::nullopt;
+    const auto fallsShort = [wanted = static_cast<float>(*percent), text](float value) {
+        return isWhole(text) &&
+               coefficientsOf(kParamWidth, value).widthSide * 2.0F * 100.0F < wanted;
+    };
+    return nudged(std::sqrt(std::max(*percent, 0.0) / 400.0), 1.0F, fallsShort);
+}
+
+std::optional<float> gain(std::string_view text) noexcept {
+    takeEnding(text, "db");
+    if (text == "-oo")
+        return 0.0F;
+    const auto decibels = numberIn(text);
+    if (!decibels)
+        return std::nullopt;
+    const float end = std::signbit(*decibels) ? 0.0F : 1.0F;
+    if (*decibels == 0.0) // hosts show "-0.00" just below the middle
+        return std::signbit(*decibels) ? std::nextafter(0.5F, end) : 0.5F;
+    const auto fallsShort = [wanted = std::fabs(*decibels), text](float value) {
+        const auto gain = static_cast<double>(coefficientsOf(kParamGain, value).gainLin);
+        return isWhole(text) && std::fabs(std::log10(gain) * 20.0) < wanted;
+    };
+    return nudged(0.5 + *decibels / 24.0, end, fallsShort);
+}
+
+std::optional<float> position(std::string_view text) noexcept {
     if (text == "c")
         return 0.5F;
     if (const auto percent = numberIn(text))
@@ -168,43 +184,25 @@ std::optional<float> sidedPositionOf(std::string_view text) noexcept {
     return std::nullopt;
 }
 
-std::optional<float> switchOf(std::string_view text, std::string_view on,
-                              std::string_view off) noexcept {
-    if (text == "on" || text == on)
-        return 1.0F;
-    if (text == "off" || text == off)
-        return 0.0F;
-    const auto number = numberIn(text);
-    if (!number)
-        return std::nullopt;
-    return *number >= 0.5 ? 1.0F : 0.0F;
+std::optional<float> onOff(std::string_view text) noexcept {
+    return switchOf(text, "on", "off");
 }
 
-} // namespace
+std::optional<float> polarityL(std::string_view text) noexcept {
+    return switchOf(text, "-l", "+l");
+}
+
+std::optional<float> polarityR(std::string_view text) noexcept {
+    return switchOf(text, "-r", "+r");
+}
+
+} // namespace readers
 
 std::optional<float> parameterValueOf(int index, std::string_view text) noexcept {
     const PlainText plain(text);
-    if (plain.view().empty())
+    if (plain.view().empty() || !isParameter(index))
         return std::nullopt;
-    switch (index) {
-    case kParamWidth:
-        return widthOf(plain.view());
-    case kParamGain:
-        return gainOf(plain.view());
-    case kParamBalance:
-    case kParamStability:
-    case kParamCenterPos:
-        return sidedPositionOf(plain.view());
-    case kParamProcess:
-    case kParamPhase:
-        return switchOf(plain.view(), "on", "off");
-    case kParamInvertL:
-        return switchOf(plain.view(), "-l", "+l");
-    case kParamInvertR:
-        return switchOf(plain.view(), "-r", "+r");
-    default:
-        return std::nullopt;
-    }
+    return parameterAt(index).reader(plain.view());
 }
 
 } // namespace mirelon

@@ -1,12 +1,25 @@
 // The way back from a parameter's text to its value.
 #pragma once
 
-#include "processor/core/parameters.h"
-
 #include <optional>
 #include <string_view>
 
 namespace mirelon {
+
+// Reads a parameter's text, which is in lower case, has a point before the decimals
+// and no blanks around it; nothing if it is none.
+using Reader = std::optional<float>(std::string_view text) noexcept;
+
+namespace readers {
+
+std::optional<float> width(std::string_view text) noexcept;    // %
+std::optional<float> gain(std::string_view text) noexcept;     // dB
+std::optional<float> position(std::string_view text) noexcept; // "50r" to "50l"
+std::optional<float> onOff(std::string_view text) noexcept;
+std::optional<float> polarityL(std::string_view text) noexcept;
+std::optional<float> polarityR(std::string_view text) noexcept;
+
+} // namespace readers
 
 // The normalised value that `text` stands for as parameter `index`. Everything
 // that hosts and the window show is understood, and shown again as it was read:

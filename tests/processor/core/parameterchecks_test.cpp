@@ -25,6 +25,7 @@ class ParameterChecks : public testing::Test {
                         .kind = before.kind,
                         .initial = before.initial,
                         .display = before.display,
+                        .reader = before.reader,
                         .working = working,
                         .companion = companion};
         std::ranges::copy(before.name, after.name);
