@@ -1,4 +1,5 @@
-// The effect class with the whole VST 2.4 command set and the host services.
+// The effect class with the whole VST 2.4 command set and the host services;
+// as long as that set.
 #pragma once
 
 #include "shell/audioeffect.h"

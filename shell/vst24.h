@@ -3,7 +3,8 @@
 //
 // Layouts are those of the platform's C calling convention (natural alignment,
 // little-endian, 8-byte pointers). Every record that crosses the boundary is
-// checked below, so a change that would break a host does not compile.
+// checked below, so a change that would break a host does not compile. One
+// interface, so one header, however long.
 #pragma once
 
 // VSTGUI declares its own VstKeyCode unless this name says that an interface

@@ -14,6 +14,8 @@
 //   2^600 times smaller                    2 * 2^-1074
 // A product that was rounded before it came to the third line could stand on a
 // half there that it does not have: what was lost decides then.
+//
+// Long for a header: the steps are one argument and would not be followed apart.
 #pragma once
 
 #include "processor/core/denormallimit.h"

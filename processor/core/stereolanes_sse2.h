@@ -1,6 +1,6 @@
 // 128-bit registers as every x86-64 processor has them, as the grouped loop uses
 // them. There is no fused multiply-add: it is put together from operations whose
-// rounding errors are computed as well.
+// rounding errors are computed as well, which is what makes this header long.
 #pragma once
 
 #include "processor/core/exactfma.h"

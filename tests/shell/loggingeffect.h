@@ -1,4 +1,4 @@
-// An effect that notes every operation it is asked for.
+// An effect that notes every operation it is asked for; as long as the command set.
 #pragma once
 
 #include "shell/audioeffectx.h"
