@@ -6,6 +6,7 @@
 
 #include <chrono>
 #include <functional>
+#include <optional>
 #include <string>
 
 namespace mirelon::hosting {
@@ -14,34 +15,46 @@ namespace mirelon::hosting {
 // or both. Editors must live with any of them.
 enum class Drive { hostIdle, glib, both };
 
-// Open for as long as it exists. `effect` must outlive it.
+// One iteration of the host's loop. Without an effect nobody gets an idle command.
+void iterateHostLoop(Drive drive, const Effect* effect);
+
+// Width and height of the editor; nothing when the effect has none or says
+// nothing useful of it.
+struct EditorSize {
+    int width;
+    int height;
+};
+std::optional<EditorSize> editorSize(const Effect& effect);
+
+// `effect` must outlive it. One thread: the one that hosts all editors.
 class EditorWindow {
   public:
-    // Throws PluginError when the effect has no editor or does not open it, and
-    // DisplayError when there is no display.
+    // The window has the editor's size, or a usual one where that is not known
+    // yet. Throws PluginError when the effect has no editor, and DisplayError
+    // when there is no display.
     EditorWindow(Effect& effect, const std::string& title, WindowKind kind, Drive drive);
-    ~EditorWindow();
+    ~EditorWindow(); // closes the editor
     EditorWindow(const EditorWindow&) = delete;
     EditorWindow& operator=(const EditorWindow&) = delete;
+
+    // Shows the window and opens the editor in it, any number of times. Answers
+    // whether the effect says that it did.
+    bool open();
+    void close();
+    bool isOpen() const { return opened; }
 
     // Serves window and editor until the user closes the window or `ended` says
     // so.
     void run(const std::function<bool()>& ended);
     void runFor(std::chrono::milliseconds time);
 
-    Picture picture() const { return window.picture(); }
+    const HostWindow& window() const { return host; }
 
   private:
-    struct Size {
-        int width;
-        int height;
-    };
-    static Size sizeOf(Effect& effect);
-
     Effect& effect;
     Drive drive;
-    Size size;
-    HostWindow window;
+    HostWindow host;
+    bool opened = false;
 };
 
 } // namespace mirelon::hosting

@@ -4,26 +4,39 @@
 
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
+#include <utility>
 
 namespace mirelon::hosting {
 
 namespace {
 
-// Xlib ends the program on an error by default. What a plug-in does to the
-// window is no reason for that.
 int ignoreError(Display*, XErrorEvent*) {
     return 0;
 }
 
 } // namespace
 
+void ignoreXErrors() {
+    XSetErrorHandler(ignoreError);
+}
+
+std::vector<unsigned long> childrenOf(Display* display, unsigned long window) {
+    Window root = 0;
+    Window parent = 0;
+    Window* list = nullptr;
+    unsigned count = 0;
+    XSync(display, False);
+    if (XQueryTree(display, window, &root, &parent, &list, &count) == 0 || list == nullptr)
+        return {};
+    std::vector<unsigned long> children(list, list + count);
+    XFree(list);
+    return children;
+}
+
 HostWindow::HostWindow(const std::string& title, int width, int height, WindowKind kind)
-    : display(XOpenDisplay(nullptr))
-    , width(width)
-    , height(height) {
+    : display(XOpenDisplay(nullptr)) {
     if (display == nullptr)
         throw DisplayError("there is no X display to open a window on (DISPLAY)");
-    XSetErrorHandler(ignoreError);
     XSetWindowAttributes attributes{};
     attributes.override_redirect = kind == WindowKind::bare ? True : False;
     attributes.event_mask = StructureNotifyMask;
@@ -72,18 +85,10 @@ bool HostWindow::serve() {
 }
 
 Picture HostWindow::picture() const {
-    XSync(display, False);
-    XImage* image = XGetImage(display, window, 0, 0, static_cast<unsigned>(width),
-                              static_cast<unsigned>(height), AllPlanes, ZPixmap);
-    if (image == nullptr)
+    auto picture = pictureOf(display, window);
+    if (!picture)
         throw DisplayError("the window does not fit on the display");
-    Picture result{width, height, {}};
-    result.rgb.reserve(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
-    for (int y = 0; y < height; ++y)
-        for (int x = 0; x < width; ++x)
-            result.rgb.push_back(static_cast<std::uint32_t>(XGetPixel(image, x, y)) & 0xFFFFFFU);
-    XDestroyImage(image);
-    return result;
+    return *std::move(picture);
 }
 
 } // namespace mirelon::hosting

@@ -1,5 +1,4 @@
 // edit [IN]: the plug-in's editor in a window of its own.
-#include "hosting/editorwindow.h"
 #include "tools/audio/livefeed.h"
 #include "tools/commandoptions.h"
 #include "tools/commands.h"
@@ -29,8 +28,7 @@ volatile std::sig_atomic_t interrupted = 0;
 void edit(const Options& options) {
     const auto plugin = loadForEditor(options.editor);
     hosting::Effect& effect = plugin->effect;
-    hosting::EditorWindow editor(effect, effect.name(), hosting::WindowKind::ordinary,
-                                 options.drive);
+    const auto editor = openEditor(effect, hosting::WindowKind::ordinary, options.drive);
 
     std::optional<LiveFeed> feed;
     if (!options.input.empty()) {
@@ -43,7 +41,7 @@ void edit(const Options& options) {
     }
     std::signal(SIGINT, [](int) { interrupted = 1; });
     std::signal(SIGTERM, [](int) { interrupted = 1; });
-    editor.run([] { return interrupted != 0; });
+    editor->run([] { return interrupted != 0; });
 }
 
 } // namespace

@@ -1,5 +1,4 @@
 // screenshot OUT.png: what a user sees when the editor opens.
-#include "hosting/editorwindow.h"
 #include "tools/audio/livefeed.h"
 #include "tools/commanderror.h"
 #include "tools/commandoptions.h"
@@ -37,15 +36,14 @@ void screenshot(const Options& options) {
         throw CommandError(options.picture + ": the picture is a PNG file, its name ends in .png");
     const auto plugin = loadForEditor(options.editor);
     hosting::Effect& effect = plugin->effect;
-    hosting::EditorWindow editor(effect, effect.name(), hosting::WindowKind::bare,
-                                 hosting::Drive::both);
-    editor.runFor(openingTime);
+    const auto editor = openEditor(effect, hosting::WindowKind::bare, hosting::Drive::both);
+    editor->runFor(openingTime);
     std::optional<LiveFeed> feed;
     if (!options.input.empty()) {
         feed.emplace(effect, options.input, Output::none);
-        editor.runFor(listeningTime);
+        editor->runFor(listeningTime);
     }
-    const hosting::Picture picture = editor.picture();
+    const hosting::Picture picture = editor->window().picture();
     writePng(picture, options.picture);
     std::printf("%s: %d x %d pixels\n", options.picture.c_str(), picture.width, picture.height);
 }

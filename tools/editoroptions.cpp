@@ -18,4 +18,15 @@ std::unique_ptr<LoadedPlugin> loadForEditor(const EditorOptions& options) {
     return plugin;
 }
 
+std::unique_ptr<hosting::EditorWindow> openEditor(hosting::Effect& effect, hosting::WindowKind kind,
+                                                  hosting::Drive drive) {
+    hosting::ignoreXErrors();
+    if (!hosting::editorSize(effect))
+        throw CommandError("the plug-in has no editor");
+    auto editor = std::make_unique<hosting::EditorWindow>(effect, effect.name(), kind, drive);
+    if (!editor->open())
+        throw CommandError("the plug-in did not open its editor");
+    return editor;
+}
+
 } // namespace mirelon::tools

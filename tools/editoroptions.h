@@ -1,6 +1,7 @@
 // What the commands that show an editor have in common.
 #pragma once
 
+#include "hosting/editorwindow.h"
 #include "tools/loadedplugin.h"
 
 #include <memory>
@@ -20,5 +21,9 @@ struct EditorOptions {
 // the environment, which is set for it. Throws CommandError or
 // hosting::HostingError; also when it is no stereo effect.
 std::unique_ptr<LoadedPlugin> loadForEditor(const EditorOptions& options);
+
+// Its editor in a window with the effect's name. Throws as above.
+std::unique_ptr<hosting::EditorWindow> openEditor(hosting::Effect& effect, hosting::WindowKind kind,
+                                                  hosting::Drive drive);
 
 } // namespace mirelon::tools

@@ -1,7 +1,7 @@
 // PNG files.
 #pragma once
 
-#include "hosting/hostwindow.h"
+#include "hosting/picture.h"
 
 #include <cairo.h>
 #include <filesystem>

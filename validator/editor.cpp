@@ -1,7 +1,7 @@
 // The editor: opened again and again, beside audio, and before a host has said
 // anything useful about rate and block size.
 #include "validator/audioblock.h"
-#include "validator/editorwindow.h"
+#include "validator/checkededitor.h"
 #include "validator/instance.h"
 
 #include <array>
@@ -17,7 +17,7 @@ using namespace std::chrono_literals;
 
 std::string openedTwice(const Subject& subject) {
     Instance instance(subject);
-    EditorWindow editor(instance.effect);
+    CheckedEditor editor(instance.effect);
     for (int i = 0; i < 2; ++i) {
         editor.open();
         editor.idle(200ms);
@@ -29,8 +29,8 @@ std::string openedTwice(const Subject& subject) {
 std::string inTwoInstances(const Subject& subject) {
     Instance first(subject);
     Instance second(subject);
-    EditorWindow one(first.effect);
-    EditorWindow other(second.effect);
+    CheckedEditor one(first.effect);
+    CheckedEditor other(second.effect);
     one.open();
     other.open();
     one.idle(100ms);
@@ -42,7 +42,7 @@ std::string inTwoInstances(const Subject& subject) {
 
 std::string whileProcessing(const Subject& subject) {
     Instance instance(subject);
-    EditorWindow editor(instance.effect);
+    CheckedEditor editor(instance.effect);
     start(instance.effect, 48000, 256);
     std::atomic<bool> stop{false};
     std::exception_ptr failure;
@@ -80,7 +80,7 @@ std::string whileProcessing(const Subject& subject) {
 std::string withRateAndBlockZero(const Subject& subject) {
     Instance instance(subject);
     hosting::Effect& effect = instance.effect;
-    EditorWindow editor(effect);
+    CheckedEditor editor(effect);
     announce(0, 0);
     effect.setSampleRate(0.0F);
     effect.setBlockSize(0);

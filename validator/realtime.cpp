@@ -1,6 +1,6 @@
 // What must not happen on an audio thread: allocation, lock, file, system call.
 #include "validator/audioblock.h"
-#include "validator/editorwindow.h"
+#include "validator/checkededitor.h"
 #include "validator/instance.h"
 #include "validator/rtguard.h"
 
@@ -118,7 +118,7 @@ std::string besideEditor(const Subject& subject) {
     const RealTimeGuard guard;
     Instance instance(subject);
     hosting::Effect& effect = instance.effect;
-    EditorWindow editor(effect);
+    CheckedEditor editor(effect);
     start(effect, 48000, 64);
     editor.open();
     std::atomic<bool> stop{false};

@@ -1,7 +1,7 @@
 // State: what is saved comes back, here, in a new instance, and whether or not
 // the editor is open.
 #include "validator/audioblock.h"
-#include "validator/editorwindow.h"
+#include "validator/checkededitor.h"
 #include "validator/instance.h"
 
 #include <array>
@@ -66,7 +66,7 @@ std::string freshInstance(const Subject& subject) {
 std::string withEditor(const Subject& subject) {
     Instance instance(subject);
     hosting::Effect& effect = instance.effect;
-    EditorWindow editor(effect);
+    CheckedEditor editor(effect);
     scramble(effect, subject.seed);
     const auto state = stateOf(effect);
     const auto values = parameterValues(effect);

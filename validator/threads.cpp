@@ -1,6 +1,6 @@
 // Everything at once, each on the thread that a host does it on.
 #include "validator/audioblock.h"
-#include "validator/editorwindow.h"
+#include "validator/checkededitor.h"
 #include "validator/instance.h"
 
 #include <array>
@@ -56,7 +56,7 @@ class Crew {
 std::string everythingAtOnce(const Subject& subject, bool withEditor) {
     Instance instance(subject);
     hosting::Effect& effect = instance.effect;
-    std::optional<EditorWindow> editor;
+    std::optional<CheckedEditor> editor;
     if (withEditor)
         editor.emplace(effect);
     start(effect, 48000, 256);

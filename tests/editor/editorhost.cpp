@@ -4,8 +4,11 @@
 
 #include <X11/keysym.h>
 #include <cstdlib>
-#include <glib.h>
 #include <thread>
+
+void mirelon::hosting::PrintTo(Drive drive, std::ostream* out) {
+    *out << (drive == Drive::hostIdle ? "HostIdle" : drive == Drive::glib ? "Glib" : "Both");
+}
 
 namespace mirelon::test {
 
@@ -19,10 +22,6 @@ constexpr double windowWidth = 324;
 constexpr double elsewhere = 20;
 
 } // namespace
-
-void PrintTo(Drive drive, std::ostream* out) {
-    *out << (drive == Drive::hostIdle ? "HostIdle" : drive == Drive::glib ? "Glib" : "Both");
-}
 
 const hosting::Module& EditorHost::module() {
     return pluginModule();
@@ -60,11 +59,7 @@ void EditorHost::close() {
 }
 
 void EditorHost::iterate() {
-    if (drive != Drive::hostIdle)
-        while (g_main_context_iteration(nullptr, FALSE) != FALSE) {
-        }
-    if (drive != Drive::glib && effect != nullptr)
-        effect->dispatch(effEditIdle);
+    iterateHostLoop(drive, effect.get());
 }
 
 void EditorHost::run(std::chrono::milliseconds time) {

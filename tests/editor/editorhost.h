@@ -2,6 +2,7 @@
 // it with pointer and keys.
 #pragma once
 
+#include "hosting/editorwindow.h"
 #include "hosting/hosting.h"
 #include "tests/support/temporaryfolder.h"
 #include "tests/support/xwindow.h"
@@ -13,13 +14,13 @@
 #include <string>
 #include <string_view>
 
+namespace mirelon::hosting {
+void PrintTo(Drive drive, std::ostream* out);
+}
+
 namespace mirelon::test {
 
-// What keeps an editor alive: the host's idle command, or the host's GLib main
-// loop.
-enum class Drive { hostIdle, glib, both };
-
-void PrintTo(Drive drive, std::ostream* out);
+using hosting::Drive;
 
 class EditorHost {
   public:

@@ -16,25 +16,8 @@ namespace {
 
 constexpr auto windowManagerFile = "/usr/bin/openbox";
 
-// Windows of other programs may be gone at any moment.
-int ignoreError(Display*, XErrorEvent*) {
-    return 0;
-}
-
 void pause() {
     std::this_thread::sleep_for(std::chrono::milliseconds(40));
-}
-
-std::vector<Window> childrenOf(Display* display, Window window) {
-    Window root = 0;
-    Window parent = 0;
-    Window* list = nullptr;
-    unsigned count = 0;
-    if (XQueryTree(display, window, &root, &parent, &list, &count) == 0 || list == nullptr)
-        return {};
-    std::vector<Window> children(list, list + count);
-    XFree(list);
-    return children;
 }
 
 std::string titleOf(Display* display, Window window) {
@@ -49,7 +32,7 @@ std::string titleOf(Display* display, Window window) {
 // The first window for which `wanted` holds, from `window` downwards.
 template <typename Wanted>
 std::optional<Window> search(Display* display, Window window, Wanted wanted) {
-    for (const Window child : childrenOf(display, window)) {
+    for (const Window child : hosting::childrenOf(display, window)) {
         if (wanted(child))
             return child;
         if (const auto found = search(display, child, wanted))
@@ -88,7 +71,7 @@ Screen::Screen(const Environment& environment, const std::filesystem::path& log)
     : connection(XOpenDisplay(display().c_str())) {
     if (connection == nullptr)
         throw std::runtime_error("no connection to " + display());
-    XSetErrorHandler(ignoreError);
+    hosting::ignoreXErrors(); // windows of other programs may be gone at any moment
     // On a busy machine a key is let go late, which no program is to take for a
     // key held down.
     XAutoRepeatOff(connection);
@@ -127,19 +110,7 @@ std::optional<Screen::WindowId> Screen::inside(WindowId window, const std::strin
 }
 
 Pixels Screen::pixels(WindowId window) const {
-    XWindowAttributes attributes{};
-    if (XGetWindowAttributes(connection, window, &attributes) == 0)
-        return {};
-    XImage* image = XGetImage(connection, window, 0, 0, static_cast<unsigned>(attributes.width),
-                              static_cast<unsigned>(attributes.height), AllPlanes, ZPixmap);
-    if (image == nullptr)
-        return {};
-    Pixels result{attributes.width, attributes.height, {}};
-    for (int y = 0; y < result.height; ++y)
-        for (int x = 0; x < result.width; ++x)
-            result.rgb.push_back(static_cast<std::uint32_t>(XGetPixel(image, x, y)) & 0xFFFFFFU);
-    XDestroyImage(image);
-    return result;
+    return hosting::pictureOf(connection, window).value_or(Pixels{});
 }
 
 void Screen::pointAt(WindowId window, Position at) {

@@ -12,63 +12,30 @@ namespace mirelon::test {
 
 namespace {
 
-// Xlib ends the process on an error by default; a window that has gone is
-// part of what is tested.
-int ignoreError(Display*, XErrorEvent*) {
-    return 0;
-}
-
 struct CloseDisplay {
     void operator()(Display* display) const { XCloseDisplay(display); }
 };
 using Connection = std::unique_ptr<Display, CloseDisplay>;
 
-Connection connectToDisplay() {
+void prepareDisplay() {
     VirtualDisplay::start();
-    XSetErrorHandler(ignoreError);
+    hosting::ignoreXErrors(); // a window that has gone is part of what is tested
+}
+
+Connection connectToDisplay() {
+    prepareDisplay();
     Connection connection(XOpenDisplay(nullptr));
     if (connection == nullptr)
         throw std::runtime_error("no display");
     return connection;
 }
 
-// What is to be seen in a window; nothing when it is not on the screen.
-Pixels grab(Display* display, Window window, int width, int height) {
-    XSync(display, False);
-    XImage* image = XGetImage(display, window, 0, 0, static_cast<unsigned>(width),
-                              static_cast<unsigned>(height), AllPlanes, ZPixmap);
-    if (image == nullptr)
-        return {};
-    Pixels result{width, height, {}};
-    for (int y = 0; y < height; ++y)
-        for (int x = 0; x < width; ++x)
-            result.rgb.push_back(static_cast<std::uint32_t>(XGetPixel(image, x, y)) & 0xFFFFFFU);
-    XDestroyImage(image);
-    return result;
-}
-
-std::vector<std::uint32_t> childrenOf(Display* display, Window window) {
-    Window root = 0;
-    Window parent = 0;
-    Window* list = nullptr;
-    unsigned count = 0;
-    XSync(display, False);
-    if (XQueryTree(display, window, &root, &parent, &list, &count) == 0)
-        return {};
-    std::vector<std::uint32_t> result(list, list + count);
-    XFree(list);
-    return result;
+std::string titleOnDisplay() {
+    prepareDisplay();
+    return "host";
 }
 
 } // namespace
-
-Pixels Pixels::part(int left, int top, int right, int bottom) const {
-    Pixels result{right - left, bottom - top, {}};
-    for (int y = top; y < bottom; ++y)
-        for (int x = left; x < right; ++x)
-            result.rgb.push_back(at(x, y));
-    return result;
-}
 
 std::pair<int, int> changedRows(const Pixels& before, const Pixels& after) {
     const auto differs = [&](int row) {
@@ -91,9 +58,10 @@ void setScreenResources(std::string_view text) {
                     static_cast<int>(text.size()));
 }
 
-std::optional<std::uint32_t> windowNamed(std::string_view title) {
+std::optional<unsigned long> windowNamed(std::string_view title) {
     const Connection display = connectToDisplay();
-    for (const std::uint32_t window : childrenOf(display.get(), DefaultRootWindow(display.get()))) {
+    for (const unsigned long window :
+         hosting::childrenOf(display.get(), DefaultRootWindow(display.get()))) {
         char* name = nullptr;
         if (XFetchName(display.get(), window, &name) == 0 || name == nullptr)
             continue;
@@ -108,10 +76,7 @@ std::optional<std::uint32_t> windowNamed(std::string_view title) {
 std::optional<Pixels> pixelsOfWindowNamed(std::string_view title) {
     const auto window = windowNamed(title);
     const Connection display = connectToDisplay();
-    XWindowAttributes attributes{};
-    if (!window || XGetWindowAttributes(display.get(), *window, &attributes) == 0)
-        return {};
-    return grab(display.get(), *window, attributes.width, attributes.height);
+    return window ? hosting::pictureOf(display.get(), *window) : std::nullopt;
 }
 
 void closeWindowNamed(std::string_view title) {
@@ -130,59 +95,39 @@ void closeWindowNamed(std::string_view title) {
 }
 
 XWindow::XWindow(int width, int height)
-    : display(connectToDisplay().release())
-    , width(width)
-    , height(height) {
-    window = static_cast<std::uint32_t>(XCreateSimpleWindow(
-        display, DefaultRootWindow(display), 20, 30, static_cast<unsigned>(width),
-        static_cast<unsigned>(height), 0, 0, 0x808080));
-    XMapWindow(display, window);
+    : HostWindow(titleOnDisplay(), width, height, hosting::WindowKind::ordinary) {
+    XSetWindowBackground(connection(), id(), 0x808080);
+    XMoveWindow(connection(), id(), 20, 30);
+    show();
     // Without a window manager the pointer's window must be given the keys.
-    XSetInputFocus(display, PointerRoot, RevertToPointerRoot, CurrentTime);
-    XSync(display, False);
-}
-
-XWindow::~XWindow() {
-    destroy();
-    XCloseDisplay(display);
-}
-
-void* XWindow::asParent() const {
-    return reinterpret_cast<void*>(static_cast<std::uintptr_t>(window));
+    XSetInputFocus(connection(), PointerRoot, RevertToPointerRoot, CurrentTime);
+    XSync(connection(), False);
 }
 
 void XWindow::destroy() {
-    if (window != 0)
-        XDestroyWindow(display, window);
-    window = 0;
-    XSync(display, False);
+    XDestroyWindow(connection(), id());
+    XSync(connection(), False);
 }
 
-void XWindow::resize(int newWidth, int newHeight) {
-    width = newWidth;
-    height = newHeight;
-    XResizeWindow(display, window, static_cast<unsigned>(width), static_cast<unsigned>(height));
-    XSync(display, False);
+void XWindow::resize(int width, int height) {
+    XResizeWindow(connection(), id(), static_cast<unsigned>(width), static_cast<unsigned>(height));
+    XSync(connection(), False);
 }
 
-std::vector<std::uint32_t> XWindow::children() const {
-    return childrenOf(display, window);
-}
-
-bool XWindow::isMapped(std::uint32_t child) const {
+bool XWindow::isMapped(unsigned long child) const {
     XWindowAttributes attributes{};
-    return XGetWindowAttributes(display, child, &attributes) != 0 &&
+    return XGetWindowAttributes(connection(), child, &attributes) != 0 &&
            attributes.map_state == IsViewable;
 }
 
-std::vector<std::uint32_t> XWindow::embedInfo(std::uint32_t child) const {
-    const Atom name = XInternAtom(display, "_XEMBED_INFO", False);
+std::vector<std::uint32_t> XWindow::embedInfo(unsigned long child) const {
+    const Atom name = XInternAtom(connection(), "_XEMBED_INFO", False);
     Atom type = 0;
     int format = 0;
     unsigned long count = 0;
     unsigned long rest = 0;
     unsigned char* data = nullptr;
-    if (XGetWindowProperty(display, child, name, 0, 2, False, AnyPropertyType, &type, &format,
+    if (XGetWindowProperty(connection(), child, name, 0, 2, False, AnyPropertyType, &type, &format,
                            &count, &rest, &data) != Success ||
         data == nullptr || format != 32)
         return {};
@@ -194,38 +139,38 @@ std::vector<std::uint32_t> XWindow::embedInfo(std::uint32_t child) const {
 }
 
 Pixels XWindow::pixels() const {
-    return grab(display, window, width, height);
+    return hosting::pictureOf(connection(), id()).value_or(Pixels{});
 }
 
 void XWindow::moveTo(double x, double y) {
     Window child = 0;
     int rootX = 0;
     int rootY = 0;
-    XTranslateCoordinates(display, window, DefaultRootWindow(display),
+    XTranslateCoordinates(connection(), id(), DefaultRootWindow(connection()),
                           static_cast<int>(std::lround(x)), static_cast<int>(std::lround(y)),
                           &rootX, &rootY, &child);
-    XTestFakeMotionEvent(display, 0, rootX, rootY, CurrentTime);
-    XSync(display, False);
+    XTestFakeMotionEvent(connection(), 0, rootX, rootY, CurrentTime);
+    XSync(connection(), False);
 }
 
 void XWindow::press(unsigned button) {
-    XTestFakeButtonEvent(display, button, True, CurrentTime);
-    XSync(display, False);
+    XTestFakeButtonEvent(connection(), button, True, CurrentTime);
+    XSync(connection(), False);
 }
 
 void XWindow::release(unsigned button) {
-    XTestFakeButtonEvent(display, button, False, CurrentTime);
-    XSync(display, False);
+    XTestFakeButtonEvent(connection(), button, False, CurrentTime);
+    XSync(connection(), False);
 }
 
 void XWindow::keyDown(unsigned long keysym) {
-    XTestFakeKeyEvent(display, XKeysymToKeycode(display, keysym), True, CurrentTime);
-    XSync(display, False);
+    XTestFakeKeyEvent(connection(), XKeysymToKeycode(connection(), keysym), True, CurrentTime);
+    XSync(connection(), False);
 }
 
 void XWindow::keyUp(unsigned long keysym) {
-    XTestFakeKeyEvent(display, XKeysymToKeycode(display, keysym), False, CurrentTime);
-    XSync(display, False);
+    XTestFakeKeyEvent(connection(), XKeysymToKeycode(connection(), keysym), False, CurrentTime);
+    XSync(connection(), False);
 }
 
 } // namespace mirelon::test
