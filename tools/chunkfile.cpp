@@ -1,6 +1,6 @@
 #include "tools/chunkfile.h"
 
-#include "tools/bankchunk.h"
+#include "hosting/effectbank.h"
 #include "tools/commanderror.h"
 
 #include <algorithm>
@@ -19,7 +19,7 @@ constexpr std::uintmax_t largestState = 64U << 20U;
 // "taken" to a chunk of the other byte order and leaves it at that.
 bool holds(const hosting::Effect& effect, const std::vector<std::byte>& bytes) {
     const std::vector<std::byte> state = effect.chunk();
-    return !BankChunk::recognise(state, effect.record().uniqueID) || state == bytes;
+    return !hosting::EffectBank::in(state, effect.record().uniqueID) || state == bytes;
 }
 
 } // namespace

@@ -3,8 +3,8 @@
 #include "tools/commanderror.h"
 #include "tools/commandoptions.h"
 #include "tools/commands.h"
-#include "tools/effectbank.h"
 #include "tools/imagefile.h"
+#include "tools/imageloading.h"
 #include "tools/loadedplugin.h"
 #include "tools/parametervalue.h"
 #include "tools/presettable.h"
@@ -31,7 +31,7 @@ void save(const Options& options) {
     LoadedPlugin plugin(options.plugin);
     if (!options.source.empty())
         loadBankFile(plugin.effect, options.source);
-    const EffectBank bank = bankOf(plugin.effect);
+    const hosting::EffectBank bank = requiredBankOf(plugin.effect);
     writeImageFile(options.file,
                    {ImageKind::bank,
                     std::endian::native,

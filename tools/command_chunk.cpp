@@ -1,5 +1,5 @@
 // chunk save|load|show: the host's side of the state chunk.
-#include "tools/bankchunk.h"
+#include "hosting/effectbank.h"
 #include "tools/chunkfile.h"
 #include "tools/commandoptions.h"
 #include "tools/commands.h"
@@ -47,24 +47,25 @@ void show(const Options& options) {
     LoadedPlugin plugin(options.plugin);
     const std::vector<std::byte> bytes = readChunkFile(options.file);
     const std::size_t size = bytes.size();
-    const auto chunk = BankChunk::recognise(bytes, plugin.effect.record().uniqueID);
-    if (!chunk) {
+    const auto bank = hosting::EffectBank::in(bytes, plugin.effect.record().uniqueID);
+    if (!bank) {
         std::printf("%s: %zu bytes, of a form only the plug-in knows\n", options.file.c_str(),
                     size);
         return;
     }
+    const std::size_t count = bank->presets.size();
+    const std::size_t current = bank->current.value_or(count);
     std::printf("%s: %zu bytes, a bank of %zu presets, current %zu\n", options.file.c_str(), size,
-                BankChunk::presetCount, chunk->currentPreset());
+                count, current);
     std::printf("  %-2s  %-24s", "", "");
     for (const std::string& name : parameterNames(plugin.effect))
         std::printf(" %9s", name.c_str());
     std::printf("\n");
-    for (std::size_t i = 0; i < BankChunk::presetCount; ++i) {
-        const BankChunk::Preset preset = chunk->preset(i);
-        std::printf("%c %2zu  %-24s", i == chunk->currentPreset() ? '>' : ' ', i,
-                    preset.name.c_str());
-        for (const float value : preset.values)
-            std::printf(" %9.4g", static_cast<double>(value));
+    for (std::size_t i = 0; i < count; ++i) {
+        const PresetRecord& preset = bank->presets[i];
+        std::printf("%c %2zu  %-24s", i == current ? '>' : ' ', i, preset.name().data());
+        for (int j = 0; j < kNumPresetParams; ++j)
+            std::printf(" %9.4g", static_cast<double>(preset.value(j)));
         std::printf("\n");
     }
 }

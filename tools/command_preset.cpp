@@ -1,9 +1,9 @@
 // preset save|show: preset files.
 #include "tools/commandoptions.h"
 #include "tools/commands.h"
-#include "tools/effectbank.h"
 #include "tools/effectsettings.h"
 #include "tools/imagefile.h"
+#include "tools/imageloading.h"
 #include "tools/loadedplugin.h"
 #include "tools/presets.h"
 #include "tools/presettable.h"
@@ -28,8 +28,8 @@ void save(const Options& options) {
     LoadedPlugin plugin(options.plugin);
     hosting::Effect& effect = plugin.effect;
     applySettings(effect, options.preset, options.settings);
-    const EffectBank bank = bankOf(effect);
-    const PresetRecord& preset = bank.presets.at(bank.current);
+    const hosting::EffectBank bank = requiredBankOf(effect);
+    const PresetRecord& preset = bank.presets.at(bank.current.value_or(0));
     writeImageFile(options.file,
                    {ImageKind::preset, std::endian::native, std::endian::big, {preset}},
                    effect.record().uniqueID);

@@ -1,6 +1,6 @@
 #include "tools/presets.h"
 
-#include "tools/bankchunk.h"
+#include "hosting/effectbank.h"
 #include "tools/commanderror.h"
 #include "tools/nearestname.h"
 
@@ -8,26 +8,16 @@
 
 namespace mirelon::tools {
 
-namespace {
-
-std::optional<BankChunk> bankOf(const hosting::Effect& effect) {
-    if (!effect.hasFlag(effFlagsProgramChunks))
-        return std::nullopt;
-    return BankChunk::recognise(effect.chunk(), effect.record().uniqueID);
-}
-
-} // namespace
-
 Presets::Presets(hosting::Effect& effect_)
     : effect(effect_) {
-    const auto bank = bankOf(effect);
+    const auto bank = hosting::bankOf(effect);
     inChunk = bank.has_value();
     const auto count =
-        inChunk ? BankChunk::presetCount : static_cast<std::size_t>(effect.record().numPrograms);
+        inChunk ? bank->presets.size() : static_cast<std::size_t>(effect.record().numPrograms);
     for (std::size_t i = 0; i < count; ++i) {
         std::string name = effect.programNameAt(static_cast<VstInt32>(i)).value_or("");
         if (name.empty() && inChunk)
-            name = bank->preset(i).name;
+            name = bank->presets[i].name().data();
         else if (name.empty() && i == static_cast<std::size_t>(effect.program()))
             name = effect.programName();
         list.push_back(std::move(name));
@@ -35,14 +25,15 @@ Presets::Presets(hosting::Effect& effect_)
 }
 
 std::size_t Presets::current() const {
-    const auto bank = inChunk ? bankOf(effect) : std::nullopt;
-    return bank ? bank->currentPreset() : static_cast<std::size_t>(effect.program());
+    const auto bank = inChunk ? hosting::bankOf(effect) : std::nullopt;
+    return bank ? bank->current.value_or(bank->presets.size())
+                : static_cast<std::size_t>(effect.program());
 }
 
 void Presets::select(std::size_t number) {
-    if (auto bank = inChunk ? bankOf(effect) : std::nullopt) {
-        bank->setCurrentPreset(static_cast<std::uint32_t>(number));
-        effect.setChunk(bank->bytes());
+    if (auto bank = inChunk ? hosting::bankOf(effect) : std::nullopt) {
+        bank->current = number;
+        hosting::giveBank(effect, *bank);
     } else {
         effect.setProgram(static_cast<VstIntPtr>(number));
     }

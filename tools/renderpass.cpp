@@ -2,7 +2,7 @@
 
 #include "tools/chunkfile.h"
 #include "tools/commanderror.h"
-#include "tools/effectbank.h"
+#include "tools/imageloading.h"
 #include "tools/presets.h"
 
 #include <algorithm>

@@ -3,8 +3,8 @@
 #include "formats/lv2/portvalues.h"
 #include "tests/hosts/ardour.h"
 #include "tests/hosts/ardoursession.h"
-#include "tests/hosts/chunklayout.h"
 #include "tests/hosts/lv2bundles.h"
+#include "tests/hosts/presetnames.h"
 #include "tests/support/referenceprocessor.h"
 #include "tests/support/signals.h"
 
@@ -137,17 +137,12 @@ TEST_F(ArdourLv2, BouncesTheReferenceBitForBit) {
 
 TEST_F(ArdourLv2, ReloadedInANewProcessHasParametersAndPresetNamesBack) {
     insert(everythingMoved);
-    std::vector<std::byte> bank = savedBank();
-    ASSERT_EQ(bank.size(),
-              chunklayout::headerSize + chunklayout::presetCount * chunklayout::recordSize);
-    for (std::size_t preset = 0; preset < chunklayout::presetCount; ++preset)
-        chunklayout::renamePreset(
-            bank, preset, std::string("renamed by the user ").append(std::to_string(preset)));
+    const std::vector<std::byte> bank = withRenamedPresets(savedBank());
     replaceBank(bank);
 
     // The first block brings the ports into the current preset.
     EXPECT_EQ(bounce("first"), everythingMoved);
-    EXPECT_EQ(chunklayout::presetNames(savedBank()), chunklayout::presetNames(bank));
+    EXPECT_EQ(presetNames(savedBank()), presetNames(bank));
     const std::vector<std::byte> played = savedBank();
     EXPECT_EQ(bounce("second"), everythingMoved);
     EXPECT_EQ(savedBank(), played);

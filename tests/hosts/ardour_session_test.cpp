@@ -1,8 +1,8 @@
 // The plug-in in an Ardour session without a window.
 #include "tests/hosts/ardour.h"
 #include "tests/hosts/ardoursession.h"
-#include "tests/hosts/chunklayout.h"
 #include "tests/hosts/observations.h"
+#include "tests/hosts/presetnames.h"
 #include "tests/support/referenceprocessor.h"
 #include "tests/support/signals.h"
 
@@ -130,12 +130,7 @@ TEST_F(ArdourSessionTest, ReloadedInANewProcessHasParametersAndPresetNamesBack) 
     scan(home);
     const Parameters values{0.71F, 0.43F, 0.62F, 0.31F, 0.77F, 1.0F, 1.0F, 0.0F, 1.0F};
     const ArdourSession session = sessionWith(home, values);
-    std::vector<std::byte> chunk = session.chunk();
-    ASSERT_EQ(chunk.size(),
-              chunklayout::headerSize + chunklayout::presetCount * chunklayout::recordSize);
-    for (std::size_t preset = 0; preset < chunklayout::presetCount; ++preset)
-        chunklayout::renamePreset(
-            chunk, preset, std::string("renamed by the user ").append(std::to_string(preset)));
+    const std::vector<std::byte> chunk = withRenamedPresets(session.chunk());
     session.setChunk(chunk);
 
     // Each of these is a process of its own that loads, bounces and saves.

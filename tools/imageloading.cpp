@@ -1,6 +1,5 @@
-#include "tools/effectbank.h"
+#include "tools/imageloading.h"
 
-#include "presetsystem/chunkimage.h"
 #include "tools/commanderror.h"
 #include "tools/imagefile.h"
 
@@ -19,44 +18,35 @@ void requireRange(const std::filesystem::path& file, const ImageFile& image) {
                                    std::to_string(i) + " is not 0 to 1 (`verify` says more)");
 }
 
-} // namespace
-
-EffectBank bankOf(const hosting::Effect& effect) {
-    std::vector<std::byte> chunk = effect.chunk();
-    if (!effect.hasFlag(effFlagsProgramChunks) || chunk.size() != chunkSize)
-        throw CommandError("the plug-in keeps no bank of presets in its state");
-    const std::span<std::byte, chunkSize> image(chunk.data(), chunkSize);
-    if (readChunk(image, effect.record().uniqueID) != ChunkVerdict::accepted)
-        throw CommandError("the plug-in keeps no bank of presets in its state");
-    EffectBank bank;
-    copyChunkBank(image, bank.presets);
-    bank.current = static_cast<std::size_t>(chunkPresetNo(image).value_or(0));
-    return bank;
+void give(hosting::Effect& effect, const hosting::EffectBank& bank) {
+    if (!hosting::giveBank(effect, bank))
+        throw CommandError("the plug-in does not take the presets");
 }
 
-void giveBank(hosting::Effect& effect, const EffectBank& bank) {
-    ChunkImage image{};
-    writeChunk(image, effect.record().uniqueID, static_cast<std::int32_t>(bank.current),
-               bank.presets);
-    if (effect.setChunk(image) < 0 || !std::ranges::equal(effect.chunk(), image))
-        throw CommandError("the plug-in does not take the presets");
+} // namespace
+
+hosting::EffectBank requiredBankOf(const hosting::Effect& effect) {
+    auto bank = hosting::bankOf(effect);
+    if (!bank)
+        throw CommandError("the plug-in keeps no bank of presets in its state");
+    return *bank;
 }
 
 void loadBankFile(hosting::Effect& effect, const std::filesystem::path& file) {
     const ImageFile image = readImageFile(file, effect.record().uniqueID, ImageKind::bank);
     requireRange(file, image);
-    EffectBank bank = bankOf(effect);
+    hosting::EffectBank bank = requiredBankOf(effect);
     std::ranges::copy(image.presets, bank.presets.begin());
     bank.current = 0;
-    giveBank(effect, bank);
+    give(effect, bank);
 }
 
 void loadPresetFile(hosting::Effect& effect, const std::filesystem::path& file) {
     const ImageFile image = readImageFile(file, effect.record().uniqueID, ImageKind::preset);
     requireRange(file, image);
-    EffectBank bank = bankOf(effect);
-    bank.presets.at(bank.current) = image.presets.at(0);
-    giveBank(effect, bank);
+    hosting::EffectBank bank = requiredBankOf(effect);
+    bank.presets.at(bank.current.value_or(0)) = image.presets.at(0);
+    give(effect, bank);
 }
 
 } // namespace mirelon::tools
