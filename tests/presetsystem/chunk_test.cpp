@@ -207,20 +207,20 @@ TEST_F(Chunk, WithAReversedOwnerAndNativeMagicIsAppliedByteSwapped) {
 TEST_F(Chunk, WithAPresetOutsideTheBankReplacesTheBankAndAppliesNothing) {
     effect.setPresetNo(5);
     effect.sets.clear();
-    RecordingHost::calls.clear();
+    HostCallLog::calls.clear();
     for (const char outside : {'\x0B', '\xFF'}) {
         RecordingEffect other;
         other.setPresetName(outside == '\xFF' ? "one" : "two");
         std::string chunk = chunkOf(other);
         chunk[12] = outside;
         chunk[15] = outside == '\xFF' ? '\xFF' : '\0';
-        RecordingHost::calls.clear();
+        HostCallLog::calls.clear();
         EXPECT_EQ(give(chunk), 0);
         EXPECT_EQ(effect.bytes(), other.bytes());
         EXPECT_EQ(effect.getPresetNo(), 5);
     }
     EXPECT_TRUE(effect.sets.empty());
-    EXPECT_TRUE(RecordingHost::calls.empty());
+    EXPECT_TRUE(HostCallLog::calls.empty());
 }
 
 TEST_F(Chunk, CarriesValuesThatAreNoNumbersUnchanged) {

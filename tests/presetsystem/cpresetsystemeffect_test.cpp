@@ -11,7 +11,7 @@ namespace mirelon::test {
 namespace {
 
 using namespace std::string_literals;
-using Call = RecordingHost::Call;
+using Call = HostCallLog::Call;
 
 class StoreTest : public testing::Test {
   protected:
@@ -60,9 +60,9 @@ TEST_F(StoreTest, ApplyingAPresetPushesItsValuesInOrderThenTellsTheHost) {
     for (int j = 0; j < kNumPresetParams; ++j)
         EXPECT_EQ(effect.sets[static_cast<std::size_t>(j)],
                   std::pair(j, RecordingEffect::startValue(3, j)));
-    EXPECT_EQ(RecordingHost::calls, (std::vector<Call>{{audioMasterUpdateDisplay, 0},
-                                                       {audioMasterBeginEdit, 0},
-                                                       {audioMasterEndEdit, 0}}));
+    EXPECT_EQ(HostCallLog::calls, (std::vector<Call>{{audioMasterUpdateDisplay, 0},
+                                                     {audioMasterBeginEdit, 0},
+                                                     {audioMasterEndEdit, 0}}));
 }
 
 TEST_F(StoreTest, ApplyingAPresetDoesNotWriteIntoIt) {
@@ -105,12 +105,12 @@ TEST_F(StoreTest, TheFirstAndTheLastPresetAreSelectedLikeAnyOther) {
 TEST_F(StoreTest, APresetOutsideTheBankIsRefused) {
     effect.setPresetNo(5);
     effect.sets.clear();
-    RecordingHost::calls.clear();
+    HostCallLog::calls.clear();
     for (const long n : {-1L, 11L, 1L << 32, std::numeric_limits<long>::min()})
         effect.setPresetNo(n);
     EXPECT_EQ(effect.getPresetNo(), 5);
     EXPECT_TRUE(effect.sets.empty());
-    EXPECT_TRUE(RecordingHost::calls.empty());
+    EXPECT_TRUE(HostCallLog::calls.empty());
 }
 
 TEST_F(StoreTest, TheHostSeesOneProgramAndCannotChangeIt) {
@@ -155,16 +155,16 @@ TEST_F(StoreTest, RenamingLeavesTheValues) {
 
 TEST_F(StoreTest, ThePanelsRenamingRefreshesTheHostsDisplay) {
     effect.setPresetNo(1);
-    RecordingHost::calls.clear();
+    HostCallLog::calls.clear();
     effect.setPresetName("new name");
     EXPECT_EQ(effect.name(1), "new name");
-    EXPECT_EQ(RecordingHost::calls, (std::vector<Call>{{audioMasterUpdateDisplay, 0}}));
+    EXPECT_EQ(HostCallLog::calls, (std::vector<Call>{{audioMasterUpdateDisplay, 0}}));
 }
 
 TEST_F(StoreTest, ThePanelsRenamingToNothingOnlyRefreshes) {
     effect.setPresetName(nullptr);
     EXPECT_EQ(effect.name(0), "preset 0");
-    EXPECT_EQ(RecordingHost::calls, (std::vector<Call>{{audioMasterUpdateDisplay, 0}}));
+    EXPECT_EQ(HostCallLog::calls, (std::vector<Call>{{audioMasterUpdateDisplay, 0}}));
 }
 
 TEST_F(StoreTest, ThePanelsRenamingIsCutAt24) {
@@ -206,7 +206,7 @@ TEST_F(StoreTest, ControllerAssignmentIsInert) {
     effect.detachMidiCC(2);
     effect.initMidi();
     EXPECT_EQ(effect.processEvents(nullptr), 0);
-    EXPECT_TRUE(RecordingHost::calls.empty());
+    EXPECT_TRUE(HostCallLog::calls.empty());
 }
 
 TEST_F(StoreTest, EveryCapabilityIsUnknown) {
@@ -218,7 +218,7 @@ TEST_F(StoreTest, LoadingDefaultsWithoutAnEditorDoesNothing) {
     const std::string before = effect.bytes();
     effect.loadDefaults();
     EXPECT_EQ(effect.bytes(), before);
-    EXPECT_TRUE(RecordingHost::calls.empty());
+    EXPECT_TRUE(HostCallLog::calls.empty());
 }
 
 } // namespace

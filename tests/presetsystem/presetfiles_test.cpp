@@ -7,7 +7,7 @@ namespace mirelon::test {
 namespace {
 
 using namespace std::string_literals;
-using Call = RecordingHost::Call;
+using Call = HostCallLog::Call;
 using PresetFiles = PresetFilesTest;
 
 TEST_F(PresetFiles, ASavedPresetIsOwnerTypeAndRecord) {
@@ -39,7 +39,7 @@ TEST_F(PresetFiles, APresetLoadsIntoTheCurrentPresetAndIsApplied) {
     writeFile(folder / "a.dvp", presetFileOf(effect(), 8));
     effect().setPresetNo(2);
     effect().sets.clear();
-    RecordingHost::calls.clear();
+    HostCallLog::calls.clear();
     answer(folder / "a.dvp");
     editor().loadPreset(false);
     EXPECT_EQ(effect().name(2), "preset 8");
@@ -48,10 +48,10 @@ TEST_F(PresetFiles, APresetLoadsIntoTheCurrentPresetAndIsApplied) {
     ASSERT_EQ(effect().sets.size(), 9U);
     EXPECT_EQ(effect().sets[5].second, RecordingEffect::startValue(8, 5));
     // The renaming tells the host, then the applying.
-    EXPECT_EQ(RecordingHost::calls, (std::vector<Call>{{audioMasterUpdateDisplay, 0},
-                                                       {audioMasterUpdateDisplay, 0},
-                                                       {audioMasterBeginEdit, 0},
-                                                       {audioMasterEndEdit, 0}}));
+    EXPECT_EQ(HostCallLog::calls, (std::vector<Call>{{audioMasterUpdateDisplay, 0},
+                                                     {audioMasterUpdateDisplay, 0},
+                                                     {audioMasterBeginEdit, 0},
+                                                     {audioMasterEndEdit, 0}}));
 }
 
 TEST_F(PresetFiles, ALoadedNameEndsAtItsTerminator) {
@@ -72,7 +72,7 @@ TEST_F(PresetFiles, APresetWithAValueOutOfRangeLeavesThePresetAsItWas) {
     editor().loadPreset(false);
     EXPECT_EQ(effect().bytes(), before);
     EXPECT_TRUE(effect().sets.empty());
-    EXPECT_TRUE(RecordingHost::calls.empty());
+    EXPECT_TRUE(HostCallLog::calls.empty());
 }
 
 TEST_F(PresetFiles, AShortPresetLoadsZerosForWhatIsMissing) {

@@ -11,7 +11,7 @@
 namespace mirelon::test {
 
 // Every call the effect made to its host since the last clear().
-class RecordingHost {
+class HostCallLog {
   public:
     struct Call {
         VstInt32 opcode;
@@ -32,14 +32,14 @@ inline constexpr VstInt32 testId = fourCharacters("TeSt");
 class RecordingEffect : public CPresetSystemEffect {
   public:
     RecordingEffect()
-        : CPresetSystemEffect(&RecordingHost::callback) {
+        : CPresetSystemEffect(&HostCallLog::callback) {
         setUniqueID(testId);
         for (int preset = 0; preset < kNumPresets; ++preset) {
             record(preset).setName("preset " + std::to_string(preset));
             for (int j = 0; j < kNumPresetParams; ++j)
                 record(preset).setValue(j, startValue(preset, j));
         }
-        RecordingHost::calls.clear();
+        HostCallLog::calls.clear();
     }
 
     // All different, all exact.
