@@ -82,13 +82,8 @@ Run defineChunk(CLI::App& parser) {
         return action;
     };
     CLI::App* const saving = add("save", "Write the plug-in's state to a file");
-    saving->add_option("--preset", options->preset, "Choose a preset first, by number or name")
-        ->type_name("PRESET");
-    saving->add_option("--set", options->settings, "Set a parameter first, as for `render`")
-        ->type_name("NAME=VALUE")
-        ->expected(1)
-        ->allow_extra_args(false)
-        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+    addPresetOption(*saving, options->preset);
+    addSettingsOption(*saving, options->settings);
     CLI::App* const loading = add("load", "Give the plug-in a state and say what it makes of it");
     add("show", "List what a saved state holds");
     return [options, saving, loading] {

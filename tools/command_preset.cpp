@@ -53,13 +53,8 @@ Run definePreset(CLI::App& parser) {
     CLI::App* const saving =
         parser.add_subcommand("save", "Write a preset of the plug-in to a file");
     saving->add_option("FILE", options->file, "The preset file (.dvp)")->required();
-    saving->add_option("--preset", options->preset, "Which one, by number or name")
-        ->type_name("PRESET");
-    saving->add_option("--set", options->settings, "Set a parameter first, as for `render`")
-        ->type_name("NAME=VALUE")
-        ->expected(1)
-        ->allow_extra_args(false)
-        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+    addPresetOption(*saving, options->preset);
+    addSettingsOption(*saving, options->settings);
     CLI::App* const showing = parser.add_subcommand("show", "List what a preset file holds");
     showing->add_option("FILE", options->file, "The preset file (.dvp)")->required();
     for (CLI::App* const action : {saving, showing})
