@@ -1,5 +1,6 @@
 #include "tools/bankjson.h"
 
+#include "hosting/fourcharacters.h"
 #include "tools/commanderror.h"
 
 #include <algorithm>
@@ -16,13 +17,6 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 using NameBytes = std::array<std::byte, kPresetNameLen>;
-
-std::string fourCharactersOf(VstInt32 word) {
-    std::string text;
-    for (unsigned shift = 32; shift > 0; shift -= 8)
-        text += static_cast<char>(static_cast<std::uint32_t>(word) >> (shift - 8U) & 0xFFU);
-    return text;
-}
 
 NameBytes nameBytes(const PresetRecord& preset) {
     std::array<std::byte, PresetRecord::imageSize> image{};
@@ -150,7 +144,7 @@ std::string jsonOf(const ImageFile& bank, VstInt32 ownerId,
         presets.push_back({{"name", jsonOfName(preset)}, {"values", std::move(values)}});
     }
     const Json all{
-        {"bank", fourCharactersOf(ownerId)},
+        {"bank", hosting::fourCharacterText(ownerId)},
         {"byteOrder",
          {{"owner", orderName(bank.ownerOrder)}, {"values", orderName(bank.valueOrder)}}},
         {"presets", std::move(presets)}};
@@ -166,8 +160,8 @@ ImageFile bankFromJson(const std::string& text, VstInt32 ownerId,
         const std::string why = error.what();
         refuse("no JSON", why.substr(why.find("] ") == std::string::npos ? 0 : why.find("] ") + 2));
     }
-    if (member(all, "", "bank") != fourCharactersOf(ownerId))
-        refuse("bank", "is not \"" + fourCharactersOf(ownerId) + "\", this plug-in");
+    if (member(all, "", "bank") != hosting::fourCharacterText(ownerId))
+        refuse("bank", "is not \"" + hosting::fourCharacterText(ownerId) + "\", this plug-in");
     ImageFile bank{ImageKind::bank, std::endian::native, std::endian::big, {}};
     if (const auto orders = all.find("byteOrder"); orders != all.end()) {
         bank.ownerOrder = orderFrom(*orders, "owner");

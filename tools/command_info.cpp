@@ -1,4 +1,5 @@
 // info: what the plug-in says about itself.
+#include "hosting/fourcharacters.h"
 #include "tools/commandoptions.h"
 #include "tools/commands.h"
 #include "tools/loadedplugin.h"
@@ -41,15 +42,6 @@ constexpr std::array<std::pair<VstAEffectFlags, const char*>, 10> flagNames{{
 constexpr std::array categoryNames{
     "unknown",     "effect",          "synth",       "analysis", "mastering",         "spacializer",
     "room effect", "surround effect", "restoration", "offline",  "shell of plug-ins", "generator"};
-
-std::string fourCharactersOf(VstInt32 word) {
-    std::string text;
-    for (unsigned shift = 32; shift > 0; shift -= 8) {
-        const auto byte = static_cast<std::uint32_t>(word) >> (shift - 8U) & 0xFFU;
-        text += byte >= 0x20U && byte < 0x7FU ? static_cast<char>(byte) : '?';
-    }
-    return text;
-}
 
 Json flagsOf(const hosting::Effect& effect) {
     Json names = Json::array();
@@ -105,8 +97,8 @@ Json describe(LoadedPlugin& plugin) {
         {"category", category < categoryNames.size() ? categoryNames[category] : "unknown"},
         {"record",
          {
-             {"magic", fourCharactersOf(record.magic)},
-             {"uniqueID", fourCharactersOf(record.uniqueID)},
+             {"magic", hosting::fourCharacterText(record.magic)},
+             {"uniqueID", hosting::fourCharacterText(record.uniqueID)},
              {"version", record.version},
              {"programs", record.numPrograms},
              {"parameters", record.numParams},
