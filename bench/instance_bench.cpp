@@ -3,13 +3,12 @@
 #include "bench/groups.h"
 #include "bench/material.h"
 #include "hosting/hosting.h"
+#include "hosting/residentmemory.h"
 
 #include <benchmark/benchmark.h>
 
 #include <malloc.h>
-#include <unistd.h>
 
-#include <cstdio>
 #include <memory>
 #include <vector>
 
@@ -88,16 +87,6 @@ void loadModule(benchmark::State& state) {
     state.SetItemsProcessed(state.iterations());
 }
 
-double residentBytes() {
-    long total = 0;
-    long resident = 0;
-    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen("/proc/self/statm", "r"),
-                                                               std::fclose);
-    if (file == nullptr || std::fscanf(file.get(), "%ld %ld", &total, &resident) != 2)
-        return 0.0;
-    return static_cast<double>(resident) * static_cast<double>(sysconf(_SC_PAGESIZE));
-}
-
 // What an instance that has processed audio keeps in memory.
 void memoryPerInstance(benchmark::State& state) {
     StereoBuffers<float> audio(Material::noise, blockSize);
@@ -105,13 +94,14 @@ void memoryPerInstance(benchmark::State& state) {
     double bytes = 0.0;
     for (auto _ : state) {
         malloc_trim(0);
-        const double before = residentBytes();
+        const auto before = static_cast<double>(hosting::residentMemory());
         std::vector<std::unique_ptr<Effect>> effects;
         for (int i = 0; i < state.range(0); ++i) {
             effects.push_back(runningInstance());
             processBlock(*effects.back(), audio);
         }
-        bytes = (residentBytes() - before) / static_cast<double>(state.range(0));
+        bytes = (static_cast<double>(hosting::residentMemory()) - before) /
+                static_cast<double>(state.range(0));
     }
     state.counters["bytes"] = bytes;
     state.SetItemsProcessed(state.iterations() * state.range(0));

@@ -1,13 +1,12 @@
 // Loading: twice, quickly, small, and without leaving names behind.
+#include "hosting/residentmemory.h"
 #include "validator/exportedsymbols.h"
 #include "validator/instance.h"
 
 #include <array>
 #include <chrono>
-#include <fstream>
 #include <memory>
 #include <string_view>
-#include <unistd.h>
 
 namespace mirelon::check {
 
@@ -19,14 +18,6 @@ constexpr std::array<std::string_view, 4> entryPoints{"VSTPluginMain", "main", "
 
 bool isEntryPoint(const std::string& name) {
     return std::ranges::find(entryPoints, name) != entryPoints.end();
-}
-
-long residentKilobytes() {
-    std::ifstream statistics("/proc/self/statm");
-    long total = 0;
-    long resident = 0;
-    statistics >> total >> resident;
-    return resident * (sysconf(_SC_PAGESIZE) / 1024);
 }
 
 std::string twice(const Subject& subject) {
@@ -62,6 +53,9 @@ std::string memory(const Subject& subject) {
     const Instance first(subject);
     constexpr int count = 16;
     constexpr long mostKilobytes = 32 * 1024;
+    const auto residentKilobytes = [] {
+        return static_cast<long>(hosting::residentMemory() / 1024);
+    };
     const long before = residentKilobytes();
     std::vector<std::unique_ptr<Instance>> more;
     more.reserve(count);

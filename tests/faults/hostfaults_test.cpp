@@ -1,4 +1,5 @@
 // Hosts that do what no host should, and the plug-in in the middle of it.
+#include "hosting/residentmemory.h"
 #include "tests/support/childprocess.h"
 #include "tests/support/plugin.h"
 #include "tests/support/temporaryfolder.h"
@@ -10,7 +11,6 @@
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
-#include <fstream>
 #include <limits>
 #include <memory>
 #include <thread>
@@ -84,11 +84,7 @@ TEST(ThreadsOfAHost, AnInstanceMayBeUsedAndClosedElsewhereThanItWasOpened) {
 }
 
 long residentKilobytes() {
-    std::ifstream statistics("/proc/self/statm");
-    long total = 0;
-    long resident = 0;
-    statistics >> total >> resident;
-    return resident * 4;
+    return static_cast<long>(hosting::residentMemory() / 1024);
 }
 
 TEST(ThousandInstances, LiveTogetherAndEachIsItsOwn) {
