@@ -3,18 +3,18 @@
 #pragma once
 
 #include <algorithm>
-#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <span>
 #include <vector>
 
-namespace mirelon {
+namespace mirelon::hosting {
 
+// A copy has the samples and canaries, and lies wherever it comes to lie.
 template <typename Sample>
 class GuardedBuffer {
   public:
-    // `shift` samples past a 64-byte boundary.
+    // `shift` samples past a 64-byte boundary; full of canaries at first.
     GuardedBuffer(std::size_t size, std::size_t shift)
         : storage(size + shift + 2 * guard + alignment, canary)
         , length(size) {
@@ -25,6 +25,7 @@ class GuardedBuffer {
 
     Sample* data() { return storage.data() + first; }
     std::span<Sample> samples() { return {data(), length}; }
+    std::span<const Sample> samples() const { return {storage.data() + first, length}; }
 
     bool guardsIntact() const {
         const auto intact = [](Sample s) { return s == canary; };
@@ -43,4 +44,4 @@ class GuardedBuffer {
     std::size_t first = 0;
 };
 
-} // namespace mirelon
+} // namespace mirelon::hosting

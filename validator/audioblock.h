@@ -2,6 +2,7 @@
 #pragma once
 
 #include "hosting/effect.h"
+#include "hosting/guardedbuffer.h"
 #include "validator/check.h"
 
 #include <algorithm>
@@ -34,23 +35,23 @@ template <typename Sample>
 class AudioBlock {
   public:
     AudioBlock(int channels, int frames)
-        : length(static_cast<std::size_t>(frames))
-        , storage(static_cast<std::size_t>(channels), std::vector<Sample>(length + 2 * guard)) {
-        for (auto& channel : storage) {
-            std::fill_n(channel.begin(), guard, canary);
-            std::fill_n(channel.end() - guard, guard, canary);
-        }
+        : length(frames) {
+        // Aligned as memory from malloc is, and no further.
+        constexpr std::size_t shift = 16 / sizeof(Sample);
+        for (int c = 0; c < channels; ++c)
+            storage.emplace_back(static_cast<std::size_t>(frames), shift);
+        fill(Sample(0));
     }
 
     // An array even for no channels.
     Sample** data() {
         pointers.clear();
         for (auto& channel : storage)
-            pointers.push_back(channel.data() + guard);
+            pointers.push_back(channel.data());
         pointers.push_back(nullptr);
         return pointers.data();
     }
-    int frames() const { return static_cast<int>(length); }
+    int frames() const { return length; }
     int channels() const { return static_cast<int>(storage.size()); }
 
     void fill(Noise& noise, Sample level = Sample(0.5)) {
@@ -61,11 +62,7 @@ class AudioBlock {
     }
 
     bool guardsIntact() const {
-        return std::ranges::all_of(storage, [](const auto& channel) {
-            const auto intact = [](Sample s) { return s == canary; };
-            return std::all_of(channel.begin(), channel.begin() + guard, intact) &&
-                   std::all_of(channel.end() - guard, channel.end(), intact);
-        });
+        return std::ranges::all_of(storage, &hosting::GuardedBuffer<Sample>::guardsIntact);
     }
     bool allFinite() const {
         return every([](Sample s) { return std::isfinite(s); });
@@ -74,31 +71,29 @@ class AudioBlock {
         return every([limit](Sample s) { return std::fabs(s) <= limit; });
     }
     bool sameBits(const AudioBlock& other) const {
-        for (std::size_t c = 0; c < std::min(storage.size(), other.storage.size()); ++c)
-            if (std::memcmp(storage[c].data() + guard, other.storage[c].data() + guard,
-                            length * sizeof(Sample)) != 0)
+        for (std::size_t c = 0; c < std::min(storage.size(), other.storage.size()); ++c) {
+            const auto own = storage[c].samples();
+            if (std::memcmp(own.data(), other.storage[c].samples().data(), own.size_bytes()) != 0)
                 return false;
+        }
         return true;
     }
 
   private:
-    static constexpr int guard = 32;
-    static constexpr Sample canary = Sample(-9876.54321);
-
     template <typename Visit>
     void each(Visit visit) {
         for (auto& channel : storage)
-            std::for_each(channel.begin() + guard, channel.end() - guard, visit);
+            std::ranges::for_each(channel.samples(), visit);
     }
     template <typename Holds>
     bool every(Holds holds) const {
         return std::ranges::all_of(storage, [&](const auto& channel) {
-            return std::all_of(channel.begin() + guard, channel.end() - guard, holds);
+            return std::ranges::all_of(channel.samples(), holds);
         });
     }
 
-    std::size_t length;
-    std::vector<std::vector<Sample>> storage;
+    int length;
+    std::vector<hosting::GuardedBuffer<Sample>> storage;
     std::vector<Sample*> pointers;
 };
 

@@ -1,6 +1,6 @@
+#include "hosting/guardedbuffer.h"
 #include "processor/core/parameters.h"
 #include "processor/core/stereocore.h"
-#include "tests/support/guardedbuffer.h"
 #include "tests/support/neutralcoefficients.h"
 #include "tests/support/referenceprocessor.h"
 #include "tests/support/signals.h"
@@ -15,6 +15,7 @@
 namespace {
 
 using namespace mirelon;
+using hosting::GuardedBuffer;
 using signals::sameBits;
 using signals::Signal;
 

@@ -1,5 +1,5 @@
 // Every kernel against the plain one, bit for bit.
-#include "tests/support/guardedbuffer.h"
+#include "hosting/guardedbuffer.h"
 #include "tests/support/kerneltest.h"
 #include "tests/support/neutralcoefficients.h"
 #include "tests/support/signals.h"
@@ -16,6 +16,7 @@ namespace {
 
 using namespace mirelon;
 using namespace mirelon::kernels;
+using hosting::GuardedBuffer;
 using signals::sameBits;
 using signals::Signal;
 
