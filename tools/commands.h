@@ -1,7 +1,5 @@
-// The sub-commands of mirelon-host.
-//
-// A new one is a file command_NAME.cpp with its define function, a declaration
-// here and a row in the table of commands.cpp.
+// The sub-commands of mirelon-host: commands/NAME.cpp and NAME in the list in
+// CMakeLists.txt, of which the build makes the table.
 #pragma once
 
 #include <functional>
@@ -17,6 +15,7 @@ namespace mirelon::tools {
 // hosting::HostingError when it cannot do what was asked.
 using Run = std::function<void()>;
 
+// What NAMECommand() in commands/NAME.cpp answers.
 struct Command {
     const char* name;
     const char* summary; // one line of the help
@@ -24,19 +23,7 @@ struct Command {
     Run (*define)(CLI::App& parser);
 };
 
+// All, in the order of the help.
 std::span<const Command> commands();
-
-Run defineBank(CLI::App& parser);
-Run defineCheck(CLI::App& parser);
-Run defineChunk(CLI::App& parser);
-Run defineCompare(CLI::App& parser);
-Run defineConvert(CLI::App& parser);
-Run defineEdit(CLI::App& parser);
-Run defineInfo(CLI::App& parser);
-Run definePlot(CLI::App& parser);
-Run definePreset(CLI::App& parser);
-Run defineRender(CLI::App& parser);
-Run defineScreenshot(CLI::App& parser);
-Run defineVerify(CLI::App& parser);
 
 } // namespace mirelon::tools

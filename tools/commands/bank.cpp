@@ -68,9 +68,7 @@ void import(const Options& options) {
     std::printf("%s: a bank of %d presets\n", options.file.c_str(), kNumPresets);
 }
 
-} // namespace
-
-Run defineBank(CLI::App& parser) {
+Run define(CLI::App& parser) {
     const auto options = std::make_shared<Options>();
     parser.require_subcommand(1);
     CLI::App* const saving = parser.add_subcommand("save", "Write the plug-in's bank to a file");
@@ -93,6 +91,12 @@ Run defineBank(CLI::App& parser) {
         else
             show(*options);
     };
+}
+
+} // namespace
+
+Command bankCommand() {
+    return {"bank", "Save, show or make bank files", define};
 }
 
 } // namespace mirelon::tools

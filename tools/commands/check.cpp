@@ -1,8 +1,8 @@
 // check: a validator for VST 2.4 effects.
+#include "validator/check.h"
 #include "tools/commanderror.h"
 #include "tools/commands.h"
 #include "tools/exitstatus.h"
-#include "validator/check.h"
 #include "validator/runner.h"
 
 #include <CLI/CLI.hpp>
@@ -130,9 +130,7 @@ void runCheck(const Options& options) {
     check::runAndReport(*each, {options.plugin, options.seed}, options.report);
 }
 
-} // namespace
-
-Run defineCheck(CLI::App& parser) {
+Run define(CLI::App& parser) {
     const auto options = std::make_shared<Options>();
     parser.add_option("file", options->plugin, "The plug-in, a VST 2.4 .so")->type_name("FILE");
     parser
@@ -151,6 +149,12 @@ Run defineCheck(CLI::App& parser) {
     parser.footer("Exit status: 0 all passed, 1 a check failed, 2 nothing could be checked.\n"
                   "Checks of the editor need an X display and are skipped without one.");
     return [options] { runCheck(*options); };
+}
+
+} // namespace
+
+Command checkCommand() {
+    return {"check", "Find out what an effect gets wrong", define};
 }
 
 } // namespace mirelon::tools

@@ -70,9 +70,7 @@ void show(const Options& options) {
     }
 }
 
-} // namespace
-
-Run defineChunk(CLI::App& parser) {
+Run define(CLI::App& parser) {
     const auto options = std::make_shared<Options>();
     parser.require_subcommand(1);
     const auto add = [&](const char* name, const char* summary) {
@@ -94,6 +92,12 @@ Run defineChunk(CLI::App& parser) {
         else
             show(*options);
     };
+}
+
+} // namespace
+
+Command chunkCommand() {
+    return {"chunk", "Save, load or show the plug-in's state", define};
 }
 
 } // namespace mirelon::tools

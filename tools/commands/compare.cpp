@@ -131,9 +131,7 @@ void compare(const Options& options) {
         throw ExitStatus{ExitStatus::different};
 }
 
-} // namespace
-
-Run defineCompare(CLI::App& parser) {
+Run define(CLI::App& parser) {
     const auto options = std::make_shared<Options>();
     parser.add_option("A", options->a, "Any mono or stereo audio file, - is standard input")
         ->required();
@@ -141,6 +139,12 @@ Run defineCompare(CLI::App& parser) {
     parser.add_flag("--json", options->json, "Print the result as JSON");
     parser.add_flag("--quiet", options->quiet, "Print nothing, the exit status says it");
     return [options] { compare(*options); };
+}
+
+} // namespace
+
+Command compareCommand() {
+    return {"compare", "Say whether two audio files hold the same sound", define};
 }
 
 } // namespace mirelon::tools

@@ -32,9 +32,7 @@ void convert(const Options& options) {
                 kindName(image.kind), orderName(options.order));
 }
 
-} // namespace
-
-Run defineConvert(CLI::App& parser) {
+Run define(CLI::App& parser) {
     const auto options = std::make_shared<Options>();
     parser.add_option("IN", options->input, "A preset file or bank file of either byte order")
         ->required();
@@ -48,6 +46,12 @@ Run defineConvert(CLI::App& parser) {
             {"big", std::endian::big}, {"little", std::endian::little}}));
     addPluginOption(parser, options->plugin);
     return [options] { convert(*options); };
+}
+
+} // namespace
+
+Command convertCommand() {
+    return {"convert", "Write a preset or bank file in a byte order", define};
 }
 
 } // namespace mirelon::tools

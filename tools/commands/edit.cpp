@@ -44,9 +44,7 @@ void edit(const Options& options) {
     editor->run([] { return interrupted != 0; });
 }
 
-} // namespace
-
-Run defineEdit(CLI::App& parser) {
+Run define(CLI::App& parser) {
     const auto options = std::make_shared<Options>();
     auto* input = parser.add_option("IN", options->input,
                                     "An audio file that runs through the plug-in, over and over");
@@ -61,6 +59,12 @@ Run defineEdit(CLI::App& parser) {
                     "both")
         ->transform(CLI::CheckedTransformer(drives));
     return [options] { edit(*options); };
+}
+
+} // namespace
+
+Command editCommand() {
+    return {"edit", "Open the plug-in's editor in a window", define};
 }
 
 } // namespace mirelon::tools

@@ -167,9 +167,7 @@ void print(const Json& all) {
                     i == all["currentPreset"].get<std::size_t>() ? "  (current)" : "");
 }
 
-} // namespace
-
-Run defineInfo(CLI::App& parser) {
+Run define(CLI::App& parser) {
     const auto options = std::make_shared<Options>();
     addPluginOption(parser, options->plugin);
     parser.add_flag("--json", options->json, "Print it as JSON");
@@ -181,6 +179,12 @@ Run defineInfo(CLI::App& parser) {
         else
             print(all);
     };
+}
+
+} // namespace
+
+Command infoCommand() {
+    return {"info", "Show what the plug-in says about itself", define};
 }
 
 } // namespace mirelon::tools

@@ -99,14 +99,18 @@ void plot(const Options& options) {
         throw ExitStatus{ExitStatus::incomplete};
 }
 
-} // namespace
-
-Run definePlot(CLI::App& parser) {
+Run define(CLI::App& parser) {
     const auto options = std::make_shared<Options>();
     parser.add_option("IN", options->pass.input, "Any mono or stereo audio file")->required();
     parser.add_option("OUT", options->picture, "The picture, a .png")->required();
     addRenderOptions(parser, options->pass);
     return [options] { plot(*options); };
+}
+
+} // namespace
+
+Command plotCommand() {
+    return {"plot", "Draw a file's stereo image before and after the plug-in", define};
 }
 
 } // namespace mirelon::tools

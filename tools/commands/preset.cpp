@@ -45,9 +45,7 @@ void show(const Options& options) {
     printPresets(plugin.effect, image.presets);
 }
 
-} // namespace
-
-Run definePreset(CLI::App& parser) {
+Run define(CLI::App& parser) {
     const auto options = std::make_shared<Options>();
     parser.require_subcommand(1);
     CLI::App* const saving =
@@ -65,6 +63,12 @@ Run definePreset(CLI::App& parser) {
         else
             show(*options);
     };
+}
+
+} // namespace
+
+Command presetCommand() {
+    return {"preset", "Save or show preset files", define};
 }
 
 } // namespace mirelon::tools

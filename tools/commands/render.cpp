@@ -148,9 +148,7 @@ void addOutputOptions(CLI::App& parser, Options& options) {
     parser.add_flag("--quiet", options.quiet, "Print no report");
 }
 
-} // namespace
-
-Run defineRender(CLI::App& parser) {
+Run define(CLI::App& parser) {
     const auto options = std::make_shared<Options>();
     parser
         .add_option("FILE", options->files,
@@ -162,6 +160,12 @@ Run defineRender(CLI::App& parser) {
     addRenderOptions(parser, options->job.pass);
     addOutputOptions(parser, *options);
     return [options] { run(*options); };
+}
+
+} // namespace
+
+Command renderCommand() {
+    return {"render", "Send an audio file through the plug-in", define};
 }
 
 } // namespace mirelon::tools

@@ -48,9 +48,7 @@ void screenshot(const Options& options) {
     std::printf("%s: %d x %d pixels\n", options.picture.c_str(), picture.width, picture.height);
 }
 
-} // namespace
-
-Run defineScreenshot(CLI::App& parser) {
+Run define(CLI::App& parser) {
     const auto options = std::make_shared<Options>();
     parser.add_option("OUT", options->picture, "The picture, a .png")->required();
     addEditorOptions(parser, options->editor);
@@ -59,6 +57,12 @@ Run defineScreenshot(CLI::App& parser) {
                     "Let the meters follow this audio file for a moment first")
         ->type_name("FILE");
     return [options] { screenshot(*options); };
+}
+
+} // namespace
+
+Command screenshotCommand() {
+    return {"screenshot", "Take a picture of the plug-in's editor", define};
 }
 
 } // namespace mirelon::tools

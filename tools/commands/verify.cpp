@@ -48,13 +48,17 @@ void verifyAll(const Options& options) {
                            (problems == 1 ? " problem found" : " problems found"));
 }
 
-} // namespace
-
-Run defineVerify(CLI::App& parser) {
+Run define(CLI::App& parser) {
     const auto options = std::make_shared<Options>();
     parser.add_option("FILE", options->files, "Preset files and bank files")->required();
     addPluginOption(parser, options->plugin);
     return [options] { verifyAll(*options); };
+}
+
+} // namespace
+
+Command verifyCommand() {
+    return {"verify", "Say what is wrong with preset and bank files", define};
 }
 
 } // namespace mirelon::tools
