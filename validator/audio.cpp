@@ -4,7 +4,7 @@
 
 #include <array>
 
-namespace mirelon::check {
+namespace mirelon::validator {
 
 namespace {
 
@@ -140,4 +140,4 @@ std::span<const Check> audioChecks() {
     return table;
 }
 
-} // namespace mirelon::check
+} // namespace mirelon::validator

@@ -11,7 +11,7 @@
 #include <cstring>
 #include <vector>
 
-namespace mirelon::check {
+namespace mirelon::validator {
 
 // Uniform white noise between -1 and 1, the same for the same seed everywhere.
 class Noise {
@@ -120,4 +120,4 @@ struct Buffers {
     AudioBlock<Sample> out;
 };
 
-} // namespace mirelon::check
+} // namespace mirelon::validator

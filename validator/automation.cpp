@@ -4,7 +4,7 @@
 
 #include <array>
 
-namespace mirelon::check {
+namespace mirelon::validator {
 
 namespace {
 
@@ -62,4 +62,4 @@ std::span<const Check> automationChecks() {
     return table;
 }
 
-} // namespace mirelon::check
+} // namespace mirelon::validator

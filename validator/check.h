@@ -8,7 +8,7 @@
 #include <stdexcept>
 #include <string>
 
-namespace mirelon::check {
+namespace mirelon::validator {
 
 // What a check works on.
 struct Subject {
@@ -72,4 +72,4 @@ std::span<const Check> stateFuzzChecks();
 std::span<const Check> threadChecks();
 std::span<const Check> realTimeChecks();
 
-} // namespace mirelon::check
+} // namespace mirelon::validator

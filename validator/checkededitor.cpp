@@ -6,7 +6,7 @@
 #include <X11/Xlib.h>
 #include <thread>
 
-namespace mirelon::check {
+namespace mirelon::validator {
 
 using namespace std::chrono_literals;
 
@@ -54,4 +54,4 @@ void CheckedEditor::idle(std::chrono::milliseconds time) {
     }
 }
 
-} // namespace mirelon::check
+} // namespace mirelon::validator

@@ -6,7 +6,7 @@
 #include <chrono>
 #include <memory>
 
-namespace mirelon::check {
+namespace mirelon::validator {
 
 // The window is on the process's display. Throws Skipped when the effect has no
 // editor or the process no display. One thread only.
@@ -27,4 +27,4 @@ class CheckedEditor {
     std::unique_ptr<hosting::EditorWindow> editor;
 };
 
-} // namespace mirelon::check
+} // namespace mirelon::validator

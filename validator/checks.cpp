@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <vector>
 
-namespace mirelon::check {
+namespace mirelon::validator {
 
 std::span<const Check> checks() {
     static const std::vector<Check> all = [] {
@@ -27,4 +27,4 @@ const Check* findCheck(const std::string& name) {
     return found != all.end() ? &*found : nullptr;
 }
 
-} // namespace mirelon::check
+} // namespace mirelon::validator

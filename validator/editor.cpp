@@ -9,7 +9,7 @@
 #include <exception>
 #include <thread>
 
-namespace mirelon::check {
+namespace mirelon::validator {
 
 namespace {
 
@@ -106,4 +106,4 @@ std::span<const Check> editorChecks() {
     return table;
 }
 
-} // namespace mirelon::check
+} // namespace mirelon::validator

@@ -10,7 +10,7 @@
 #include <iterator>
 #include <string_view>
 
-namespace mirelon::check {
+namespace mirelon::validator {
 
 namespace {
 
@@ -75,4 +75,4 @@ std::vector<std::string> exportedSymbols(const std::filesystem::path& file) {
     return names;
 }
 
-} // namespace mirelon::check
+} // namespace mirelon::validator

@@ -5,10 +5,10 @@
 #include <string>
 #include <vector>
 
-namespace mirelon::check {
+namespace mirelon::validator {
 
 // Those that it defines with global reach, without what every linker adds.
 // Throws Failed when the file is no 64-bit ELF library.
 std::vector<std::string> exportedSymbols(const std::filesystem::path& file);
 
-} // namespace mirelon::check
+} // namespace mirelon::validator

@@ -6,7 +6,7 @@
 #include <cmath>
 #include <cstring>
 
-namespace mirelon::check {
+namespace mirelon::validator {
 
 namespace {
 
@@ -142,4 +142,4 @@ std::span<const Check> identityChecks() {
     return table;
 }
 
-} // namespace mirelon::check
+} // namespace mirelon::validator

@@ -9,7 +9,7 @@
 #include <algorithm>
 #include <vector>
 
-namespace mirelon::check {
+namespace mirelon::validator {
 
 struct Instance {
     explicit Instance(const Subject& subject)
@@ -42,4 +42,4 @@ inline std::vector<float> parameterValues(const hosting::Effect& effect) {
     return values;
 }
 
-} // namespace mirelon::check
+} // namespace mirelon::validator

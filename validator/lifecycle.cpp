@@ -4,7 +4,7 @@
 
 #include <array>
 
-namespace mirelon::check {
+namespace mirelon::validator {
 
 namespace {
 
@@ -57,4 +57,4 @@ std::span<const Check> lifecycleChecks() {
     return table;
 }
 
-} // namespace mirelon::check
+} // namespace mirelon::validator

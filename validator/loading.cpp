@@ -8,7 +8,7 @@
 #include <memory>
 #include <string_view>
 
-namespace mirelon::check {
+namespace mirelon::validator {
 
 namespace {
 
@@ -100,4 +100,4 @@ std::span<const Check> loadingChecks() {
     return table;
 }
 
-} // namespace mirelon::check
+} // namespace mirelon::validator

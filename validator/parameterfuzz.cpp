@@ -6,7 +6,7 @@
 #include <climits>
 #include <limits>
 
-namespace mirelon::check {
+namespace mirelon::validator {
 
 namespace {
 
@@ -125,4 +125,4 @@ std::span<const Check> parameterFuzzChecks() {
     return table;
 }
 
-} // namespace mirelon::check
+} // namespace mirelon::validator

@@ -3,7 +3,7 @@
 #include <atomic>
 #include <cstring>
 
-namespace mirelon::check {
+namespace mirelon::validator {
 
 namespace {
 
@@ -58,4 +58,4 @@ VstIntPtr quietHost(AEffect* /*effect*/, VstInt32 opcode, VstInt32 /*index*/, Vs
     }
 }
 
-} // namespace mirelon::check
+} // namespace mirelon::validator

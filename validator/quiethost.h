@@ -4,7 +4,7 @@
 
 #include "shell/vst24.h"
 
-namespace mirelon::check {
+namespace mirelon::validator {
 
 // Any thread.
 VstIntPtr quietHost(AEffect* effect, VstInt32 opcode, VstInt32 index, VstIntPtr value, void* ptr,
@@ -14,4 +14,4 @@ VstIntPtr quietHost(AEffect* effect, VstInt32 opcode, VstInt32 index, VstIntPtr 
 // size. Any thread.
 void announce(int sampleRate, int blockSize) noexcept;
 
-} // namespace mirelon::check
+} // namespace mirelon::validator

@@ -10,7 +10,7 @@
 #include <dlfcn.h>
 #include <thread>
 
-namespace mirelon::check {
+namespace mirelon::validator {
 
 namespace {
 
@@ -157,4 +157,4 @@ std::span<const Check> realTimeChecks() {
     return table;
 }
 
-} // namespace mirelon::check
+} // namespace mirelon::validator

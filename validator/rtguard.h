@@ -20,11 +20,11 @@ using RtGuardLeave = void (*)();
 using RtGuardOffences = unsigned (*)(const RtGuardOffence** offences);
 }
 
-namespace mirelon::check {
+namespace mirelon::validator {
 
 inline constexpr const char* rtGuardFile = "rtguard.so";
 inline constexpr const char* rtGuardEnterName = "mirelon_rtguard_enter";
 inline constexpr const char* rtGuardLeaveName = "mirelon_rtguard_leave";
 inline constexpr const char* rtGuardOffencesName = "mirelon_rtguard_offences";
 
-} // namespace mirelon::check
+} // namespace mirelon::validator

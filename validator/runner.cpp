@@ -16,7 +16,7 @@
 #include <unistd.h>
 #include <vector>
 
-namespace mirelon::check {
+namespace mirelon::validator {
 
 namespace fs = std::filesystem;
 
@@ -163,4 +163,4 @@ void runAndReport(const Check& check, const Subject& subject, int descriptor) {
     static_cast<void>(!write(descriptor, report.data(), report.size()));
 }
 
-} // namespace mirelon::check
+} // namespace mirelon::validator

@@ -5,7 +5,7 @@
 
 #include <filesystem>
 
-namespace mirelon::check {
+namespace mirelon::validator {
 
 enum class Verdict { passed, failed, skipped };
 
@@ -40,4 +40,4 @@ Result runInChild(const Check& check, const Subject& subject, const ScratchHome&
 // What the child does: runs the check and reports to `descriptor`.
 void runAndReport(const Check& check, const Subject& subject, int descriptor);
 
-} // namespace mirelon::check
+} // namespace mirelon::validator

@@ -7,7 +7,7 @@
 #include <array>
 #include <optional>
 
-namespace mirelon::check {
+namespace mirelon::validator {
 
 namespace {
 
@@ -95,4 +95,4 @@ std::span<const Check> stateChecks() {
     return table;
 }
 
-} // namespace mirelon::check
+} // namespace mirelon::validator

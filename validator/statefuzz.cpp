@@ -6,7 +6,7 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
-namespace mirelon::check {
+namespace mirelon::validator {
 
 namespace {
 
@@ -152,4 +152,4 @@ std::span<const Check> stateFuzzChecks() {
     return table;
 }
 
-} // namespace mirelon::check
+} // namespace mirelon::validator

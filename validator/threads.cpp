@@ -11,7 +11,7 @@
 #include <optional>
 #include <thread>
 
-namespace mirelon::check {
+namespace mirelon::validator {
 
 namespace {
 
@@ -122,4 +122,4 @@ std::span<const Check> threadChecks() {
     return table;
 }
 
-} // namespace mirelon::check
+} // namespace mirelon::validator

@@ -21,7 +21,7 @@ namespace {
 
 struct Options {
     std::string plugin;
-    int level = check::highestLevel;
+    int level = validator::highestLevel;
     std::vector<std::string> only;
     bool json = false;
     bool list = false;
@@ -31,12 +31,12 @@ struct Options {
     int report = -1; // in the child: where its result goes
 };
 
-std::vector<const check::Check*> chosenChecks(const Options& options) {
-    std::vector<const check::Check*> chosen;
+std::vector<const validator::Check*> chosenChecks(const Options& options) {
+    std::vector<const validator::Check*> chosen;
     for (const std::string& name : options.only)
-        if (check::findCheck(name) == nullptr)
+        if (validator::findCheck(name) == nullptr)
             throw CommandError("there is no check called " + name + " (--list shows them)");
-    for (const check::Check& each : check::checks()) {
+    for (const validator::Check& each : validator::checks()) {
         const bool named = std::ranges::find(options.only, each.name) != options.only.end();
         if (options.only.empty() ? each.level <= options.level : named)
             chosen.push_back(&each);
@@ -45,7 +45,7 @@ std::vector<const check::Check*> chosenChecks(const Options& options) {
 }
 
 void list() {
-    for (const check::Check& each : check::checks())
+    for (const validator::Check& each : validator::checks())
         std::printf("%2d  %s\n", each.level, each.name);
 }
 
@@ -54,21 +54,21 @@ struct Totals {
     int failed = 0;
     int skipped = 0;
 
-    void count(check::Verdict verdict) {
-        ++(verdict == check::Verdict::passed   ? passed
-           : verdict == check::Verdict::failed ? failed
-                                               : skipped);
+    void count(validator::Verdict verdict) {
+        ++(verdict == validator::Verdict::passed   ? passed
+           : verdict == validator::Verdict::failed ? failed
+                                                   : skipped);
     }
 };
 
-void printLine(const check::Result& result) {
+void printLine(const validator::Result& result) {
     std::printf("%s  %2d  %-32s %6.2f s%s%s\n", nameOf(result.verdict), result.check->level,
                 result.check->name, result.seconds, result.note.empty() ? "" : "  ",
                 result.note.c_str());
     std::fflush(stdout);
 }
 
-nlohmann::json entryOf(const check::Result& result) {
+nlohmann::json entryOf(const validator::Result& result) {
     constexpr std::array words{"passed", "failed", "skipped"};
     return {{"name", result.check->name},
             {"level", result.check->level},
@@ -83,15 +83,15 @@ void print(const nlohmann::json& report) {
 }
 
 void checkAll(const Options& options) {
-    const check::Subject subject{std::filesystem::absolute(options.plugin),
-                                 options.seedGiven ? options.seed : std::random_device()()};
+    const validator::Subject subject{std::filesystem::absolute(options.plugin),
+                                     options.seedGiven ? options.seed : std::random_device()()};
     if (!std::filesystem::exists(subject.file))
         throw CommandError(options.plugin + ": no such plug-in file");
-    const check::ScratchHome home;
+    const validator::ScratchHome home;
     Totals totals;
     nlohmann::json entries = nlohmann::json::array();
-    for (const check::Check* each : chosenChecks(options)) {
-        const check::Result result = check::runInChild(*each, subject, home);
+    for (const validator::Check* each : chosenChecks(options)) {
+        const validator::Result result = validator::runInChild(*each, subject, home);
         totals.count(result.verdict);
         if (options.json)
             entries.push_back(entryOf(result));
@@ -124,10 +124,10 @@ void runCheck(const Options& options) {
         throw CommandError("name the plug-in file to check");
     if (options.run.empty())
         return checkAll(options);
-    const check::Check* const each = check::findCheck(options.run);
+    const validator::Check* const each = validator::findCheck(options.run);
     if (each == nullptr)
         throw CommandError("there is no check called " + options.run);
-    check::runAndReport(*each, {options.plugin, options.seed}, options.report);
+    validator::runAndReport(*each, {options.plugin, options.seed}, options.report);
 }
 
 Run define(CLI::App& parser) {
@@ -135,7 +135,7 @@ Run define(CLI::App& parser) {
     parser.add_option("file", options->plugin, "The plug-in, a VST 2.4 .so")->type_name("FILE");
     parser
         .add_option("--level", options->level, "How strict to be: 1 loads it, 10 runs every check")
-        ->check(CLI::Range(check::lowestLevel, check::highestLevel))
+        ->check(CLI::Range(validator::lowestLevel, validator::highestLevel))
         ->capture_default_str();
     parser.add_option("--only", options->only, "Only this check, whatever its level; repeatable")
         ->type_name("NAME")
