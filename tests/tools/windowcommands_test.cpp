@@ -18,7 +18,7 @@ namespace {
 using ::testing::HasSubstr;
 using namespace std::chrono_literals;
 
-class EditorWindow : public ::testing::Test {
+class WindowCommands : public ::testing::Test {
   protected:
     std::unique_ptr<RunningProgram> start(std::vector<std::string> arguments) {
         arguments.insert(arguments.end(), {"--plugin", MIRELON_PLUGIN_FILE});
@@ -63,7 +63,7 @@ Size sizeOf(const std::string& png) {
             cairo_image_surface_get_height(surface.get())};
 }
 
-TEST_F(EditorWindow, AScreenshotHasTheSizeOfItsScale) {
+TEST_F(WindowCommands, AScreenshotHasTheSizeOfItsScale) {
     const std::string file = home / "shot.png";
     ASSERT_EQ(run({"screenshot", file}).status, 0);
     EXPECT_EQ(sizeOf(file), (Size{324, 348}));
@@ -72,7 +72,7 @@ TEST_F(EditorWindow, AScreenshotHasTheSizeOfItsScale) {
     EXPECT_EQ(sizeOf(file), (Size{648, 696}));
 }
 
-TEST_F(EditorWindow, AScreenshotShowsSettingsPresetsAndSound) {
+TEST_F(WindowCommands, AScreenshotShowsSettingsPresetsAndSound) {
     std::vector<std::string> pictures;
     const std::vector<std::vector<std::string>> variants{
         {}, {"--set", "width=0.75"}, {"--preset", "out of phase"}, {"--input", tone()}};
@@ -87,7 +87,7 @@ TEST_F(EditorWindow, AScreenshotShowsSettingsPresetsAndSound) {
     }
 }
 
-TEST_F(EditorWindow, AScreenshotIsRefusedWithAReason) {
+TEST_F(WindowCommands, AScreenshotIsRefusedWithAReason) {
     EXPECT_EQ(run({"screenshot", home / "shot.jpg"}).status, 2);
     EXPECT_EQ(run({"screenshot", home / "no/such/folder/shot.png"}).status, 2);
     EXPECT_EQ(run({"screenshot", home / "shot.png", "--scale", "7"}).status, 2);
@@ -98,7 +98,7 @@ TEST_F(EditorWindow, AScreenshotIsRefusedWithAReason) {
     EXPECT_THAT(blind.errors, HasSubstr("no X display"));
 }
 
-TEST_F(EditorWindow, EndsWhenItsWindowIsClosed) {
+TEST_F(WindowCommands, EndsWhenItsWindowIsClosed) {
     for (const char* drive : {"idle", "glib", "both"}) {
         const auto program = start({"edit", "--drive", drive});
         ASSERT_TRUE(appears()) << drive;
@@ -107,7 +107,7 @@ TEST_F(EditorWindow, EndsWhenItsWindowIsClosed) {
     }
 }
 
-TEST_F(EditorWindow, EndsOnControlC) {
+TEST_F(WindowCommands, EndsOnControlC) {
     for (const int signal : {SIGINT, SIGTERM}) {
         const auto program = start({"edit", tone()});
         ASSERT_TRUE(appears());
@@ -117,7 +117,7 @@ TEST_F(EditorWindow, EndsOnControlC) {
     }
 }
 
-TEST_F(EditorWindow, WithoutASoundOutputTheMetersStillMove) {
+TEST_F(WindowCommands, WithoutASoundOutputTheMetersStillMove) {
     const auto program = start({"edit", tone(), "--play"});
     ASSERT_TRUE(appears());
     std::this_thread::sleep_for(500ms);
@@ -128,7 +128,7 @@ TEST_F(EditorWindow, WithoutASoundOutputTheMetersStillMove) {
     EXPECT_EQ(program->wait().status, 0);
 }
 
-TEST_F(EditorWindow, AnEditIsRefusedWithAReason) {
+TEST_F(WindowCommands, AnEditIsRefusedWithAReason) {
     EXPECT_EQ(run({"edit", home / "nothing.wav"}).status, 2);
     EXPECT_EQ(run({"edit", "--play"}).status, 2);
     EXPECT_EQ(run({"edit", "--drive", "hope"}).status, 2);
