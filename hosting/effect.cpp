@@ -163,7 +163,7 @@ void Effect::setProgramName(const std::string& name) {
 
 std::optional<std::string> Effect::programNameAt(VstInt32 index) const {
     TextBuffer buffer{};
-    // The category -1 stands for "whichever".
+    // The category -1 stands for any.
     if (dispatch(effGetProgramNameIndexed, index, -1, buffer.data()) == 0)
         return std::nullopt;
     return textOf(buffer);

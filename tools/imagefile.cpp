@@ -19,7 +19,7 @@ constexpr std::endian otherOrder(std::endian order) {
     return order == std::endian::big ? std::endian::little : std::endian::big;
 }
 
-void turnValues(std::span<std::byte> bytes) {
+void swapValues(std::span<std::byte> bytes) {
     for (std::size_t record = imageHeaderSize; record + PresetRecord::imageSize <= bytes.size();
          record += PresetRecord::imageSize)
         for (std::size_t at = record + kPresetNameLen; at < record + PresetRecord::imageSize;
@@ -99,9 +99,9 @@ ImageFile partsOf(std::span<const std::byte> bytes, const ImageHeader& header) {
     ImageFile image{header.kind.value(), header.ownerOrder, std::endian::big, recordsOf(bytes)};
     if (allPlausible(image.presets))
         return image;
-    std::vector<std::byte> turned(bytes.begin(), bytes.end());
-    turnValues(turned);
-    if (std::vector<PresetRecord> records = recordsOf(turned); allPlausible(records)) {
+    std::vector<std::byte> swapped(bytes.begin(), bytes.end());
+    swapValues(swapped);
+    if (std::vector<PresetRecord> records = recordsOf(swapped); allPlausible(records)) {
         image.valueOrder = std::endian::little;
         image.presets = std::move(records);
     }
@@ -140,7 +140,7 @@ std::vector<std::byte> bytesOf(const ImageFile& image, VstInt32 ownerId) {
         bytes.assign(bank.bytes.begin(), bank.bytes.end());
     }
     if (image.valueOrder == std::endian::little)
-        turnValues(bytes);
+        swapValues(bytes);
     return bytes;
 }
 

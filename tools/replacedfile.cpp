@@ -57,7 +57,7 @@ void arm(const fs::path& file) {
     armed = 1;
     for (const int signal : endingSignals) {
         struct sigaction action {};
-        // Whoever started us with a signal ignored (nohup) wants it so.
+        // A signal that our parent has us ignore (nohup) stays ignored.
         if (sigaction(signal, nullptr, &action) != 0 || action.sa_handler == SIG_IGN)
             continue;
         action = {};

@@ -71,11 +71,11 @@ TEST_F(RenderState, ThatThePluginDoesNotTakeIsRefused) {
     EXPECT_THAT(refusalOf(foreign), doesNotTake);
     // Header words of the other byte order are accepted without effect, which is
     // no success for somebody who asked for that state.
-    std::string turned = state;
+    std::string swapped = state;
     for (std::size_t word = 0; word < 16; word += 4)
-        std::reverse(turned.begin() + static_cast<std::ptrdiff_t>(word),
-                     turned.begin() + static_cast<std::ptrdiff_t>(word) + 4);
-    EXPECT_THAT(refusalOf(turned), doesNotTake);
+        std::reverse(swapped.begin() + static_cast<std::ptrdiff_t>(word),
+                     swapped.begin() + static_cast<std::ptrdiff_t>(word) + 4);
+    EXPECT_THAT(refusalOf(swapped), doesNotTake);
 }
 
 TEST_F(RenderState, IsRefusedForAPluginWithoutOne) {
