@@ -25,8 +25,14 @@ Pipe::Pipe() {
 }
 
 Pipe::~Pipe() {
-    close(readEnd);
+    closeReader();
     closeWriter();
+}
+
+void Pipe::closeReader() noexcept {
+    if (readEnd >= 0)
+        close(readEnd);
+    readEnd = -1;
 }
 
 void Pipe::closeWriter() noexcept {

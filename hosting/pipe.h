@@ -17,6 +17,7 @@ class Pipe {
 
     int reader() const noexcept { return readEnd; }
     int writer() const noexcept { return writeEnd; }
+    void closeReader() noexcept;
     void closeWriter() noexcept;
 
     // Appends what arrives until the last writer is gone; false when the time

@@ -1,6 +1,6 @@
 #include "platform/descriptorwatches.h"
 
-#include "tests/support/pipe.h"
+#include "tests/support/watchedpipe.h"
 
 #include <gtest/gtest.h>
 
@@ -14,7 +14,7 @@ using Id = DescriptorWatches::Id;
 TEST(DescriptorWatches, CallNothingWhileThereIsNothingToRead) {
     DescriptorWatches watches;
     EXPECT_FALSE(watches.serve());
-    Pipe pipe;
+    WatchedPipe pipe;
     int calls = 0;
     watches.add(pipe.reader(), [&] { ++calls; });
     EXPECT_FALSE(watches.serve());
@@ -23,7 +23,7 @@ TEST(DescriptorWatches, CallNothingWhileThereIsNothingToRead) {
 
 TEST(DescriptorWatches, CallAgainUntilAllIsRead) {
     DescriptorWatches watches;
-    Pipe pipe;
+    WatchedPipe pipe;
     int calls = 0;
     watches.add(pipe.reader(), [&] {
         if (++calls == 2)
@@ -38,8 +38,8 @@ TEST(DescriptorWatches, CallAgainUntilAllIsRead) {
 
 TEST(DescriptorWatches, CallOnlyThoseThatAreReady) {
     DescriptorWatches watches;
-    Pipe ready;
-    Pipe silent;
+    WatchedPipe ready;
+    WatchedPipe silent;
     int readyCalls = 0;
     int silentCalls = 0;
     watches.add(silent.reader(), [&] { ++silentCalls; });
@@ -52,7 +52,7 @@ TEST(DescriptorWatches, CallOnlyThoseThatAreReady) {
 
 TEST(DescriptorWatches, CallWhenTheOtherEndHasHungUp) {
     DescriptorWatches watches;
-    Pipe pipe;
+    WatchedPipe pipe;
     int calls = 0;
     watches.add(pipe.reader(), [&] { ++calls; });
     pipe.closeWriter();
@@ -62,7 +62,7 @@ TEST(DescriptorWatches, CallWhenTheOtherEndHasHungUp) {
 
 TEST(DescriptorWatches, DropADescriptorThatHasBeenClosed) {
     DescriptorWatches watches;
-    Pipe pipe;
+    WatchedPipe pipe;
     int calls = 0;
     watches.add(pipe.reader(), [&] { ++calls; });
     pipe.closeReader();
@@ -73,7 +73,7 @@ TEST(DescriptorWatches, DropADescriptorThatHasBeenClosed) {
 
 TEST(DescriptorWatches, CallNothingThatIsRemoved) {
     DescriptorWatches watches;
-    Pipe pipe;
+    WatchedPipe pipe;
     int calls = 0;
     const Id id = watches.add(pipe.reader(), [&] { ++calls; });
     pipe.write();
@@ -85,7 +85,7 @@ TEST(DescriptorWatches, CallNothingThatIsRemoved) {
 
 TEST(DescriptorWatches, CallNothingThatAnotherCallbackRemoves) {
     DescriptorWatches watches;
-    Pipe pipe;
+    WatchedPipe pipe;
     int calls = 0;
     Id second = 0;
     watches.add(pipe.reader(), [&] { watches.remove(second); });
@@ -97,7 +97,7 @@ TEST(DescriptorWatches, CallNothingThatAnotherCallbackRemoves) {
 
 TEST(DescriptorWatches, LetACallbackRemoveItselfAndAddAnother) {
     DescriptorWatches watches;
-    Pipe pipe;
+    WatchedPipe pipe;
     int calls = 0;
     Id first = 0;
     first = watches.add(pipe.reader(), [&] {

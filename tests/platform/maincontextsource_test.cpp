@@ -1,7 +1,7 @@
 #include "platform/maincontextsource.h"
 
 #include "tests/support/mainloop.h"
-#include "tests/support/pipe.h"
+#include "tests/support/watchedpipe.h"
 
 #include <atomic>
 #include <functional>
@@ -56,7 +56,7 @@ TEST_F(MainContextSourceTest, ServesAtEachDeadlineAndSleepsInBetween) {
 }
 
 TEST_F(MainContextSourceTest, ServesWhenADescriptorCanBeRead) {
-    Pipe pipe;
+    WatchedPipe pipe;
     client.wait = [&] { return Wait{never, {pipe.reader()}}; };
     client.onServe = [&] { pipe.drain(); };
     iterateFor(20ms);
@@ -67,8 +67,8 @@ TEST_F(MainContextSourceTest, ServesWhenADescriptorCanBeRead) {
 }
 
 TEST_F(MainContextSourceTest, PollsTheDescriptorsThatAreWantedNow) {
-    Pipe first;
-    Pipe second;
+    WatchedPipe first;
+    WatchedPipe second;
     std::vector<int> wanted{first.reader()};
     client.wait = [&] { return Wait{never, wanted}; };
     iterateOnce();
@@ -82,7 +82,7 @@ TEST_F(MainContextSourceTest, PollsTheDescriptorsThatAreWantedNow) {
 }
 
 TEST_F(MainContextSourceTest, DoesNothingWhileTheClientIsNotServable) {
-    Pipe pipe;
+    WatchedPipe pipe;
     client.wait = [&] { return Wait{Clock::now(), {pipe.reader()}}; };
     pipe.write();
     iterateOnce();
@@ -128,7 +128,7 @@ TEST_F(MainContextSourceTest, MayBeStoppedInsideItsTurn) {
 }
 
 TEST_F(MainContextSourceTest, LeavesNothingInTheContextOnceStopped) {
-    Pipe pipe;
+    WatchedPipe pipe;
     client.wait = [&] { return Wait{never, {pipe.reader()}}; };
     iterateOnce();
     source.stop();
@@ -139,7 +139,7 @@ TEST_F(MainContextSourceTest, LeavesNothingInTheContextOnceStopped) {
 }
 
 TEST_F(MainContextSourceTest, MayBeStoppedWhileAnotherThreadIterates) {
-    Pipe pipe;
+    WatchedPipe pipe;
     client.wait = [&] {
         std::this_thread::sleep_for(20us); // time for the other thread to stop it
         return Wait{never, {pipe.reader()}};

@@ -2,7 +2,7 @@
 #include "platform/runloop.h"
 
 #include "tests/support/mainloop.h"
-#include "tests/support/pipe.h"
+#include "tests/support/watchedpipe.h"
 
 #include <chrono>
 #include <functional>
@@ -55,7 +55,7 @@ struct Connection : CountingHandler {
     ~Connection() { RunLoop::instance().unregisterEventHandler(this); }
     Connection(const Connection&) = delete;
     Connection& operator=(const Connection&) = delete;
-    Pipe pipe;
+    WatchedPipe pipe;
 };
 
 // A frame as the loop sees it.
@@ -67,7 +67,7 @@ struct Frame : CountingHandler {
 };
 
 TEST_P(RunLoopDrive, ServesAWatchedDescriptorWhenItCanBeRead) {
-    Pipe pipe;
+    WatchedPipe pipe;
     int calls = 0;
     const auto id = loop.watchDescriptor(pipe.reader(), [&] {
         ++calls;
@@ -170,7 +170,7 @@ TEST_P(RunLoopDrive, CallsNothingOfTheToolkitsThatHasBeenTakenBackMeanwhile) {
 }
 
 TEST_P(RunLoopDrive, ATurnInsideATurnDoesNothing) {
-    Pipe pipe;
+    WatchedPipe pipe;
     int depth = 0;
     int deepest = 0;
     const auto id = loop.watchDescriptor(pipe.reader(), [&] {
@@ -189,7 +189,7 @@ TEST_P(RunLoopDrive, ATurnInsideATurnDoesNothing) {
 TEST(RunLoop, DoesNotKeepALoopThatTheHostRunsInsideATurnAwake) {
     RunLoop& loop = RunLoop::instance();
     const RunLoop::User user;
-    Pipe pipe;
+    WatchedPipe pipe;
     int iterations = 0;
     const auto id = loop.watchDescriptor(pipe.reader(), [&] {
         iterations = iterateFor(100ms);
@@ -241,7 +241,7 @@ TEST(RunLoop, IsServedByItsOwnThreadAmongOthersThatIterate) {
 TEST(RunLoop, SurvivesWhatFailsInATurn) {
     RunLoop& loop = RunLoop::instance();
     const RunLoop::User user;
-    Pipe pipe;
+    WatchedPipe pipe;
     int calls = 0;
     const auto id = loop.watchDescriptor(pipe.reader(), [&] {
         if (++calls < 3)
