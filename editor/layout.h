@@ -128,7 +128,10 @@ inline constexpr auto meters = std::to_array<Meter>({
     {Reading::width, {60, 25}, kParamWidth},
     {Reading::balance, {60, 121}, kParamBalance},
 });
-static_assert(std::ranges::all_of(meters, sliderOf, &Meter::above));
+// Counted, not looked up: with sanitizers gcc takes no pointer's truth for constant.
+static_assert(std::ranges::all_of(meters, [](const Meter& meter) {
+    return std::ranges::count(sliderRows, meter.above, &SliderRow::parameter) == 1;
+}));
 inline constexpr int meterSegments = 182;
 
 inline constexpr CRect aboutStrip{70, 282, 225, 302};
