@@ -27,7 +27,7 @@ void check(Write write) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     fuzz::Input input(data, size);
     const auto value = input.take<float>();
-    const int digits = input.take<std::int8_t>();
+    const int digits = int{input.take<std::uint8_t>()} - 128; // below 0 as well
     const auto index = input.take<std::int32_t>();
     check([&](char* text) { float2string2(value, digits, text); });
     constexpr std::array converters{
