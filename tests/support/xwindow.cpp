@@ -96,6 +96,7 @@ void closeWindowNamed(std::string_view title) {
 
 XWindow::XWindow(int width, int height)
     : HostWindow(titleOnDisplay(), width, height, hosting::WindowKind::ordinary) {
+    XSelectInput(connection(), id(), NoEventMask); // nobody looks at its events
     XSetWindowBackground(connection(), id(), 0x808080);
     XMoveWindow(connection(), id(), 20, 30);
     show();
