@@ -134,7 +134,7 @@ TEST_F(RenderPipes, BeginWithAnRf64HeaderWhereAWavWouldBeTooSmall) {
     }
     writeFile(folder / "in.rf64", bytes);
     resize_file(folder / "in.rf64", bytes.size() + size);
-    // Whoever reads the pipe has seen enough after the header.
+    // The reader of the pipe has seen enough after the header.
     const ProgramResult result = shell("RENDER --format wav in.rf64 - | head -c 4");
     EXPECT_EQ(result.output, "RF64");
     const ProgramResult aiff = shell("RENDER in.rf64 out.aiff");

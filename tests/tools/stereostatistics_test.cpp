@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <gtest/gtest.h>
+#include <limits>
 #include <vector>
 
 namespace mirelon::tools {
@@ -69,7 +70,9 @@ TEST(StereoStatistics, CorrelationIsOfLeftAndRight) {
 }
 
 TEST(StereoStatistics, LeaveOutWhatIsNotFinite) {
-    const auto statistics = of({0.5, NAN, 0.5, -INFINITY}, {0.25, 0.25, -double{NAN}, 0.25});
+    constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+    const auto statistics =
+        of({0.5, nan, 0.5, -std::numeric_limits<double>::infinity()}, {0.25, 0.25, -nan, 0.25});
     EXPECT_EQ(statistics.notFinite(), 3U);
     EXPECT_EQ(statistics.frames(), 4U);
     EXPECT_EQ(statistics.peak(0), INFINITY);
