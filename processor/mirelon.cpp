@@ -8,7 +8,8 @@
 #include <bit>
 #include <cstdint>
 #include <cstdio>
-#include <cstring>
+
+using mirelon::copyText;
 
 namespace {
 
@@ -20,11 +21,6 @@ constexpr std::string_view vendorDomain = "dravik.example";
 
 static_assert(kNumPresetParams == kNumParams, "a preset record has a value for each parameter");
 static_assert(kNumPresets == mirelon::factoryPresets.size(), "the factory presets fill the bank");
-
-void copyText(std::string_view source, char* text) {
-    std::memcpy(text, source.data(), source.size());
-    text[source.size()] = '\0';
-}
 
 VstInt32 integerRate(float sampleRate) {
     return sampleRate >= 0.0F && sampleRate < 2147483648.0F ? static_cast<VstInt32>(sampleRate) : 0;

@@ -8,14 +8,11 @@
 #include <optional>
 #include <string_view>
 
+using mirelon::copyText;
+
 namespace {
 
 constexpr std::size_t textSize = 32;
-
-void copyText(std::string_view source, char* text) noexcept {
-    // Not memcpy: an empty view may point nowhere.
-    *std::ranges::copy(source, text).out = '\0';
-}
 
 // The integer part, towards zero; none for what does not fit (NaN included).
 std::optional<int> integerPart(double value) noexcept {
@@ -170,6 +167,8 @@ void strictStringConvert(float value, char* text) noexcept {
 }
 
 namespace mirelon::displays {
+using mirelon::copyText;
+
 namespace {
 
 void choose(float working, std::string_view on, std::string_view off, char* text) noexcept {

@@ -7,6 +7,9 @@
 // that of NaN.
 #pragma once
 
+#include <algorithm>
+#include <string_view>
+
 // Decimal notation, eight characters at the most, `digits` of them behind the
 // point (below 0: as many as there is room for). Ties, and what is within 0.00001
 // of one, go away from zero. Shows -9999999 to 99999999.
@@ -32,6 +35,12 @@ void stepStringConvert(float value, char* text) noexcept;
 void strictStringConvert(float value, char* text) noexcept;
 
 namespace mirelon {
+
+// The source, terminated, into a buffer that has room for it.
+inline void copyText(std::string_view source, char* text) noexcept {
+    // Not memcpy: an empty view may point nowhere.
+    *std::ranges::copy(source, text).out = '\0';
+}
 
 // A parameter's value as a host shows it, from the normalised value and the one in
 // the parameter's own unit.
