@@ -1,7 +1,7 @@
 // The grouped loop: matrix or pass-through for a group of frames while the
 // followers are still busy with the group before it. Written once for all
-// instruction sets; local to the file that includes it, after the registers. Long for a header: one
-// loop, which the compiler has to see as a whole.
+// instruction sets; local to the file that includes it, after the registers. Long
+// for a header: one loop, which the compiler has to see as a whole.
 #pragma once
 
 #include "processor/core/stereodenormals.h"

@@ -1,5 +1,5 @@
-// The allocations of a test program and of the plug-in that it loads: whoever
-// links this has its allocation functions taken over.
+// The allocations of a test program and of the plug-in that it loads. Linking this
+// takes the program's allocation functions over.
 #pragma once
 
 namespace mirelon::test {
