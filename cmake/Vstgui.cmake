@@ -3,8 +3,10 @@
 # Without VSTGUI_ROOT the pinned sources are fetched: once for all build folders
 # below build/, which the presets use, and into the build folder itself where
 # that lies elsewhere, so that the sources may be read-only. A checkout given by
-# the user must have `final` taken off `class CFrame` (vstgui/lib/cframe.h): the
-# editor's frame derives from it.
+# the user must be prepared as scripts/fetch-vstgui does it: `final` taken off
+# `class CFrame` (vstgui/lib/cframe.h), from which the editor's frame derives, and
+# the answers to xcb_get_motion_events dropped by xcb_discard_reply
+# (vstgui/lib/platform/linux/x11frame.cpp), which otherwise pile up.
 if(VSTGUI_ROOT)
   get_filename_component(MIRELON_VSTGUI_DIR "${VSTGUI_ROOT}" ABSOLUTE)
 else()
@@ -22,6 +24,11 @@ message(STATUS "VSTGUI: ${MIRELON_VSTGUI_DIR}")
 file(STRINGS "${MIRELON_VSTGUI_DIR}/vstgui/lib/cframe.h" _cframe REGEX "^class CFrame ")
 if(NOT _cframe OR _cframe MATCHES "final")
   message(FATAL_ERROR "${MIRELON_VSTGUI_DIR}: not VSTGUI 4, or `class CFrame` is still final there")
+endif()
+set(_events "${MIRELON_VSTGUI_DIR}/vstgui/lib/platform/linux/x11frame.cpp")
+file(STRINGS "${_events}" _motions REGEX "xcb_get_motion_events")
+if(NOT _motions MATCHES "^[\t ]*xcb_discard_reply ?\\(xcb, xcb_get_motion_events")
+  message(FATAL_ERROR "${_events}: the answers to xcb_get_motion_events are not dropped there")
 endif()
 
 find_package(PkgConfig REQUIRED)
