@@ -71,6 +71,7 @@ bool CPresetSystemEditor::open(void* /*parent*/) {
 }
 
 void CPresetSystemEditor::close() {
+    filePrompt.cancel();
     window.close();
     if (idleTimer != nullptr)
         destroyTimer(idleTimer);

@@ -17,8 +17,8 @@
 class IdleTimer;
 
 // Everything here runs on the thread that opened the editor, except what
-// EditorLink says. Files are asked for by an open window only; everything else
-// works without one.
+// EditorLink says. Files are asked for by an open window only, in one dialog at a
+// time, which is gone when the window closes; everything else works without one.
 class CPresetSystemEditor : public VSTGUI::AEffGUIEditor,
                             public VSTGUI::IControlListener,
                             public EditorLink {

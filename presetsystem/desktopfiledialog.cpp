@@ -1,5 +1,6 @@
 #include "presetsystem/desktopfiledialog.h"
 
+#include "platform/toolkitconnection.h"
 #include "presetsystem/helperfileselector.h"
 
 #include <utility>
@@ -9,30 +10,48 @@ namespace mirelon {
 using VSTGUI::CNewFileSelector;
 using VSTGUI::PlatformFileSelectorStyle;
 
-void DesktopFileDialog::ask(const FileQuestion& question, Answer answered) {
+void DesktopFileDialog::ask(const FileQuestion& question, Answer whenAnswered) {
+    VSTGUI::CFrame* const frame = window.getFrame();
     const bool save = question.save;
     auto backEnd = std::make_shared<HelperFileSelector>(
-        save ? PlatformFileSelectorStyle::SelectSaveFile : PlatformFileSelectorStyle::SelectFile);
-    const auto selector =
-        VSTGUI::owned(new CNewFileSelector(std::move(backEnd), window.getFrame()));
+        save ? PlatformFileSelectorStyle::SelectSaveFile : PlatformFileSelectorStyle::SelectFile,
+        frame != nullptr ? windowOf(*frame) : 0);
+    // This object may be gone, or ask anew, before it is known whether it could ask.
+    const auto asking = VSTGUI::owned(new CNewFileSelector(std::move(backEnd), frame));
     const VSTGUI::CFileExtension type(question.type.description, question.type.extension);
-    selector->setTitle(question.title.c_str());
-    selector->setInitialDirectory(question.directory.c_str());
+    asking->setTitle(question.title.c_str());
+    asking->setInitialDirectory(question.directory.c_str());
     if (save) {
-        selector->setDefaultSaveName(question.name.c_str());
-        selector->setDefaultExtension(type);
+        asking->setDefaultSaveName(question.name.c_str());
+        asking->setDefaultExtension(type);
     } else {
-        selector->addFileExtension(type);
-        selector->setAllowMultiFileSelection(false);
+        asking->addFileExtension(type);
+        asking->setAllowMultiFileSelection(false);
     }
-    // This object and the question may be gone when the user has answered.
-    const bool hasAnswer = selector->runModal();
-    if (!save)
-        selector->cancel();
-    if (hasAnswer && selector->getNumSelectedFiles() == 1)
-        answered(selector->getSelectedFile(0));
+    answered = std::move(whenAnswered);
+    selector = asking;
+    if (frame != nullptr)
+        inputBlock.emplace(*frame);
+    asking->run([this](CNewFileSelector* asked) { take(*asked); });
+}
+
+// Also called, with nothing chosen, when the dialog is dismissed.
+void DesktopFileDialog::take(const CNewFileSelector& asked) {
+    inputBlock.reset();
+    selector = nullptr;
+    const Answer told = std::exchange(answered, nullptr);
+    if (told == nullptr)
+        return;
+    if (asked.getNumSelectedFiles() == 1)
+        told(asked.getSelectedFile(0));
     else
-        answered(std::nullopt);
+        told(std::nullopt);
+}
+
+void DesktopFileDialog::end() {
+    answered = nullptr;
+    if (const auto asked = selector)
+        asked->cancel();
 }
 
 } // namespace mirelon

@@ -3,21 +3,33 @@
 
 #include "platform/toolkit.h"
 #include "presetsystem/filedialog.h"
+#include "presetsystem/inputblock.h"
+
+#include <optional>
 
 namespace mirelon {
 
-// Answers before ask() returns.
+// While it is open the editor's window takes no input; everything else goes on.
 class DesktopFileDialog final : public FileDialog {
   public:
-    // `window` has the frame that is brought up to date before the dialog opens,
-    // if any, and outlives the dialog.
+    // `window` outlives the dialog; a frame that it has when it is asked is there
+    // until it is answered or dismissed.
     explicit DesktopFileDialog(const VSTGUI::VSTGUIEditorInterface& window)
         : window(window) {}
+    ~DesktopFileDialog() override { end(); }
 
     void ask(const FileQuestion& question, Answer answered) override;
+    void dismiss() override { end(); }
 
   private:
+    void take(const VSTGUI::CNewFileSelector& asked);
+    void end();
+
     const VSTGUI::VSTGUIEditorInterface& window;
+    // While the dialog is open.
+    Answer answered;
+    VSTGUI::SharedPointer<VSTGUI::CNewFileSelector> selector;
+    std::optional<InputBlock> inputBlock;
 };
 
 } // namespace mirelon

@@ -20,10 +20,13 @@ class FileDialog {
     FileDialog(const FileDialog&) = delete;
     FileDialog& operator=(const FileDialog&) = delete;
 
-    // Calls `answered` once: before it returns, or later. The dialog may be
-    // destroyed meanwhile, by what runs while the user thinks or by the answer
-    // itself; then nothing may touch it any more, and the answer may be left out.
+    // Shows the dialog, which keeps nobody waiting, and calls `answered` once: before
+    // it returns, or later. The answer may ask anew and may destroy the dialog.
+    // Asked at most once at a time.
     virtual void ask(const FileQuestion& question, Answer answered) = 0;
+    // Takes the dialog off the screen, if it is there; it is not answered any more.
+    // So does its destruction.
+    virtual void dismiss() = 0;
 };
 
 } // namespace mirelon

@@ -55,6 +55,13 @@ void FilePrompt::ask(const FileQuestion& question, Continuation proceed) {
     openDialog();
 }
 
+void FilePrompt::cancel() {
+    if (!isAsking())
+        return;
+    end();
+    dialog->dismiss();
+}
+
 void FilePrompt::openDialog() {
     // A copy, which outlives this object when that goes while the user thinks.
     const FileQuestion question = open->question;

@@ -15,8 +15,7 @@ namespace mirelon {
 // makes it the name of an existing file, which the dialog has not asked about,
 // the user is asked once more, with that name proposed.
 //
-// The answer may come before ask() returns or much later, when the window that
-// asked has been closed. Destroying the prompt cancels its question. One thread.
+// The answer may come before ask() returns or much later. One thread at a time.
 class FilePrompt {
   public:
     using Continuation = std::function<void(const ChosenFile& file)>;
@@ -29,9 +28,11 @@ class FilePrompt {
 
     // Calls `proceed` at most once: with the file, or not at all when the user
     // dismisses the dialog, chooses what is no file or has too long a path, or
-    // when the prompt is destroyed first. While one question is open another is
-    // dropped. `proceed` may ask again and may destroy the prompt.
+    // when the prompt is cancelled or destroyed first. While one question is open
+    // another is dropped. `proceed` may ask again and may destroy the prompt.
     void ask(const FileQuestion& question, Continuation proceed);
+    // Takes back the question that is open, if one is.
+    void cancel();
     bool isAsking() const { return open != nullptr; }
 
   private:

@@ -1,10 +1,10 @@
 #include "presetsystem/helperfileselector.h"
 
-#include "platform/helperprocess.h"
-
 #include <algorithm>
+#include <optional>
 #include <sstream>
 #include <unistd.h>
+#include <utility>
 
 namespace mirelon {
 
@@ -17,8 +17,11 @@ std::string startingPoint(const VSTGUI::PlatformFileSelectorConfig& config, bool
     return save ? directory + config.defaultSaveName.getString() : directory;
 }
 
-Arguments zenityArguments(const VSTGUI::PlatformFileSelectorConfig& config, bool save) {
+Arguments zenityArguments(const VSTGUI::PlatformFileSelectorConfig& config, bool save,
+                          std::uint32_t parent) {
     Arguments arguments{"--file-selection", "--title=" + config.title.getString()};
+    if (parent != 0)
+        arguments.push_back("--attach=" + std::to_string(parent));
     if (save)
         arguments.insert(arguments.end(), {"--save", "--confirm-overwrite"});
     if (const std::string start = startingPoint(config, save); !start.empty())
@@ -30,13 +33,18 @@ Arguments zenityArguments(const VSTGUI::PlatformFileSelectorConfig& config, bool
     return arguments;
 }
 
-Arguments kdialogArguments(const VSTGUI::PlatformFileSelectorConfig& config, bool save) {
+Arguments kdialogArguments(const VSTGUI::PlatformFileSelectorConfig& config, bool save,
+                           std::uint32_t parent) {
     std::string types;
     for (const VSTGUI::PlatformFileExtension& type : config.extensions)
         types += type.description.getString() + " (*." + type.extension.getString() + ");;";
+    Arguments arguments{"--title", config.title.getString()};
+    if (parent != 0)
+        arguments.insert(arguments.end(), {"--attach", std::to_string(parent)});
     // An empty starting point is the host's current folder.
-    return {"--title", config.title.getString(), save ? "--getsavefilename" : "--getopenfilename",
-            startingPoint(config, save), types + "All files (*)"};
+    arguments.insert(arguments.end(), {save ? "--getsavefilename" : "--getopenfilename",
+                                       startingPoint(config, save), types + "All files (*)"});
+    return arguments;
 }
 
 // One absolute path a line; anything else the program may have said is none.
@@ -57,26 +65,41 @@ std::vector<HelperProgram> desktopHelpers() {
 }
 
 HelperFileSelector::HelperFileSelector(VSTGUI::PlatformFileSelectorStyle style,
-                                       std::vector<HelperProgram> programs)
+                                       std::uint32_t parent, std::vector<HelperProgram> programs)
     : style(style)
+    , parent(parent)
     , programs(std::move(programs)) {}
 
 bool HelperFileSelector::run(const VSTGUI::PlatformFileSelectorConfig& config) {
+    answered = config.doneCallback;
     const auto program = std::ranges::find_if(programs, [](const HelperProgram& candidate) {
         return access(candidate.path.c_str(), X_OK) == 0;
     });
-    if (program == programs.end())
-        return false;
-    const bool save = style == VSTGUI::PlatformFileSelectorStyle::SelectSaveFile;
-    const Arguments arguments = program->dialect == HelperDialect::zenity
-                                    ? zenityArguments(config, save)
-                                    : kdialogArguments(config, save);
-    // A copy: the object that asked may be gone when the user has answered.
-    const auto done = config.doneCallback;
-    const std::optional<std::string> output = runHelper(program->path, arguments);
-    if (output && done)
-        done(pathsIn(*output));
-    return output.has_value();
+    if (program != programs.end()) {
+        const bool save = style == VSTGUI::PlatformFileSelectorStyle::SelectSaveFile;
+        const Arguments arguments = program->dialect == HelperDialect::zenity
+                                        ? zenityArguments(config, save, parent)
+                                        : kdialogArguments(config, save, parent);
+        dialog = HelperProcess::start(program->path, arguments,
+                                      [this](const std::optional<std::string>& output) {
+                                          answer(output ? pathsIn(*output) : Paths{});
+                                      });
+    }
+    if (dialog != nullptr)
+        return true;
+    answer({});
+    return false;
+}
+
+bool HelperFileSelector::cancel() {
+    answer({});
+    return true;
+}
+
+void HelperFileSelector::answer(Paths paths) {
+    dialog.reset();
+    if (const auto told = std::exchange(answered, nullptr))
+        told(std::move(paths));
 }
 
 } // namespace mirelon

@@ -5,8 +5,11 @@
 // proposed name nor the file type; this one does it properly.
 #pragma once
 
+#include "platform/helperprocess.h"
 #include "platform/toolkit.h"
 
+#include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -24,19 +27,28 @@ std::vector<HelperProgram> desktopHelpers();
 
 class HelperFileSelector final : public VSTGUI::IPlatformFileSelector {
   public:
-    // Uses the first of the programs that is installed.
-    HelperFileSelector(VSTGUI::PlatformFileSelectorStyle style,
+    // Uses the first of the programs that is installed. The dialog belongs to
+    // `parent`, an X11 window; 0: to none.
+    HelperFileSelector(VSTGUI::PlatformFileSelectorStyle style, std::uint32_t parent,
                        std::vector<HelperProgram> programs = desktopHelpers());
 
-    // Blocks until the user has answered, then hands the absolute paths chosen
-    // to the callback. False when there is no program to ask with.
+    // Starts the dialog, once; false when it cannot. The callback is called once,
+    // with the absolute paths chosen: from the run loop when the user has answered,
+    // or with none, when there is no dialog, before this returns. It may destroy
+    // this object.
     bool run(const VSTGUI::PlatformFileSelectorConfig& config) override;
-    // Nothing runs beyond run().
-    bool cancel() override { return true; }
+    // Ends the dialog and calls back with no path, unless it has been answered.
+    bool cancel() override;
 
   private:
+    using Paths = std::vector<VSTGUI::UTF8String>;
+    void answer(Paths paths);
+
     VSTGUI::PlatformFileSelectorStyle style;
+    std::uint32_t parent;
     std::vector<HelperProgram> programs;
+    VSTGUI::PlatformFileSelectorConfig::CallbackFunc answered; // empty while nothing is asked
+    std::unique_ptr<HelperProcess> dialog;
 };
 
 } // namespace mirelon

@@ -71,7 +71,7 @@ void EditorHost::run(std::chrono::milliseconds time) {
 }
 
 bool EditorHost::runUntil(const std::function<bool()>& reached) {
-    const auto end = std::chrono::steady_clock::now() + 2s;
+    const auto end = std::chrono::steady_clock::now() + 10s;
     while (!reached()) {
         if (std::chrono::steady_clock::now() > end)
             return false;

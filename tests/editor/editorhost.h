@@ -33,7 +33,7 @@ class EditorHost {
 
     // Lets the host's loop run.
     void run(std::chrono::milliseconds time = std::chrono::milliseconds(60));
-    // Runs until `reached` or for two seconds; answers whether it was reached.
+    // Runs until `reached` or for ten seconds; answers whether it was reached.
     bool runUntil(const std::function<bool()>& reached);
 
     // Positions are in the editor's own pixels at scale 1.

@@ -1,11 +1,10 @@
 // Opening and closing the editor, in order and out of it.
 #include "tests/editor/editorhost.h"
 #include "tests/support/plugin.h"
+#include "tests/support/processes.h"
 
 #include <cstdlib>
-#include <filesystem>
 #include <gtest/gtest.h>
-#include <iterator>
 #include <memory>
 #include <thread>
 
@@ -20,11 +19,6 @@ constexpr std::uint32_t hostGrey = 0x808080;
 // Positions in the window.
 constexpr double aboutX = 150;
 constexpr double aboutY = 290;
-
-std::ptrdiff_t openFiles() {
-    const std::filesystem::directory_iterator files("/proc/self/fd");
-    return std::distance(begin(files), end(files));
-}
 
 std::string driveName(const testing::TestParamInfo<Drive>& info) {
     return testing::PrintToString(info.param);

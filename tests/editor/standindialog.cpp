@@ -1,5 +1,7 @@
 #include "tests/editor/standindialog.h"
 
+#include "tests/support/processes.h"
+
 #include <algorithm>
 #include <cstring>
 #include <dlfcn.h>
@@ -26,33 +28,52 @@ Function* original(const char* name) {
     return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
 }
 
+// Ends by itself once the test has gone and its folder with it.
+constexpr std::string_view waitingScript =
+    "while [ -e numbers ] && [ ! -e answer.$$ ]; do sleep 0.02; done\n"
+    "cat answer.$$\n";
+
 } // namespace
 
-StandInDialog::StandInDialog(const std::string& answer, double seconds) {
-    const auto script = folder / "dialog";
-    writeFile(script, "#!/bin/sh\n"
-                      "cd '" +
-                          folder.path.string() +
-                          "'\n"
-                          "echo x >> starts\n"
-                          "printf '%s\\n' \"$@\" > arguments\n"
-                          "echo \"$LD_PRELOAD$LD_LIBRARY_PATH\" > linker\n"
-                          "sleep " +
-                          std::to_string(seconds) +
-                          "\n"
-                          "printf '%s' '" +
-                          answer + "'\n");
-    std::filesystem::permissions(script, std::filesystem::perms(0755));
-    program = script;
+StandInDialog::StandInDialog(const Script& script) {
+    const auto file = folder / "dialog";
+    writeFile(file, "#!/bin/sh\n"
+                    "cd '" +
+                        folder.path.string() +
+                        "'\n"
+                        "printf '%s\\n' \"$@\" > arguments\n"
+                        "echo \"$LD_PRELOAD$LD_LIBRARY_PATH\" > linker\n"
+                        "echo $$ >> numbers\n" +
+                        script.text + "\n");
+    std::filesystem::permissions(file, std::filesystem::perms(0755));
+    program = file;
 }
+
+StandInDialog::StandInDialog(const std::string& answer)
+    : StandInDialog(Script{"printf '%s' '" + answer + "'"}) {}
+
+StandInDialog::StandInDialog()
+    : StandInDialog(Script{std::string(waitingScript)}) {}
 
 StandInDialog::~StandInDialog() {
     program.clear();
 }
 
-int StandInDialog::starts() const {
-    const std::string marks = contentsOf(folder / "starts");
-    return static_cast<int>(std::count(marks.begin(), marks.end(), 'x'));
+void StandInDialog::answer(const std::string& text, std::size_t start) const {
+    writeFile(folder / "answer", text);
+    rename(folder / "answer", folder / ("answer." + std::to_string(processes().at(start))));
+}
+
+std::vector<pid_t> StandInDialog::processes() const {
+    std::istringstream numbers(contentsOf(folder / "numbers"));
+    std::vector<pid_t> result;
+    for (pid_t number = 0; numbers >> number && numbers.get() == '\n';)
+        result.push_back(number);
+    return result;
+}
+
+bool StandInDialog::isOpen() const {
+    return std::ranges::any_of(processes(), processExists);
 }
 
 std::vector<std::string> StandInDialog::arguments() const {

@@ -2,49 +2,79 @@
 
 #include "tests/support/temporaryfolder.h"
 
-#include <array>
+#include "tests/support/processes.h"
+#include "tests/support/pumping.h"
+#include "tests/support/temporaryfolder.h"
+
+#include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <thread>
 #include <vector>
 
 namespace mirelon::test {
 namespace {
 
-std::optional<std::string> shell(const std::string& script) {
-    return runHelper("/bin/sh", std::vector<std::string>{"-c", script});
-}
+using namespace std::chrono_literals;
+using Output = std::optional<std::string>;
 
-TEST(Helper, AnswersWhatItPrinted) {
+class Helper : public testing::Test {
+  protected:
+    void start(const std::string& program, const std::vector<std::string>& arguments) {
+        process = HelperProcess::start(program, arguments, [this](Output output) {
+            ++ends;
+            ended = std::move(output);
+        });
+    }
+    void startShell(const std::string& script) { start("/bin/sh", {"-c", script}); }
+    // Starts it and waits for its end.
+    Output run(const std::string& program, const std::vector<std::string>& arguments) {
+        start(program, arguments);
+        EXPECT_TRUE(pumpUntil([&] { return ends > 0; }));
+        return ended;
+    }
+    Output shell(const std::string& script) { return run("/bin/sh", {"-c", script}); }
+    // The number that a script has written to a file.
+    std::optional<pid_t> processIn(const char* file) const { return numberIn(folder / file); }
+    bool pumpUntilGone(pid_t gone) const {
+        return pumpUntil([&] { return !processExists(gone); });
+    }
+
+    const RunLoop::User user;
+    const TemporaryFolder folder;
+    std::unique_ptr<HelperProcess> process;
+    int ends = 0;
+    Output ended;
+};
+
+TEST_F(Helper, AnswersWhatItPrinted) {
     EXPECT_EQ(shell("echo one; echo two"), "one\ntwo\n");
 }
 
-TEST(Helper, GetsItsArgumentsUntouched) {
+TEST_F(Helper, GetsItsArgumentsUntouched) {
     const std::vector<std::string> arguments{"-c", "printf '%s|' \"$@\"", "sh", "a b", "$HOME", "'",
                                              ""};
-    EXPECT_EQ(runHelper("/bin/sh", arguments), "a b|$HOME|'||");
+    EXPECT_EQ(run("/bin/sh", arguments), "a b|$HOME|'||");
 }
 
-TEST(Helper, ThatFailsAnswersNothing) {
+TEST_F(Helper, ThatFailsAnswersNothing) {
     EXPECT_EQ(shell("echo /some/path; exit 1"), std::nullopt);
 }
 
-TEST(Helper, ThatIsKilledAnswersNothing) {
+TEST_F(Helper, ThatIsKilledAnswersNothing) {
     EXPECT_EQ(shell("echo /some/path; kill -9 $$"), std::nullopt);
 }
 
-TEST(Helper, ThatDoesNotExistAnswersNothing) {
-    EXPECT_EQ(runHelper("/nonexistent/program", {}), std::nullopt);
+TEST_F(Helper, ThatDoesNotExistDoesNotStart) {
+    start("/nonexistent/program", {});
+    EXPECT_EQ(process, nullptr);
+    RunLoop::instance().pump();
+    EXPECT_EQ(ends, 0);
 }
 
-TEST(Helper, ThatPrintsWithoutEndIsCutOff) {
-    EXPECT_EQ(
-        shell("while :; do echo /aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa || exit; done"),
-        std::nullopt);
-}
-
-TEST(Helper, DoesNotSeeTheHostsLinkerVariables) {
+TEST_F(Helper, DoesNotSeeTheHostsLinkerVariables) {
     setenv("LD_LIBRARY_PATH", "/nowhere", 1);
     setenv("LD_PRELOAD", "", 1);
     setenv("MIRELON_TEST_VARIABLE", "kept", 1);
@@ -57,7 +87,7 @@ TEST(Helper, DoesNotSeeTheHostsLinkerVariables) {
     EXPECT_NE(output->find("MIRELON_TEST_VARIABLE=kept"), std::string::npos);
 }
 
-TEST(Helper, DoesNotInheritTheHostsOpenFiles) {
+TEST_F(Helper, DoesNotInheritTheHostsOpenFiles) {
     const int leaked = open("/dev/null", O_RDONLY); // NOLINT: inheritable on purpose
     ASSERT_GE(leaked, 3);
     const auto output = shell("test -e /proc/self/fd/" + std::to_string(leaked) +
@@ -66,7 +96,7 @@ TEST(Helper, DoesNotInheritTheHostsOpenFiles) {
     EXPECT_EQ(output, "closed\n");
 }
 
-TEST(Helper, StartsWithSignalsUnblocked) {
+TEST_F(Helper, StartsWithSignalsUnblocked) {
     sigset_t blocked;
     sigset_t before;
     sigemptyset(&blocked);
@@ -77,11 +107,102 @@ TEST(Helper, StartsWithSignalsUnblocked) {
     EXPECT_EQ(output, "SigBlk:\t0000000000000000\n");
 }
 
-TEST(Helper, AnswersInAHostThatIgnoresItsChildren) {
+TEST_F(Helper, AnswersInAHostThatIgnoresItsChildren) {
     const auto before = std::signal(SIGCHLD, SIG_IGN);
     const auto output = shell("echo /a/path");
     std::signal(SIGCHLD, before);
     EXPECT_EQ(output, "/a/path\n");
+}
+
+TEST_F(Helper, LeadsAProcessGroupOfItsOwn) {
+    EXPECT_EQ(shell("read number name state parent group rest < /proc/self/stat; "
+                    "test $number -eq $$ -a $group -eq $$ && echo leads"),
+              "leads\n");
+}
+
+TEST_F(Helper, IsStartedWithoutBeingWaitedFor) {
+    startShell("cat '" + (folder / "none").string() + "'; sleep 1000");
+    for (int i = 0; i < 50; ++i)
+        RunLoop::instance().pump();
+    EXPECT_EQ(ends, 0);
+}
+
+TEST_F(Helper, AnswersThoughWhatItLeavesBehindKeepsItsOutputOpen) {
+    EXPECT_EQ(shell("sleep 1000 & echo $! > '" + (folder / "left").string() + "'; echo /a/path"),
+              "/a/path\n");
+    EXPECT_EQ(ends, 1);
+    const auto left = processIn("left");
+    ASSERT_TRUE(left);
+    EXPECT_TRUE(processExists(*left)) << "what a program leaves behind is its own business";
+    kill(*left, SIGKILL);
+}
+
+TEST_F(Helper, ThatClosesItsOutputAnswersWhenItEnds) {
+    EXPECT_EQ(shell("echo /a/path; exec >&-; sleep 0.2; exit 0"), "/a/path\n");
+}
+
+TEST_F(Helper, AnswersAllOfAnOutputThatComesInParts) {
+    EXPECT_EQ(shell("printf /a; sleep 0.1; printf /b; sleep 0.1; echo /c"), "/a/b/c\n");
+}
+
+TEST_F(Helper, ThatIsNotWantedAnyMoreEndsWithAllItHasStarted) {
+    startShell("sleep 1000 & echo $! > '" + (folder / "child").string() + "'; echo $$ > '" +
+               (folder / "leader").string() + "'; wait");
+    ASSERT_TRUE(pumpUntil([&] { return processIn("child") && processIn("leader"); }));
+    process.reset();
+    EXPECT_TRUE(pumpUntilGone(*processIn("child")));
+    EXPECT_TRUE(pumpUntilGone(*processIn("leader"))) << "it has not been collected";
+    EXPECT_EQ(ends, 0);
+}
+
+TEST_F(Helper, ThatWillNotEndWhenToldIsKilled) {
+    startShell("trap '' TERM; echo $$ > '" + (folder / "leader").string() +
+               "'; while :; do sleep 0.1; done");
+    ASSERT_TRUE(pumpUntil([&] { return processIn("leader").has_value(); }));
+    const auto begin = std::chrono::steady_clock::now();
+    process.reset();
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, 250ms) << "it has been waited for";
+    EXPECT_TRUE(pumpUntilGone(*processIn("leader")));
+}
+
+TEST_F(Helper, IsNotAnsweredForOnceItIsNotWantedAnyMore) {
+    startShell("echo /a/path; echo $$ > '" + (folder / "leader").string() + "'");
+    while (!processIn("leader"))
+        std::this_thread::sleep_for(1ms);
+    process.reset();
+    for (int i = 0; i < 50; ++i)
+        RunLoop::instance().pump();
+    EXPECT_EQ(ends, 0);
+}
+
+TEST_F(Helper, MayBeDestroyedByItsAnswer) {
+    process = HelperProcess::start("/bin/sh", std::vector<std::string>{"-c", "echo x"},
+                                   [this](const Output&) {
+                                       process.reset();
+                                       ++ends;
+                                   });
+    EXPECT_TRUE(pumpUntil([&] { return ends == 1; }));
+}
+
+TEST_F(Helper, LeavesNoFileOpen) {
+    const std::ptrdiff_t before = openFiles();
+    EXPECT_EQ(shell("echo x"), "x\n");
+    startShell("sleep 1000");
+    process.reset();
+    EXPECT_EQ(openFiles(), before);
+}
+
+TEST_F(Helper, ThatPrintsWithoutEndIsEnded) {
+    startShell("echo $$ > '" + (folder / "leader").string() +
+               "'; trap '' PIPE; while :; do echo /aaaaaaaaaaaaaaaaaaaaaaaaaa; done 2> /dev/null");
+    EXPECT_TRUE(pumpUntil([&] { return ends > 0; }));
+    EXPECT_EQ(ended, std::nullopt);
+    ASSERT_TRUE(processIn("leader"));
+    EXPECT_TRUE(pumpUntilGone(*processIn("leader")));
+}
+
+TEST_F(Helper, ThatPrintsAMebibyteAnswersNothing) {
+    EXPECT_EQ(shell("head -c 1048576 /dev/zero | tr '\\0' a"), std::nullopt);
 }
 
 } // namespace

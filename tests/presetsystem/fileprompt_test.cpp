@@ -15,6 +15,7 @@ namespace {
 struct OpenDialogs {
     std::vector<FileQuestion> questions;
     std::vector<FileDialog::Answer> answers;
+    int dismissals = 0;
 
     void answer(std::optional<std::string> path) {
         ASSERT_FALSE(answers.empty());
@@ -32,6 +33,7 @@ class HeldDialog final : public FileDialog {
         dialogs.questions.push_back(question);
         dialogs.answers.push_back(std::move(answered));
     }
+    void dismiss() override { ++dialogs.dismissals; }
 
   private:
     OpenDialogs& dialogs;
@@ -170,6 +172,42 @@ TEST_F(FilePrompts, LeaveASecondAnswerAloneThatComesAfterTheirEnd) {
     prompt.reset();
     dialogs.answer((folder / "b.dvp").string());
     EXPECT_EQ(chosen, Chosen{});
+}
+
+TEST_F(FilePrompts, DismissTheDialogOfAQuestionThatIsTakenBack) {
+    load();
+    prompt->cancel();
+    EXPECT_EQ(dialogs.dismissals, 1);
+    EXPECT_FALSE(prompt->isAsking());
+    dialogs.answer("/a/b.dvp");
+    EXPECT_EQ(chosen, Chosen{});
+}
+
+TEST_F(FilePrompts, DismissNothingWhenNothingIsAsked) {
+    prompt->cancel();
+    load();
+    dialogs.answer("/a/b.dvp");
+    prompt->cancel();
+    EXPECT_EQ(dialogs.dismissals, 0);
+}
+
+TEST_F(FilePrompts, AskAgainAfterAQuestionWasTakenBack) {
+    load();
+    prompt->cancel();
+    save();
+    ASSERT_EQ(dialogs.questions.size(), 2U);
+    dialogs.answer("/a/b.dvp");
+    EXPECT_EQ(chosen, Chosen{"/a/|b.dvp"});
+}
+
+TEST_F(FilePrompts, MayBeCancelledInWhatFollowsAnAnswer) {
+    prompt->ask({presetFileType, false, "", "", ""}, [this](const ChosenFile& file) {
+        prompt->cancel();
+        chosen.emplace_back(file.name.data());
+    });
+    dialogs.answer("/a/b.dvp");
+    EXPECT_EQ(chosen, Chosen{"b.dvp"});
+    EXPECT_EQ(dialogs.dismissals, 0);
 }
 
 TEST_F(FilePrompts, MayEndInWhatFollowsAnAnswer) {

@@ -183,12 +183,24 @@ TEST_F(FileQuestions, AnInstanceThatEndsWhileTheUserThinksIsNotTouched) {
     }
 }
 
-TEST_F(FileQuestions, AWindowClosedWhileTheUserThinksIsNotRedrawn) {
+TEST_F(FileQuestions, AWindowThatClosesWhileTheUserThinksTakesItsQuestionBack) {
     writeFile(folder / "a.dvp", presetFileOf(effect(), 8));
-    answer(folder / "a.dvp");
-    editor().user->meanwhile = [this] { editor().dropFrame(); };
-    editor().loadPreset(false);
-    EXPECT_EQ(effect().name(0), "preset 8");
+    const std::string before = effect().bytes();
+    for (const bool save : {false, true}) {
+        if (save)
+            editor().makeFrame();
+        answer(save ? folder / "b.dvp" : folder / "a.dvp");
+        editor().user->meanwhile = [this] { editor().dropFrame(); };
+        if (save)
+            editor().savePreset();
+        else
+            editor().loadPreset(false);
+    }
+    EXPECT_EQ(editor().user->dismissals, 2);
+    EXPECT_EQ(effect().bytes(), before);
+    EXPECT_FALSE(exists(folder / "b.dvp"));
+    EXPECT_STREQ(editor().lastFiles.currentDir.data(), "");
 }
+
 } // namespace
 } // namespace mirelon::test

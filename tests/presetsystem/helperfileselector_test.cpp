@@ -1,8 +1,13 @@
 #include "presetsystem/helperfileselector.h"
 
+#include "tests/support/processes.h"
+#include "tests/support/pumping.h"
 #include "tests/support/temporaryfolder.h"
 
 #include <gtest/gtest.h>
+
+#include <optional>
+#include <vector>
 
 namespace mirelon::test {
 namespace {
@@ -11,7 +16,9 @@ using VSTGUI::CFileExtension;
 using VSTGUI::CNewFileSelector;
 using Style = VSTGUI::PlatformFileSelectorStyle;
 
-class FileDialog : public testing::Test {
+using Paths = std::vector<std::string>;
+
+class FileSelector : public testing::Test {
   protected:
     // A program that notes its arguments, one a line, then does `script`.
     HelperProgram program(HelperDialect dialect, std::string_view script) const {
@@ -22,10 +29,10 @@ class FileDialog : public testing::Test {
         return {file.string(), dialect};
     }
     // As the editor asks.
-    static VSTGUI::SharedPointer<CNewFileSelector> selector(Style style,
-                                                            std::vector<HelperProgram> programs) {
+    static VSTGUI::SharedPointer<CNewFileSelector>
+    selector(Style style, std::vector<HelperProgram> programs, std::uint32_t parent = 0) {
         auto result = VSTGUI::owned(new CNewFileSelector(
-            std::make_shared<HelperFileSelector>(style, std::move(programs)), nullptr));
+            std::make_shared<HelperFileSelector>(style, parent, std::move(programs)), nullptr));
         const CFileExtension type("Dravik Preset", "dvp");
         result->setTitle("A title");
         result->setInitialDirectory("/some/folder/");
@@ -39,95 +46,130 @@ class FileDialog : public testing::Test {
     }
     std::string arguments() const { return contentsOf(folder / "arguments"); }
 
+    // Whether the dialog could be shown.
+    bool show(CNewFileSelector& dialog) {
+        return dialog.run([this](CNewFileSelector* asked) {
+            Paths paths;
+            for (std::uint32_t i = 0; i < asked->getNumSelectedFiles(); ++i)
+                paths.emplace_back(asked->getSelectedFile(i));
+            answers.push_back(std::move(paths));
+        });
+    }
+    // What the user has chosen in it.
+    Paths chosenIn(CNewFileSelector& dialog) {
+        EXPECT_TRUE(show(dialog));
+        EXPECT_TRUE(pumpUntil([&] { return !answers.empty(); }));
+        return answers.empty() ? Paths{"no answer"} : answers.back();
+    }
+    // As the answer of a program to open a file with.
+    Paths chosenBy(std::string_view script) {
+        return chosenIn(*selector(Style::SelectFile, {program(HelperDialect::zenity, script)}));
+    }
+
+    const RunLoop::User user;
     const TemporaryFolder folder;
+    std::vector<Paths> answers; // one for each call
 };
 
-TEST_F(FileDialog, AsksZenityToOpen) {
-    const auto dialog =
-        selector(Style::SelectFile, {program(HelperDialect::zenity, "echo '/a/b c.dvp'")});
-    EXPECT_TRUE(dialog->runModal());
-    ASSERT_EQ(dialog->getNumSelectedFiles(), 1U);
-    EXPECT_STREQ(dialog->getSelectedFile(0), "/a/b c.dvp");
+TEST_F(FileSelector, AsksZenityToOpen) {
+    EXPECT_EQ(chosenBy("echo '/a/b c.dvp'"), Paths{"/a/b c.dvp"});
     EXPECT_EQ(arguments(), "--file-selection\n--title=A title\n--filename=/some/folder/\n"
                            "--file-filter=Dravik Preset | *.dvp\n--file-filter=All files | *\n");
 }
 
-TEST_F(FileDialog, AsksZenityToSave) {
-    const auto dialog =
-        selector(Style::SelectSaveFile, {program(HelperDialect::zenity, "echo /a/b.dvp")});
-    EXPECT_TRUE(dialog->runModal());
+TEST_F(FileSelector, AsksZenityToSave) {
+    EXPECT_EQ(chosenIn(*selector(Style::SelectSaveFile,
+                                 {program(HelperDialect::zenity, "echo /a/b.dvp")})),
+              Paths{"/a/b.dvp"});
     EXPECT_EQ(arguments(), "--file-selection\n--title=A title\n--save\n--confirm-overwrite\n"
                            "--filename=/some/folder/my name.dvp\n"
                            "--file-filter=Dravik Preset | *.dvp\n--file-filter=All files | *\n");
 }
 
-TEST_F(FileDialog, AsksKdialogToOpen) {
-    const auto dialog =
-        selector(Style::SelectFile, {program(HelperDialect::kdialog, "echo /a/b.dvp")});
-    EXPECT_TRUE(dialog->runModal());
-    EXPECT_EQ(dialog->getNumSelectedFiles(), 1U);
+TEST_F(FileSelector, AsksKdialogToOpen) {
+    EXPECT_EQ(
+        chosenIn(*selector(Style::SelectFile, {program(HelperDialect::kdialog, "echo /a/b.dvp")})),
+        Paths{"/a/b.dvp"});
     EXPECT_EQ(arguments(), "--title\nA title\n--getopenfilename\n/some/folder/\n"
                            "Dravik Preset (*.dvp);;All files (*)\n");
 }
 
-TEST_F(FileDialog, AsksKdialogToSave) {
-    const auto dialog =
-        selector(Style::SelectSaveFile, {program(HelperDialect::kdialog, "echo /a/b.dvp")});
-    EXPECT_TRUE(dialog->runModal());
+TEST_F(FileSelector, AsksKdialogToSave) {
+    EXPECT_EQ(chosenIn(*selector(Style::SelectSaveFile,
+                                 {program(HelperDialect::kdialog, "echo /a/b.dvp")})),
+              Paths{"/a/b.dvp"});
     EXPECT_EQ(arguments(), "--title\nA title\n--getsavefilename\n/some/folder/my name.dvp\n"
                            "Dravik Preset (*.dvp);;All files (*)\n");
 }
 
-TEST_F(FileDialog, AsksTheFirstProgramThatIsThere) {
-    const auto dialog =
-        selector(Style::SelectFile, {{(folder / "not there").string(), HelperDialect::kdialog},
-                                     program(HelperDialect::zenity, "echo /from/zenity"),
-                                     program(HelperDialect::kdialog, "echo /from/kdialog")});
-    EXPECT_TRUE(dialog->runModal());
-    EXPECT_STREQ(dialog->getSelectedFile(0), "/from/zenity");
+TEST_F(FileSelector, TiesEitherDialogToItsWindow) {
+    chosenIn(*selector(Style::SelectFile, {program(HelperDialect::zenity, "")}, 0x1400007));
+    EXPECT_NE(arguments().find("\n--attach=20971527\n"), std::string::npos);
+    answers.clear();
+    chosenIn(*selector(Style::SelectFile, {program(HelperDialect::kdialog, "")}, 0x1400007));
+    EXPECT_NE(arguments().find("\n--attach\n20971527\n"), std::string::npos);
 }
 
-TEST_F(FileDialog, WithoutAProgramChoosesNothing) {
+TEST_F(FileSelector, AsksTheFirstProgramThatIsThere) {
+    EXPECT_EQ(chosenIn(*selector(Style::SelectFile,
+                                 {{(folder / "not there").string(), HelperDialect::kdialog},
+                                  program(HelperDialect::zenity, "echo /from/zenity"),
+                                  program(HelperDialect::kdialog, "echo /from/kdialog")})),
+              Paths{"/from/zenity"});
+}
+
+TEST_F(FileSelector, WithoutAProgramChoosesNothingAtOnce) {
     const auto dialog =
         selector(Style::SelectFile, {{(folder / "not there").string(), HelperDialect::kdialog}});
-    EXPECT_FALSE(dialog->runModal());
-    EXPECT_EQ(dialog->getNumSelectedFiles(), 0U);
+    EXPECT_FALSE(show(*dialog));
+    EXPECT_EQ(answers, std::vector<Paths>{{}});
 }
 
-TEST_F(FileDialog, ThatIsDismissedChoosesNothing) {
+TEST_F(FileSelector, WhoseProgramCannotBeStartedChoosesNothingAtOnce) {
+    writeFile(folder / "broken", "#!/no/such/interpreter\n");
+    permissions(folder / "broken", std::filesystem::perms(0755));
     const auto dialog =
-        selector(Style::SelectFile, {program(HelperDialect::zenity, "echo /a; exit 1")});
-    EXPECT_FALSE(dialog->runModal());
-    EXPECT_EQ(dialog->getNumSelectedFiles(), 0U);
+        selector(Style::SelectFile, {{(folder / "broken").string(), HelperDialect::zenity}});
+    EXPECT_FALSE(show(*dialog));
+    EXPECT_EQ(answers, std::vector<Paths>{{}});
 }
 
-TEST_F(FileDialog, ThatSaysNothingChoosesNothing) {
-    const auto dialog = selector(Style::SelectFile, {program(HelperDialect::zenity, "exit 0")});
-    EXPECT_TRUE(dialog->runModal());
-    EXPECT_EQ(dialog->getNumSelectedFiles(), 0U);
+TEST_F(FileSelector, ThatIsDismissedChoosesNothing) {
+    EXPECT_EQ(chosenBy("echo /a; exit 1"), Paths{});
 }
 
-TEST_F(FileDialog, IgnoresWhatIsNoPath) {
-    const auto dialog = selector(
-        Style::SelectFile, {program(HelperDialect::zenity, "echo warning: x; echo /a/b.dvp")});
-    EXPECT_TRUE(dialog->runModal());
-    ASSERT_EQ(dialog->getNumSelectedFiles(), 1U);
-    EXPECT_STREQ(dialog->getSelectedFile(0), "/a/b.dvp");
+TEST_F(FileSelector, ThatCrashesChoosesNothing) {
+    EXPECT_EQ(chosenBy("echo /a; kill -SEGV $$"), Paths{});
 }
 
-TEST_F(FileDialog, TellsSeveralFilesApart) {
+TEST_F(FileSelector, ThatSaysNothingChoosesNothing) {
+    EXPECT_EQ(chosenBy("exit 0"), Paths{});
+}
+
+TEST_F(FileSelector, ThatIsCancelledIsAnsweredOnceAndItsProgramEnded) {
     const auto dialog =
-        selector(Style::SelectFile, {program(HelperDialect::zenity, "echo /a; echo /b")});
-    EXPECT_TRUE(dialog->runModal());
-    EXPECT_EQ(dialog->getNumSelectedFiles(), 2U);
+        selector(Style::SelectFile,
+                 {program(HelperDialect::zenity, "echo $$ > '" + (folder / "number").string() +
+                                                     "'; sleep 1000; echo /a")});
+    EXPECT_TRUE(show(*dialog));
+    ASSERT_TRUE(pumpUntil([&] { return numberIn(folder / "number").has_value(); }));
+    EXPECT_TRUE(answers.empty());
+    dialog->cancel();
+    dialog->cancel();
+    EXPECT_TRUE(pumpUntil([&] { return !processExists(*numberIn(folder / "number")); }));
+    EXPECT_EQ(answers, std::vector<Paths>{{}});
 }
 
-TEST_F(FileDialog, KeepsNamesThatAreNotUtf8) {
-    const auto dialog =
-        selector(Style::SelectFile, {program(HelperDialect::zenity, "printf '/a/\\351.dvp\\n'")});
-    EXPECT_TRUE(dialog->runModal());
-    ASSERT_EQ(dialog->getNumSelectedFiles(), 1U);
-    EXPECT_STREQ(dialog->getSelectedFile(0), "/a/\xE9.dvp");
+TEST_F(FileSelector, IgnoresWhatIsNoPath) {
+    EXPECT_EQ(chosenBy("echo warning: x; echo /a/b.dvp"), Paths{"/a/b.dvp"});
+}
+
+TEST_F(FileSelector, TellsSeveralFilesApart) {
+    EXPECT_EQ(chosenBy("echo /a; echo /b"), (Paths{"/a", "/b"}));
+}
+
+TEST_F(FileSelector, KeepsNamesThatAreNotUtf8) {
+    EXPECT_EQ(chosenBy("printf '/a/\\351.dvp\\n'"), Paths{"/a/\xE9.dvp"});
 }
 
 } // namespace

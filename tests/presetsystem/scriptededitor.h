@@ -27,6 +27,7 @@ class ScriptedDialog final : public FileDialog {
         std::vector<FileQuestion> questions;
         std::deque<std::optional<std::string>> answers; // none left: dismissed
         std::function<void()> meanwhile;                // happens while the user thinks
+        int dismissals = 0;
     };
 
     explicit ScriptedDialog(std::shared_ptr<Script> script)
@@ -44,6 +45,7 @@ class ScriptedDialog final : public FileDialog {
             std::exchange(played->meanwhile, nullptr)();
         answered(std::move(answer));
     }
+    void dismiss() override { ++script->dismissals; }
 
   private:
     std::shared_ptr<Script> script;

@@ -5,13 +5,12 @@
 #include "processor/core/factorypresets.h"
 #include "tests/editor/positions.h"
 #include "tests/support/plugin.h"
+#include "tests/support/processes.h"
 
 #include <X11/keysym.h>
 #include <cmath>
 #include <cstdlib>
-#include <filesystem>
 #include <gtest/gtest.h>
-#include <iterator>
 
 namespace mirelon::test {
 namespace {
@@ -27,11 +26,6 @@ constexpr int gainRow = 94;
 // The part of the window with a slider's row in it.
 Pixels row(const Pixels& window, int y) {
     return window.part(0, y - 8, window.width, y + 8);
-}
-
-std::ptrdiff_t openFiles() {
-    const std::filesystem::directory_iterator files("/proc/self/fd");
-    return std::distance(begin(files), end(files));
 }
 
 // --- Opening and closing ---

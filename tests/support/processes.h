@@ -1,0 +1,36 @@
+// What can be seen of processes from outside.
+#pragma once
+
+#include <cerrno>
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <optional>
+#include <sys/types.h>
+
+namespace mirelon::test {
+
+// Whether there is a process of this number; one that has ended counts until
+// its parent has collected it.
+inline bool processExists(pid_t process) {
+    return kill(process, 0) == 0 || errno != ESRCH;
+}
+
+// The process number that a program has written to a file; nothing while the file
+// is not there or its line is not whole.
+inline std::optional<pid_t> numberIn(const std::filesystem::path& file) {
+    std::ifstream stream(file);
+    pid_t number = 0;
+    if (!(stream >> number) || stream.get() != '\n')
+        return std::nullopt;
+    return number;
+}
+
+// The files that this process has open.
+inline std::ptrdiff_t openFiles() {
+    const std::filesystem::directory_iterator files("/proc/self/fd");
+    return std::distance(begin(files), end(files));
+}
+
+} // namespace mirelon::test
