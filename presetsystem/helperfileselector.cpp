@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <optional>
-#include <sstream>
 #include <unistd.h>
 #include <utility>
 
@@ -29,7 +28,8 @@ Arguments zenityArguments(const VSTGUI::PlatformFileSelectorConfig& config, bool
     for (const VSTGUI::PlatformFileExtension& type : config.extensions)
         arguments.push_back("--file-filter=" + type.description.getString() + " | *." +
                             type.extension.getString());
-    arguments.emplace_back("--file-filter=All files | *");
+    if (!save)
+        arguments.emplace_back("--file-filter=All files | *");
     return arguments;
 }
 
@@ -37,24 +37,27 @@ Arguments kdialogArguments(const VSTGUI::PlatformFileSelectorConfig& config, boo
                            std::uint32_t parent) {
     std::string types;
     for (const VSTGUI::PlatformFileExtension& type : config.extensions)
-        types += type.description.getString() + " (*." + type.extension.getString() + ");;";
+        types += (types.empty() ? "" : ";;") + type.description.getString() + " (*." +
+                 type.extension.getString() + ")";
+    if (!save)
+        types += ";;All files (*)";
     Arguments arguments{"--title", config.title.getString()};
     if (parent != 0)
         arguments.insert(arguments.end(), {"--attach", std::to_string(parent)});
     // An empty starting point is the host's current folder.
     arguments.insert(arguments.end(), {save ? "--getsavefilename" : "--getopenfilename",
-                                       startingPoint(config, save), types + "All files (*)"});
+                                       startingPoint(config, save), types});
     return arguments;
 }
 
-// One absolute path a line; anything else the program may have said is none.
-std::vector<VSTGUI::UTF8String> pathsIn(const std::string& output) {
-    std::vector<VSTGUI::UTF8String> paths;
-    std::istringstream lines(output);
-    for (std::string line; std::getline(lines, line);)
-        if (!line.empty() && line.front() == '/')
-            paths.emplace_back(line);
-    return paths;
+// All of the output but the line end that the program adds: names may hold line
+// ends of their own. Nothing when that is no absolute path.
+std::vector<VSTGUI::UTF8String> pathIn(std::string output) {
+    if (output.ends_with('\n'))
+        output.pop_back();
+    if (!output.starts_with('/') || output.find('\0') != std::string::npos)
+        return {};
+    return {VSTGUI::UTF8String(std::move(output))};
 }
 
 } // namespace
@@ -81,8 +84,8 @@ bool HelperFileSelector::run(const VSTGUI::PlatformFileSelectorConfig& config) {
                                         ? zenityArguments(config, save, parent)
                                         : kdialogArguments(config, save, parent);
         dialog = HelperProcess::start(program->path, arguments,
-                                      [this](const std::optional<std::string>& output) {
-                                          answer(output ? pathsIn(*output) : Paths{});
+                                      [this](std::optional<std::string> output) {
+                                          answer(output ? pathIn(*std::move(output)) : Paths{});
                                       });
     }
     if (dialog != nullptr)

@@ -33,9 +33,9 @@ class HelperFileSelector final : public VSTGUI::IPlatformFileSelector {
                        std::vector<HelperProgram> programs = desktopHelpers());
 
     // Starts the dialog, once; false when it cannot. The callback is called once,
-    // with the absolute paths chosen: from the run loop when the user has answered,
-    // or with none, when there is no dialog, before this returns. It may destroy
-    // this object.
+    // with the absolute path chosen: from the run loop when the user has answered, or
+    // with none, when there is no dialog, before this returns. It may destroy this
+    // object.
     bool run(const VSTGUI::PlatformFileSelectorConfig& config) override;
     // Ends the dialog and calls back with no path, unless it has been answered.
     bool cancel() override;

@@ -327,6 +327,21 @@ TEST_P(FileDialogs, WhoseProgramIsMissingLeaveTheWindowAsItWas) {
     EXPECT_TRUE(takesInput());
 }
 
+TEST_P(FileDialogs, TakeFolderAndNameWithLineEndsWhole) {
+    writeFile(folder / "a.dvp", "precious");
+    create_directory(folder / "d\nd");
+    const StandInDialog dialog;
+    ask(dialog, savePreset);
+    dialog.answer((folder / "a.dvp\nb.dvp").string() + '\n');
+    ASSERT_TRUE(ends(dialog));
+    EXPECT_EQ(contentsOf(folder / "a.dvp"), "precious");
+    EXPECT_EQ(contentsOf(folder / "a.dvp\nb.dvp").size(), 65U);
+    const StandInDialog next((folder / "d\nd" / "c.dvp").string() + '\n');
+    click(savePreset);
+    ASSERT_TRUE(ends(next));
+    EXPECT_EQ(contentsOf(folder / "d\nd" / "c.dvp").size(), 65U);
+}
+
 TEST_P(FileDialogs, AskOnceMoreBeforeTheyReplaceWhatWasNotNamed) {
     writeFile(folder / "name.dvp", "precious");
     const StandInDialog dialog;

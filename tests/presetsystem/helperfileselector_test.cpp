@@ -83,7 +83,7 @@ TEST_F(FileSelector, AsksZenityToSave) {
               Paths{"/a/b.dvp"});
     EXPECT_EQ(arguments(), "--file-selection\n--title=A title\n--save\n--confirm-overwrite\n"
                            "--filename=/some/folder/my name.dvp\n"
-                           "--file-filter=Dravik Preset | *.dvp\n--file-filter=All files | *\n");
+                           "--file-filter=Dravik Preset | *.dvp\n");
 }
 
 TEST_F(FileSelector, AsksKdialogToOpen) {
@@ -99,7 +99,7 @@ TEST_F(FileSelector, AsksKdialogToSave) {
                                  {program(HelperDialect::kdialog, "echo /a/b.dvp")})),
               Paths{"/a/b.dvp"});
     EXPECT_EQ(arguments(), "--title\nA title\n--getsavefilename\n/some/folder/my name.dvp\n"
-                           "Dravik Preset (*.dvp);;All files (*)\n");
+                           "Dravik Preset (*.dvp)\n");
 }
 
 TEST_F(FileSelector, TiesEitherDialogToItsWindow) {
@@ -160,12 +160,24 @@ TEST_F(FileSelector, ThatIsCancelledIsAnsweredOnceAndItsProgramEnded) {
     EXPECT_EQ(answers, std::vector<Paths>{{}});
 }
 
-TEST_F(FileSelector, IgnoresWhatIsNoPath) {
-    EXPECT_EQ(chosenBy("echo warning: x; echo /a/b.dvp"), Paths{"/a/b.dvp"});
+TEST_F(FileSelector, ThatSaysSomethingElseFirstChoosesNothing) {
+    EXPECT_EQ(chosenBy("echo warning: x; echo /a/b.dvp"), Paths{});
+    answers.clear();
+    EXPECT_EQ(chosenBy("echo a/b.dvp"), Paths{});
+    answers.clear();
+    EXPECT_EQ(chosenBy("echo; echo /a/b.dvp"), Paths{});
 }
 
-TEST_F(FileSelector, TellsSeveralFilesApart) {
-    EXPECT_EQ(chosenBy("echo /a; echo /b"), (Paths{"/a", "/b"}));
+TEST_F(FileSelector, ThatWritesAZeroByteChoosesNothing) {
+    EXPECT_EQ(chosenBy("printf '/a/b\\0.dvp'"), Paths{});
+}
+
+TEST_F(FileSelector, TakesANameWithLineEndsWhole) {
+    EXPECT_EQ(chosenBy("printf '/a.dvp\\nb.dvp\\n'"), Paths{"/a.dvp\nb.dvp"});
+    answers.clear();
+    EXPECT_EQ(chosenBy("printf '/a\\n/b\\n\\n'"), Paths{"/a\n/b\n"});
+    answers.clear();
+    EXPECT_EQ(chosenBy("printf '/a\\nb'"), Paths{"/a\nb"});
 }
 
 TEST_F(FileSelector, KeepsNamesThatAreNotUtf8) {
