@@ -229,15 +229,17 @@ void CPresetSystemEditor::BufferToBank(bankfilestruct* image, bool reversed) {
     const auto reading =
         mirelon::readBankImage(*image, effectLink->getUniqueID(), reversed, effectLink->bank());
     const bool accepted = reading.verdict == ImageVerdict::accepted;
-    if (!accepted && reading.verdict != ImageVerdict::outOfRange)
-        return;
     if (const auto held = window.tryHold()) {
         // A name shows as soon as it is read, before its preset's values: a bank
         // that is refused at a value leaves the names up to there in the menu.
-        if (accepted)
-            panel.showBank(effectLink->bank(), 0);
-        else
+        if (reading.verdict == ImageVerdict::outOfRange)
             panel.showFirstNames(namesUpTo(reading.preset, *image));
+        if (accepted) {
+            panel.showBank(effectLink->bank(), 0);
+        } else {
+            panel.select(0);
+            panel.showInField(presetAt(effectLink->bank(), 0).name());
+        }
     } else {
         pending.addBank();
     }

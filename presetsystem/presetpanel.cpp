@@ -102,10 +102,12 @@ void PresetPanel::showBank(const PresetBank& bank, int current) {
 }
 
 void PresetPanel::showFirstNames(std::span<const PresetName> names) {
+    if (menu == nullptr)
+        return;
     int preset = 0;
     for (const PresetName& name : names)
-        if (select(preset))
-            menu->getEntry(preset++)->setTitle(shown(name));
+        if (CMenuItem* entry = menu->getEntry(preset++))
+            entry->setTitle(shown(name));
 }
 
 void PresetPanel::showCurrentName(const PresetName& name) {

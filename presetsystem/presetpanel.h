@@ -29,8 +29,7 @@ class PresetPanel {
 
     // All names in the menu; `current` is its entry and the field's text.
     void showBank(const PresetBank& bank, int current);
-    // The first names of the menu, whose last is its current entry then. The
-    // field stays.
+    // The titles of the menu's first entries; field and current entry stay.
     void showFirstNames(std::span<const PresetName> names);
     // The field's text and the title of the current entry.
     void showCurrentName(const PresetName& name);

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <string_view>
+
 namespace mirelon::test {
 namespace {
 
@@ -123,13 +125,8 @@ TEST_F(PresetFiles, ABankLoadsWholeAndPresetZeroIsApplied) {
     EXPECT_EQ(effect().sets[9].second, 0.75F);
 }
 
-class RefusedBank : public PresetFiles, public testing::WithParamInterface<const char*> {};
-
-TEST_P(RefusedBank, IsIgnoredButPresetZeroIsSelectedAndApplied) {
-    const std::string kind = GetParam();
-    RecordingEffect other;
-    other.record(0).setName("theirs");
-    std::string file = bankFileOf(other);
+// A bank file with a fault of this kind.
+std::string refused(std::string file, std::string_view kind) {
     if (kind == "owner")
         file[0] = 'x';
     else if (kind == "type")
@@ -138,6 +135,16 @@ TEST_P(RefusedBank, IsIgnoredButPresetZeroIsSelectedAndApplied) {
         file.replace(661, 4, "\xBF\x80\x00\x00"s); // the very last value: -1
     else if (kind == "empty")
         file.clear();
+    return file;
+}
+
+class RefusedBank : public PresetFiles, public testing::WithParamInterface<const char*> {};
+
+TEST_P(RefusedBank, IsIgnoredButPresetZeroIsSelectedAndApplied) {
+    const std::string kind = GetParam();
+    RecordingEffect other;
+    other.record(0).setName("theirs");
+    const std::string file = refused(bankFileOf(other), kind);
     if (kind != "missing")
         writeFile(folder / "a.dvb", file);
     effect().setPresetNo(6);
@@ -201,9 +208,41 @@ TEST_F(PresetFilesWithPanel, ABankRefusedAtAValueLeavesTheNamesReadUntilThen) {
     for (int i = 0; i <= 4; ++i)
         before[static_cast<std::size_t>(i)] = "other " + std::to_string(i);
     EXPECT_EQ(menuOf(editor()), before);
-    EXPECT_EQ(editor().presetMenu().getCurrentIndex(), 4);
+    EXPECT_EQ(editor().presetMenu().getCurrentIndex(), 0);
     EXPECT_EQ(shownName(), "preset 0");
     EXPECT_EQ(effect().name(4), "preset 4");
+}
+
+class RefusedBankWithPanel : public PresetFilesWithPanel,
+                             public testing::WithParamInterface<const char*> {
+  protected:
+    // While preset 6 is shown.
+    void giveRefusedBank() {
+        effect().setPresetNo(6);
+        editor().bankReplaced();
+        ASSERT_EQ(shownName(), "preset 6");
+        giveBank(refused(bankFileOf(other), GetParam()));
+    }
+};
+INSTANTIATE_TEST_SUITE_P(For, RefusedBankWithPanel,
+                         testing::Values("owner", "type", "value", "empty"),
+                         [](const auto& info) { return std::string(info.param); });
+
+TEST_P(RefusedBankWithPanel, ShowsThatPresetZeroIsCurrent) {
+    giveRefusedBank();
+    EXPECT_EQ(effect().getPresetNo(), 0);
+    EXPECT_EQ(editor().presetMenu().getCurrentIndex(), 0);
+    EXPECT_EQ(shownName(), "preset 0");
+    EXPECT_EQ(menuOf(editor()), before);
+}
+
+TEST_P(RefusedBankWithPanel, LeavesATypedNameToPresetZero) {
+    giveRefusedBank();
+    editor().nameField().setText("typed");
+    editor().valueChanged(&editor().nameField());
+    before[0] = "typed";
+    EXPECT_EQ(menuOf(editor()), before);
+    EXPECT_EQ(effect().name(0), "typed");
 }
 
 TEST_F(PresetFilesWithPanel, ABankOfAnotherEffectShowsNoName) {
