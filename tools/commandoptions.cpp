@@ -14,32 +14,46 @@ void addPluginOption(CLI::App& parser, std::string& file) {
 
 namespace {
 
-// Given as often as one likes, once for each value.
-void addRepeatedOption(CLI::App& parser, const char* name, std::vector<std::string>& values,
-                       const char* form, const char* summary) {
-    parser.add_option(name, values, summary)
-        ->type_name(form)
-        ->expected(1)
-        ->allow_extra_args(false)
-        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+// Two options, given as often as one likes, that fill one list in the order of the
+// command line: `name` and `name`-normalised.
+void addSettingOptions(CLI::App& parser, const std::string& name,
+                       std::vector<TypedSetting>& settings, const char* form,
+                       const std::string& summary, const std::string& normalisedSummary) {
+    const auto add = [&](const std::string& option, Scale scale, const std::string& text) {
+        parser
+            .add_option_function<std::string>(
+                option,
+                [&settings, scale](const std::string& value) {
+                    settings.push_back({value, scale});
+                },
+                text)
+            ->type_name(form)
+            ->expected(1)
+            ->allow_extra_args(false)
+            ->multi_option_policy(CLI::MultiOptionPolicy::TakeLast)
+            ->trigger_on_parse();
+    };
+    add(name, Scale::shown, summary);
+    add(name + "-normalised", Scale::normalised, normalisedSummary);
 }
 
 } // namespace
 
-void addPresetOption(CLI::App& parser, std::string& preset) {
-    parser.add_option("--preset", preset, "Choose a preset by number or name")->type_name("PRESET");
-}
-
-void addSettingsOption(CLI::App& parser, std::vector<std::string>& settings) {
-    addRepeatedOption(parser, "--set", settings, "NAME=VALUE",
-                      "Set a parameter: a number from 0 to 1, or a value as the plug-in shows it "
-                      "(gain=-6dB, balance=20L, process=off)");
+void addSettingsOptions(CLI::App& parser, EffectSettings& settings) {
+    parser
+        .add_option_function<std::string>(
+            "--preset", [&settings](const std::string& preset) { settings.preset = preset; },
+            "Choose a preset by number or name")
+        ->type_name("PRESET");
+    addSettingOptions(parser, "--set", settings.settings, "NAME=VALUE",
+                      "Set a parameter to what the plug-in is to show (gain=-6, width=150%, "
+                      "balance=L20, process=off)",
+                      "Set a parameter to a number from 0 to 1 (gain=0.25)");
 }
 
 void addEditorOptions(CLI::App& parser, EditorOptions& options) {
     addPluginOption(parser, options.plugin);
-    addPresetOption(parser, options.preset);
-    addSettingsOption(parser, options.settings);
+    addSettingsOptions(parser, options.settings);
     parser.add_option("--scale", options.scale, "Size of the window, 1 to 3")
         ->check(CLI::Range(1.0, 3.0));
 }
@@ -50,15 +64,15 @@ void addRenderOptions(CLI::App& parser, RenderOptions& options) {
         ->type_name("FILE");
     parser.add_option("--bank-file", options.bankFile, "Load a bank file (.dvb)")
         ->type_name("FILE");
-    addPresetOption(parser, options.preset);
+    addSettingsOptions(parser, options.settings);
     parser
         .add_option("--preset-file", options.presetFile,
                     "Load a preset file (.dvp) over the chosen preset")
         ->type_name("FILE");
-    addSettingsOption(parser, options.settings);
-    addRepeatedOption(parser, "--automate", options.ramps, "NAME=FIRST:LAST",
+    addSettingOptions(parser, "--automate", options.ramps, "NAME=FIRST:LAST",
                       "Move a parameter in equal steps per frame, from FIRST at the first block to "
-                      "LAST at the last");
+                      "LAST at the last, values as for --set",
+                      "The same with numbers from 0 to 1");
     parser.add_option("--block", options.block, "Frames per block")
         ->type_name("FRAMES")
         ->check(CLI::Range(1, largestRenderBlock))

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <string>
-#include <vector>
 
 namespace CLI {
 class App;
@@ -11,14 +10,15 @@ class App;
 namespace mirelon::tools {
 
 struct EditorOptions;
+struct EffectSettings;
 struct RenderOptions;
 
 // Adds --plugin, which sets `file`.
 void addPluginOption(CLI::App& parser, std::string& file);
 
-// Add --preset and --set, any number of settings, for applySettings.
-void addPresetOption(CLI::App& parser, std::string& preset);
-void addSettingsOption(CLI::App& parser, std::vector<std::string>& settings);
+// Adds --preset, --set and --set-normalised, the latter two any number of times and
+// in the order in which they stand.
+void addSettingsOptions(CLI::App& parser, EffectSettings& settings);
 
 // For the commands that show an editor; with all of the above.
 void addEditorOptions(CLI::App& parser, EditorOptions& options);

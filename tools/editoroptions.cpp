@@ -1,7 +1,6 @@
 #include "tools/editoroptions.h"
 
 #include "tools/commanderror.h"
-#include "tools/effectsettings.h"
 
 #include <cstdlib>
 
@@ -14,7 +13,7 @@ std::unique_ptr<LoadedPlugin> loadForEditor(const EditorOptions& options) {
     hosting::Effect& effect = plugin->effect;
     if (effect.record().numInputs != 2 || effect.record().numOutputs != 2)
         throw CommandError("the plug-in is not a stereo effect");
-    applySettings(effect, options.preset, options.settings);
+    applySettings(effect, options.settings);
     return plugin;
 }
 

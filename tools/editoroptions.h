@@ -2,19 +2,18 @@
 #pragma once
 
 #include "hosting/editorwindow.h"
+#include "tools/effectsettings.h"
 #include "tools/loadedplugin.h"
 
 #include <memory>
 #include <string>
-#include <vector>
 
 namespace mirelon::tools {
 
 struct EditorOptions {
     std::string plugin;
-    std::string preset;                // number or name; empty: the effect's own
-    std::vector<std::string> settings; // NAME=VALUE, over the preset
-    double scale = 0.0;                // 0: as the desktop says
+    EffectSettings settings;
+    double scale = 0.0; // 0: as the desktop says
 };
 
 // The plug-in with its preset and settings in place. It reads the scale from

@@ -2,19 +2,31 @@
 
 #include "tools/parametervalue.h"
 #include "tools/presets.h"
+#include "tools/warning.h"
 
 namespace mirelon::tools {
 
-void applySettings(hosting::Effect& effect, const std::string& preset,
-                   const std::vector<std::string>& settings) {
-    if (!preset.empty()) {
-        Presets presets(effect);
-        presets.select(presets.find(preset));
-    }
-    for (const std::string& text : settings) {
-        const ParameterSetting setting = parseSetting(effect, text);
-        effect.setParameter(setting.index, setting.value);
-    }
+std::string choosePreset(hosting::Effect& effect, const std::string& numberOrName) {
+    Presets presets(effect);
+    const std::size_t number = presets.find(numberOrName);
+    presets.select(number);
+    return "preset " + std::to_string(number) + " \"" + presets.names()[number] + '"';
+}
+
+std::string applySetting(hosting::Effect& effect, const TypedSetting& setting,
+                         const Remark& remark) {
+    const ParameterSetting parsed = parseSetting(effect, setting);
+    if (!parsed.remark.empty())
+        remark(parsed.remark);
+    effect.setParameter(parsed.index, parsed.value);
+    return parameterText(effect, parsed.index);
+}
+
+void applySettings(hosting::Effect& effect, const EffectSettings& wanted) {
+    if (wanted.preset)
+        choosePreset(effect, *wanted.preset);
+    for (const TypedSetting& setting : wanted.settings)
+        applySetting(effect, setting, warn);
 }
 
 } // namespace mirelon::tools

@@ -42,6 +42,8 @@ void Presets::select(std::size_t number) {
 }
 
 std::size_t Presets::find(const std::string& numberOrName) const {
+    if (trimmed(numberOrName).empty())
+        throw CommandError("a preset goes by its number or its name, not by \"\"");
     std::size_t number = 0;
     const char* const end = numberOrName.data() + numberOrName.size();
     const auto [rest, failure] = std::from_chars(numberOrName.data(), end, number);

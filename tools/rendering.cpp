@@ -130,6 +130,7 @@ RenderReport render(const RenderJob& job, bool showProgress) {
     report.inputChannels = input.channels();
     report.sampleRate = input.sampleRate();
     report.settings = pass.settingsText();
+    report.warnings = pass.remarks();
     if (job.loudness) {
         report.before.loudness = std::make_unique<Loudness>(input.sampleRate());
         report.after.loudness = std::make_unique<Loudness>(input.sampleRate());

@@ -3,9 +3,9 @@
 #include "tools/chunkfile.h"
 #include "tools/commanderror.h"
 #include "tools/imageloading.h"
-#include "tools/presets.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace mirelon::tools {
 
@@ -83,29 +83,28 @@ void RenderPass::applyState(const RenderOptions& options) {
         loadBankFile(plugin.effect, options.bankFile);
         tell("bank of " + options.bankFile);
     }
-    if (!options.preset.empty()) {
-        Presets presets(plugin.effect);
-        const std::size_t number = presets.find(options.preset);
-        presets.select(number);
-        tell("preset " + std::to_string(number) + " \"" + presets.names()[number] + '"');
-    }
+    if (options.settings.preset)
+        tell(choosePreset(plugin.effect, *options.settings.preset));
     if (!options.presetFile.empty()) {
         loadPresetFile(plugin.effect, options.presetFile);
         tell("preset of " + options.presetFile);
     }
-    for (const std::string& text : options.settings) {
-        const ParameterSetting setting = parseSetting(plugin.effect, text);
-        plugin.effect.setParameter(setting.index, setting.value);
-        tell(parameterText(plugin.effect, setting.index));
-    }
-    for (const std::string& text : options.ramps) {
-        const ParameterRamp ramp = parseRamp(plugin.effect, text);
-        plugin.effect.setParameter(ramp.index, ramp.first);
-        const std::string first = plugin.effect.parameterDisplay(ramp.index);
-        plugin.effect.setParameter(ramp.index, ramp.last);
-        tell(parameterText(plugin.effect, ramp.index) + " from " + first);
-        plugin.effect.setParameter(ramp.index, ramp.first);
-        ramps.push_back(ramp);
+    const Remark remark = [this](const std::string& line) { remarked.push_back(line); };
+    for (const TypedSetting& setting : options.settings.settings)
+        tell(applySetting(plugin.effect, setting, remark));
+    for (const TypedSetting& typed : options.ramps) {
+        ParameterRamp ramp = parseRamp(plugin.effect, typed);
+        const VstInt32 index = ramp.first.index;
+        for (const ParameterSetting* const end : {&ramp.first, &ramp.last}) {
+            if (!end->remark.empty())
+                remark(end->remark);
+        }
+        plugin.effect.setParameter(index, ramp.first.value);
+        const std::string first = plugin.effect.parameterDisplay(index);
+        plugin.effect.setParameter(index, ramp.last.value);
+        tell(parameterText(plugin.effect, index) + " from " + first);
+        plugin.effect.setParameter(index, ramp.first.value);
+        ramps.push_back(std::move(ramp));
     }
 }
 
@@ -118,8 +117,9 @@ void RenderPass::moveRamps(std::int64_t blockStart) {
             ? 0.0
             : std::min(1.0, static_cast<double>(blockStart) / static_cast<double>(lastStart));
     for (const ParameterRamp& ramp : ramps) {
-        const double value = ramp.first + part * (static_cast<double>(ramp.last) - ramp.first);
-        plugin.effect.setParameter(ramp.index, static_cast<float>(value));
+        const double first = ramp.first.value;
+        const double value = first + part * (ramp.last.value - first);
+        plugin.effect.setParameter(ramp.first.index, static_cast<float>(value));
     }
 }
 

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "tools/audio/audioreader.h"
+#include "tools/effectsettings.h"
 #include "tools/loadedplugin.h"
-#include "tools/parametervalue.h"
 
 #include <cstdint>
 #include <functional>
@@ -18,13 +18,12 @@ constexpr int largestRenderBlock = 1 << 20; // frames
 struct RenderOptions {
     std::string plugin;
     std::string input;
-    std::string chunk;                 // a file; empty: none
-    std::string bankFile;              // a .dvb file; empty: none
-    std::string presetFile;            // a .dvp file; empty: none
-    std::string preset;                // number or name; empty: the effect's own
-    std::vector<std::string> settings; // NAME=VALUE
-    std::vector<std::string> ramps;    // NAME=FIRST:LAST
-    int block = 1024;                  // 1 to largestRenderBlock frames
+    std::string chunk;      // a file; empty: none
+    std::string bankFile;   // a .dvb file; empty: none
+    std::string presetFile; // a .dvp file; empty: none
+    EffectSettings settings;
+    std::vector<TypedSetting> ramps; // NAME=FIRST:LAST
+    int block = 1024;                // 1 to largestRenderBlock frames
     bool useDouble = false;
     bool strict = false; // an input of which a part is missing is refused
 };
@@ -53,6 +52,9 @@ class RenderPass {
     // What the effect was told, for people: "preset 1 "swapped", width 200.00 %".
     const std::string& settingsText() const noexcept { return told; }
 
+    // What a user should know of how the settings were taken.
+    const std::vector<std::string>& remarks() const noexcept { return remarked; }
+
     // Processes the whole file, once per object. The effect's latency is taken
     // out: as many frames come out as go in. Memory does not grow with length.
     // Throws CommandError when a strict pass finds the end of a pipe missing.
@@ -72,6 +74,7 @@ class RenderPass {
     bool strict;
     std::vector<ParameterRamp> ramps;
     std::string told;
+    std::vector<std::string> remarked;
 };
 
 } // namespace mirelon::tools

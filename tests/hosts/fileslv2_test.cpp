@@ -145,7 +145,7 @@ TEST_P(FileThroughLv2, IsTheFileThatMirelonHostRenders) {
             std::vector<std::string> render{MIRELON_HOST_PROGRAM, "render",  "--plugin",
                                             home.plugin(),        "--block", std::to_string(block)};
             for (int index = 0; index < kNumParams; ++index) {
-                render.emplace_back("--set");
+                render.emplace_back("--set-normalised");
                 render.push_back(std::string(parameterAt(index).name) + '=' +
                                  normalised(setting, index));
             }

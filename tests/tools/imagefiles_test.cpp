@@ -56,7 +56,7 @@ TEST_F(ImageFiles, APresetIsSavedAsItsLiteralBytes) {
 }
 
 TEST_F(ImageFiles, APresetIsSavedWithSettings) {
-    run({"preset", "save", path("a.dvp"), "--preset", "1", "--set", "width=0.25", "--set", "-L=1"});
+    run({"preset", "save", path("a.dvp"), "--preset", "1", "--set", "width=25", "--set", "-L=1"});
     std::string expected = extendedWidth;
     expected.replace(29, 4, "\x3E\x80\0\0"s);
     expected.replace(29 + 7 * 4, 4, "\x3F\x80\0\0"s);

@@ -61,8 +61,8 @@ TEST_F(Render, IntegersOfEveryDepthAreTheNearest) {
         const Sound noise = stereoNoise(SF_FORMAT_WAV | subtype, 20001, bits);
         Sound fine = noise;
         fine.format = wavFloat;
-        const Sound exact = rendered(fine, {"--set", "width=0.9", "--set", "gain=0.6"});
-        const Sound out = rendered(noise, {"--set", "width=0.9", "--set", "gain=0.6"});
+        const Sound exact = rendered(fine, {"--set", "width=324", "--set", "gain=2.4"});
+        const Sound out = rendered(noise, {"--set", "width=324", "--set", "gain=2.4"});
         const double scale = std::ldexp(1.0, bits - 1);
         ASSERT_EQ(out.samples.size(), noise.samples.size());
         for (std::size_t i = 0; i < out.samples.size(); ++i) {
@@ -93,9 +93,11 @@ TEST_F(Render, PresetsGoByNumberToo) {
 TEST_F(Render, SettingsTakeNumbersAndShownValues) {
     const Sound input = constant(0.25, 0.25, 100);
     const double minusSix = std::pow(10.0, -6.0 / 20.0);
-    for (const char* const text : {"gain=0.25", "gain=-6dB", "gain=-6.00", "GAIN = -6 db"})
+    for (const char* const text : {"gain=-6", "gain=-6dB", "gain=-6.00", "GAIN = -6 db"})
         EXPECT_NEAR(rendered(input, {"--set", text}).left(50), 0.25 * minusSix, 1e-6) << text;
     EXPECT_THAT(result.output, HasSubstr("gain -6.00 dB"));
+    EXPECT_EQ(rendered(input, {"--set-normalised", "gain=1"}).left(50),
+              rendered(input, {"--set", "gain=12"}).left(50));
 
     const Sound leaning = rendered(input, {"--set", "balance=20L"});
     EXPECT_NEAR(leaning.left(50), 0.25 * 1.4, 1e-3);
@@ -107,6 +109,27 @@ TEST_F(Render, SettingsFindAValueBetweenThoseThatAreShownFirst) {
     const Sound out = rendered(constant(0.5, 0.0, 100), {"--set", "width=123.45"});
     EXPECT_NEAR(out.left(50), 0.25 + 0.25 * 1.2345, 1e-5);
     EXPECT_THAT(result.output, HasSubstr("width 123.45 %"));
+}
+
+TEST_F(Render, SettingsOfBothScalesGoInTheOrderOfTheCommandLine) {
+    const Sound input = constant(0.25, 0.25, 100);
+    EXPECT_EQ(rendered(input, {"--set-normalised", "gain=0", "--set", "gain=0"}).left(50), 0.25);
+    EXPECT_NE(rendered(input, {"--set", "gain=0", "--set-normalised", "gain=0"}).left(50), 0.25);
+}
+
+TEST_F(Render, ASettingBeyondTheRangeIsItsEndAndWarnedOf) {
+    const Sound input = constant(0.25, 0.25, 100);
+    const Sound out = rendered(input, {"--set", "gain=-99"});
+    EXPECT_THAT(result.errors, HasSubstr("warning: \"-99\" is beyond the range of gain"));
+    EXPECT_EQ(out.left(50), rendered(input, {"--set", "gain=-12"}).left(50));
+    EXPECT_EQ(result.errors, "");
+}
+
+TEST_F(Render, WidthNoughtIsMono) {
+    const Sound noise = stereoNoise(wavFloat, 1000);
+    const Sound out = rendered(noise, {"--set", "width=0%"});
+    for (std::size_t i = 0; i < out.frames(); ++i)
+        ASSERT_EQ(out.left(i), out.right(i)) << i;
 }
 
 TEST_F(Render, SettingsTakeNamesThatLookLikeOptions) {
@@ -124,7 +147,8 @@ TEST_F(Render, SettingsGoOverThePreset) {
 
 TEST_F(Render, BlockSizeDoesNotChangeTheSound) {
     const Sound noise = stereoNoise(wavFloat, 5000);
-    const std::vector<std::string> state{"--preset", "side bal left", "--set", "gain=0.7"};
+    const std::vector<std::string> state{"--preset", "side bal left", "--set-normalised",
+                                         "gain=0.7"};
     const auto withBlock = [&](const char* frames) {
         std::vector<std::string> options = state;
         options.insert(options.end(), {"--block", frames});
@@ -148,7 +172,7 @@ TEST_F(Render, AutomationMovesAParameterInALine) {
     constexpr std::size_t block = 100;
     constexpr std::size_t blocks = 11;
     const Sound out = rendered(constant(0.25, 0.25, block * (blocks - 1) + 30),
-                               {"--block", "100", "--automate", "gain=0.25:0.75"});
+                               {"--block", "100", "--automate-normalised", "gain=0.25:0.75"});
     for (std::size_t i = 0; i < out.frames(); ++i) {
         const std::size_t number = i / block;
         const double value = 0.25 + 0.5 * static_cast<double>(number) / (blocks - 1);
@@ -188,7 +212,7 @@ TEST_F(Render, NothingComesOutOfNothing) {
 TEST_F(Render, IntegersAreRoundedToNearestAndClippedAtFullScale) {
     Sound loud{SF_FORMAT_WAV | SF_FORMAT_PCM_16, 44100, 2, {}};
     loud.samples = {0.75, -0.75, 3.0 / 32768.0, 5.0 / 32768.0};
-    const Sound out = rendered(loud, {"--set", "gain=1", "--set", "width=0.5"});
+    const Sound out = rendered(loud, {"--set", "gain=12", "--set", "width=100"});
     EXPECT_EQ(out.left(0), 32767.0 / 32768.0);
     EXPECT_EQ(out.right(0), -1.0);
     const double gain = std::pow(10.0, 0.6);

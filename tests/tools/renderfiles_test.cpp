@@ -164,9 +164,12 @@ TEST_F(RenderFiles, BadNumbersAreRefused) {
     writeSound(folder / "in.wav", stereoNoise(wav16, 100));
     expectRefusal("in.wav", "out.wav", {"--preset", "11"},
                   "no preset 11, they are numbered 0 to 10");
-    expectRefusal("in.wav", "out.wav", {"--set", "gain=99"},
-                  "\"99\" is no value of gain: give a number from 0 to 1, or what it shows, "
-                  "\"-12.00\" to \"12.00\"");
+    expectRefusal("in.wav", "out.wav", {"--preset", ""}, "not by \"\"");
+    expectRefusal("in.wav", "out.wav", {"--set", "gain=loud"},
+                  "\"loud\" is no value of gain: give what it shows, \"-12.00\" to \"12.00\", "
+                  "or a number from 0 to 1 with --set-normalised");
+    expectRefusal("in.wav", "out.wav", {"--set-normalised", "gain=6"},
+                  "\"6\" is no normalised value of gain");
     for (const char* const value : {"gain=nan", "gain=inf", "gain=", "gain=loud", "gain=1e999"})
         expectRefusal("in.wav", "out.wav", {"--set", value}, "is no value of gain");
     expectRefusal("in.wav", "out.wav", {"--set", "gain"}, "\"gain\" is not NAME=VALUE");

@@ -57,14 +57,15 @@ TEST_F(RenderImages, ABankFileProvidesItsPresets) {
     bank.replace(29, 4, "\x3E\x80\0\0"s);          // preset 0: width 0.25
     bank.replace(29 + 60 * 7, 4, "\x3F\x80\0\0"s); // preset 7: width 1
     writeFile(folder / "a.dvb", bank);
-    EXPECT_EQ(rendered({"--bank-file", path("a.dvb")}), rendered({"--set", "width=0.25"}));
+    EXPECT_EQ(rendered({"--bank-file", path("a.dvb")}),
+              rendered({"--set-normalised", "width=0.25"}));
     EXPECT_EQ(rendered({"--bank-file", path("a.dvb"), "--preset", "7"}),
-              rendered({"--preset", "7", "--set", "width=1"}));
+              rendered({"--preset", "7", "--set-normalised", "width=1"}));
 }
 
 TEST_F(RenderImages, SettingsComeOverAPresetFile) {
     ASSERT_EQ(run({"preset", "save", path("a.dvp"), "--preset", "1"}).status, 0);
-    EXPECT_EQ(rendered({"--preset-file", path("a.dvp"), "--set", "width=0.5"}), rendered({}));
+    EXPECT_EQ(rendered({"--preset-file", path("a.dvp"), "--set", "width=100"}), rendered({}));
 }
 
 TEST_F(RenderImages, AFileOfTheWrongKindIsRefusedAndNothingIsWritten) {

@@ -35,7 +35,7 @@ class RenderState : public testing::Test {
 };
 
 TEST_F(RenderState, OfAFileIsTheOneThatWasSaved) {
-    const std::vector<std::string> options{"--preset", "side bal right", "--set", "width=0.8"};
+    const std::vector<std::string> options{"--preset", "side bal right", "--set", "width=256"};
     saveState(options);
     const auto byOptions = rendered(options);
     EXPECT_EQ(rendered({"--chunk", folder / "state"}), byOptions);
@@ -43,10 +43,10 @@ TEST_F(RenderState, OfAFileIsTheOneThatWasSaved) {
 }
 
 TEST_F(RenderState, OfAFileGoesFirst) {
-    saveState({"--preset", "swapped", "--set", "gain=0.6"});
+    saveState({"--preset", "swapped", "--set", "gain=2.4"});
     // Preset 10 of the saved bank has its own gain; preset 0 is as ever.
     EXPECT_EQ(rendered({"--chunk", folder / "state", "--preset", "init"}), rendered({}));
-    EXPECT_EQ(rendered({"--chunk", folder / "state", "--set", "gain=0.5"}),
+    EXPECT_EQ(rendered({"--chunk", folder / "state", "--set", "gain=0"}),
               rendered({"--preset", "swapped"}));
 }
 

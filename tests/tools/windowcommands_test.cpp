@@ -75,7 +75,7 @@ TEST_F(WindowCommands, AScreenshotHasTheSizeOfItsScale) {
 TEST_F(WindowCommands, AScreenshotShowsSettingsPresetsAndSound) {
     std::vector<std::string> pictures;
     const std::vector<std::vector<std::string>> variants{
-        {}, {"--set", "width=0.75"}, {"--preset", "out of phase"}, {"--input", tone()}};
+        {}, {"--set", "width=225"}, {"--preset", "out of phase"}, {"--input", tone()}};
     for (const auto& variant : variants) {
         const std::string file = home / "shot.png";
         std::vector<std::string> arguments{"screenshot", file};

@@ -20,13 +20,12 @@ namespace {
 struct Options {
     std::string plugin;
     std::string file;
-    std::string preset;
-    std::vector<std::string> settings;
+    EffectSettings settings;
 };
 
 void save(const Options& options) {
     LoadedPlugin plugin(options.plugin);
-    applySettings(plugin.effect, options.preset, options.settings);
+    applySettings(plugin.effect, options.settings);
     const std::vector<std::byte> state = stateOf(plugin.effect);
     ReplacedFile file(options.file);
     file.write(state.data(), state.size());
@@ -80,8 +79,7 @@ Run define(CLI::App& parser) {
         return action;
     };
     CLI::App* const saving = add("save", "Write the plug-in's state to a file");
-    addPresetOption(*saving, options->preset);
-    addSettingsOption(*saving, options->settings);
+    addSettingsOptions(*saving, options->settings);
     CLI::App* const loading = add("load", "Give the plug-in a state and say what it makes of it");
     add("show", "List what a saved state holds");
     return [options, saving, loading] {

@@ -64,6 +64,8 @@ void plot(const Options& options) {
         throw CommandError("a picture takes two runs through IN, standard input has but one");
     RenderPass pass(options.pass);
     const AudioReader& input = pass.input();
+    for (const std::string& remark : pass.remarks())
+        warn(remark);
     if (input.missingFrames() > 0)
         warn(input.shortfall());
     ProgressBar progress(2 * input.frames());

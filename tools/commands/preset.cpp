@@ -20,14 +20,13 @@ namespace {
 struct Options {
     std::string plugin;
     std::string file;
-    std::string preset;
-    std::vector<std::string> settings;
+    EffectSettings settings;
 };
 
 void save(const Options& options) {
     LoadedPlugin plugin(options.plugin);
     hosting::Effect& effect = plugin.effect;
-    applySettings(effect, options.preset, options.settings);
+    applySettings(effect, options.settings);
     const hosting::EffectBank bank = requiredBankOf(effect);
     const PresetRecord& preset = bank.presets.at(bank.current.value_or(0));
     writeImageFile(options.file,
@@ -51,8 +50,7 @@ Run define(CLI::App& parser) {
     CLI::App* const saving =
         parser.add_subcommand("save", "Write a preset of the plug-in to a file");
     saving->add_option("FILE", options->file, "The preset file (.dvp)")->required();
-    addPresetOption(*saving, options->preset);
-    addSettingsOption(*saving, options->settings);
+    addSettingsOptions(*saving, options->settings);
     CLI::App* const showing = parser.add_subcommand("show", "List what a preset file holds");
     showing->add_option("FILE", options->file, "The preset file (.dvp)")->required();
     for (CLI::App* const action : {saving, showing})
