@@ -34,4 +34,8 @@ endif()
 
 if(MIRELON_TOOLS)
   install(TARGETS mirelon-host RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT tools)
+  install(FILES "${CMAKE_BINARY_DIR}/tools/completion.bash" RENAME mirelon-host
+          DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions" COMPONENT tools)
+  install(FILES "${CMAKE_BINARY_DIR}/tools/completion.zsh" RENAME _mirelon-host
+          DESTINATION "${CMAKE_INSTALL_DATADIR}/zsh/site-functions" COMPONENT tools)
 endif()
