@@ -62,8 +62,12 @@ bool EditorWindow::open() {
     host.show();
     opened = true; // whatever it says: some open it and answer 0
     // Some editors take the host's connection from the value.
-    return effect.dispatch(effEditOpen, 0, reinterpret_cast<VstIntPtr>(host.connection()),
-                           host.asParent()) != 0;
+    const bool agreed =
+        effect.dispatch(effEditOpen, 0, reinterpret_cast<VstIntPtr>(host.connection()),
+                        host.asParent()) != 0;
+    if (const auto size = editorSize(effect))
+        host.resize(size->width, size->height);
+    return agreed;
 }
 
 void EditorWindow::close() {

@@ -37,8 +37,9 @@ class EditorWindow {
     EditorWindow(const EditorWindow&) = delete;
     EditorWindow& operator=(const EditorWindow&) = delete;
 
-    // Shows the window and opens the editor in it, any number of times. Answers
-    // whether the effect says that it did.
+    // Shows the window and opens the editor in it, any number of times. The window
+    // takes the size that the editor tells of then. Answers whether the effect says
+    // that it did.
     bool open();
     void close();
     bool isOpen() const { return opened; }

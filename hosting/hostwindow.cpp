@@ -14,6 +14,15 @@ int ignoreError(Display*, XErrorEvent*) {
     return 0;
 }
 
+// Users do not change it.
+void fixSize(Display* display, unsigned long window, int width, int height) {
+    XSizeHints size{};
+    size.flags = PMinSize | PMaxSize;
+    size.min_width = size.max_width = width;
+    size.min_height = size.max_height = height;
+    XSetWMNormalHints(display, window, &size);
+}
+
 } // namespace
 
 void ignoreXErrors() {
@@ -45,11 +54,7 @@ HostWindow::HostWindow(const std::string& title, int width, int height, WindowKi
                            CWOverrideRedirect | CWEventMask, &attributes);
     Xutf8SetWMProperties(display, window, title.c_str(), title.c_str(), nullptr, 0, nullptr,
                          nullptr, nullptr);
-    XSizeHints size{};
-    size.flags = PMinSize | PMaxSize;
-    size.min_width = size.max_width = width;
-    size.min_height = size.max_height = height;
-    XSetWMNormalHints(display, window, &size);
+    fixSize(display, window, width, height);
     Atom message = XInternAtom(display, "WM_DELETE_WINDOW", False);
     XSetWMProtocols(display, window, &message, 1);
     deleteMessage = message;
@@ -68,6 +73,16 @@ void* HostWindow::asParent() const {
 
 void HostWindow::show() {
     XMapRaised(display, window);
+    XSync(display, False);
+}
+
+void HostWindow::resize(int width, int height) {
+    XWindowAttributes now{};
+    if (XGetWindowAttributes(display, window, &now) != 0 && now.width == width &&
+        now.height == height)
+        return;
+    fixSize(display, window, width, height);
+    XResizeWindow(display, window, static_cast<unsigned>(width), static_cast<unsigned>(height));
     XSync(display, False);
 }
 

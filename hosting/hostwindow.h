@@ -34,6 +34,8 @@ class HostWindow {
     void* asParent() const;
 
     void show();
+    // Nothing happens where it has that size.
+    void resize(int width, int height);
     // Looks at what has happened to the window; false once the user has asked
     // for it to be closed.
     bool serve();

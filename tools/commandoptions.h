@@ -1,6 +1,8 @@
 // The options that several commands have in common.
 #pragma once
 
+#include "tools/effectsettings.h"
+
 #include <string>
 
 namespace CLI {
@@ -10,8 +12,14 @@ class App;
 namespace mirelon::tools {
 
 struct EditorOptions;
-struct EffectSettings;
 struct RenderOptions;
+
+// Of the commands that put a state of the plug-in into a file, or take one out.
+struct StateFileOptions {
+    std::string plugin;
+    std::string file;
+    EffectSettings settings; // before the state is saved
+};
 
 // Adds --plugin, which sets `file`.
 void addPluginOption(CLI::App& parser, std::string& file);

@@ -105,7 +105,7 @@ std::string replacedAll(std::string text, std::string_view what, std::string_vie
 }
 
 // Between single quotes of a shell.
-std::string quoted(const std::string& text) {
+std::string shellQuoted(const std::string& text) {
     return "'" + replacedAll(text, "'", "'\\''") + "'";
 }
 
@@ -157,7 +157,7 @@ complete -F @FUNCTION@ @PROGRAM@
 std::string bashAnswer(const CompletedOption& option) {
     switch (option.kind) {
     case Kind::words:
-        return "@FUNCTION@_words " + quoted(joined(option.words, " ")) + "; return";
+        return "@FUNCTION@_words " + shellQuoted(joined(option.words, " ")) + "; return";
     case Kind::folder:
         return "@FUNCTION@_folders; return";
     case Kind::file:
@@ -183,8 +183,8 @@ std::string bashPlace(const CompletedCommand& command) {
     for (const CompletedCommand& each : command.commands)
         words.push_back(each.name);
     std::string text =
-        "if [[ $current == -* ]]; then @FUNCTION@_words " + quoted(joined(names, " "));
-    text += !words.empty() ? "; else @FUNCTION@_words " + quoted(joined(words, " "))
+        "if [[ $current == -* ]]; then @FUNCTION@_words " + shellQuoted(joined(names, " "));
+    text += !words.empty() ? "; else @FUNCTION@_words " + shellQuoted(joined(words, " "))
             : files        ? "; else @FUNCTION@_files"
                            : "";
     return text + "; fi";
@@ -197,7 +197,7 @@ std::string zshFunction(const CompletedCommand& command, const std::string& prog
 }
 
 std::string zshAnswer(const CompletedOption& option) {
-    const std::string placeholder = ":" + escaped(option.placeholder) + ":";
+    std::string placeholder = ":" + escaped(option.placeholder) + ":";
     switch (option.kind) {
     case Kind::nothing:
         return "";
@@ -218,12 +218,16 @@ std::string zshArguments(const CompletedCommand& command) {
     for (const CompletedOption& option : command.options) {
         const std::string answer = zshAnswer(option);
         if (option.names.empty()) {
-            text += " \\\n    " + quoted((option.repeated ? "*" : "") + answer);
+            text += " \\\n    " + shellQuoted((option.repeated ? "*" : "") + answer);
             continue;
         }
         for (const std::string& name : option.names)
-            text += " \\\n    " + quoted((option.repeated ? "*" : "") + name + '[' +
-                                         escaped(option.summary) + ']' + answer);
+            text += " \\\n    " + shellQuoted(std::string(option.repeated ? "*" : "")
+                                                  .append(name)
+                                                  .append("[")
+                                                  .append(escaped(option.summary))
+                                                  .append("]")
+                                                  .append(answer));
     }
     return text;
 }
@@ -243,7 +247,7 @@ void putZshFunction(std::ostream& out, const CompletedCommand& command,
            "  command)\n"
            "    local -a commands=(";
     for (const CompletedCommand& each : command.commands)
-        out << "\n      " << quoted(each.name + ':' + escaped(each.summary));
+        out << "\n      " << shellQuoted(each.name + ':' + escaped(each.summary));
     out << "\n    )\n"
            "    _describe command commands\n"
            "    ;;\n"
@@ -266,17 +270,17 @@ std::string bashCompletion(const CLI::App& program) {
     std::ostringstream places;
     visitAll(root, [&](const CompletedCommand& command) {
         for (const CompletedCommand& each : command.commands)
-            commands << "    " << quoted(command.path + '/' + each.name)
-                     << ") path=" << quoted(each.path) << " ;;\n";
+            commands << "    " << shellQuoted(command.path + '/' + each.name)
+                     << ") path=" << shellQuoted(each.path) << " ;;\n";
         for (const CompletedOption& option : command.options) {
             if (option.names.empty() || option.kind == Kind::nothing)
                 continue;
             std::vector<std::string> names;
             for (const std::string& name : option.names)
-                names.push_back(quoted(command.path + '/' + name));
+                names.push_back(shellQuoted(command.path + '/' + name));
             values << "  " << joined(names, " | ") << ") " << bashAnswer(option) << " ;;\n";
         }
-        places << "  " << quoted(command.path) << ") " << bashPlace(command) << " ;;\n";
+        places << "  " << shellQuoted(command.path) << ") " << bashPlace(command) << " ;;\n";
     });
     std::string script = bashFrame;
     for (const auto& [mark, text] : {std::pair{"COMMANDS", commands.str()},

@@ -18,10 +18,11 @@ struct EditorOptions {
 
 // The plug-in with its preset and settings in place. It reads the scale from
 // the environment, which is set for it. Throws CommandError or
-// hosting::HostingError; also when it is no stereo effect.
+// hosting::HostingError.
 std::unique_ptr<LoadedPlugin> loadForEditor(const EditorOptions& options);
 
-// Its editor in a window with the effect's name. Throws as above.
+// Its editor in a window with the effect's name, of the size that the editor has
+// once it is open. Throws as above.
 std::unique_ptr<hosting::EditorWindow> openEditor(hosting::Effect& effect, hosting::WindowKind kind,
                                                   hosting::Drive drive);
 

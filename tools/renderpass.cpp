@@ -1,5 +1,6 @@
 #include "tools/renderpass.h"
 
+#include "tools/audio/channelbuffers.h"
 #include "tools/chunkfile.h"
 #include "tools/commanderror.h"
 #include "tools/imageloading.h"
@@ -10,24 +11,6 @@
 namespace mirelon::tools {
 
 namespace {
-
-// One buffer for each of the effect's inputs or outputs. The first two carry
-// the stereo signal; further inputs stay silent, further outputs are unheard.
-template <typename Sample>
-class ChannelBuffers {
-  public:
-    ChannelBuffers(VstInt32 channels, std::size_t frames)
-        : samples(static_cast<std::size_t>(channels) * frames) {
-        for (std::size_t i = 0; i < static_cast<std::size_t>(channels); ++i)
-            starts.push_back(samples.data() + i * frames);
-    }
-    Sample** pointers() { return starts.data(); }
-    Sample* operator[](std::size_t channel) { return starts[channel]; }
-
-  private:
-    std::vector<Sample> samples;
-    std::vector<Sample*> starts;
-};
 
 // Resumed for as long as it lives, whatever ends the run.
 class Running {

@@ -220,6 +220,17 @@ TEST_F(ImageFiles, WhatIsWrongIsSaidWithItsPlace) {
     EXPECT_THAT(problemOf("b.dvp", ""), HasSubstr("byte 0: ends before its header does"));
 }
 
+TEST_F(ImageFiles, AFileThatCannotBeReadDoesNotKeepTheOthersFromBeingVerified) {
+    writeFile(folder / "a.dvp", extendedWidth);
+    writeFile(folder / "b.dvp", extendedWidth + "x");
+    const ProgramResult result = runMirelon({"verify", path("none"), path("b.dvp"), path("a.dvp")});
+    EXPECT_EQ(result.status, 2);
+    EXPECT_THAT(result.output, HasSubstr(path("none") + ": "));
+    EXPECT_THAT(result.output, HasSubstr("byte 65: more follows"));
+    EXPECT_THAT(result.output, HasSubstr("a.dvp: a good preset"));
+    EXPECT_EQ(result.errors, "mirelon-host: 1 problem found, 1 file not read\n");
+}
+
 TEST_F(ImageFiles, WhatIsNoSuchFileIsRefused) {
     saveBank();
     writeFile(folder / "a.dvp", extendedWidth);

@@ -4,6 +4,7 @@
 #include "tests/tools/hostprogram.h"
 #include "tests/tools/soundfile.h"
 
+#include <algorithm>
 #include <cairo.h>
 #include <chrono>
 #include <csignal>
@@ -72,6 +73,19 @@ TEST_F(WindowCommands, AScreenshotHasTheSizeOfItsScale) {
     EXPECT_EQ(sizeOf(file), (Size{648, 696}));
 }
 
+TEST_F(WindowCommands, AScreenshotHasTheSizeThatTheOpenEditorTells) {
+    const std::string file = home / "shot.png";
+    const auto shoot = [&](std::vector<std::string> more) {
+        more.insert(more.begin(), {"screenshot", file, "--plugin", testPlugin("lateeditor")});
+        return RunningProgram(MIRELON_HOST_PROGRAM, more, home.path, {{"DISPLAY", display}}).wait();
+    };
+    const ProgramResult alone = shoot({});
+    ASSERT_EQ(alone.status, 0) << alone.errors;
+    EXPECT_EQ(sizeOf(file), (Size{200, 120}));
+    const ProgramResult fed = shoot({"--input", tone()});
+    EXPECT_EQ(fed.status, 0) << "one channel in: " << fed.errors;
+}
+
 TEST_F(WindowCommands, AScreenshotShowsSettingsPresetsAndSound) {
     std::vector<std::string> pictures;
     const std::vector<std::vector<std::string>> variants{
@@ -126,6 +140,24 @@ TEST_F(WindowCommands, WithoutASoundOutputTheMetersStillMove) {
     EXPECT_NE(window.part(60, 25, 242, 39), window.part(60, 121, 242, 135));
     program->signal(SIGINT);
     EXPECT_EQ(program->wait().status, 0);
+}
+
+TEST_F(WindowCommands, AnEditTakesItsFileAfterASetting) {
+    const auto program = start({"edit", "--set", "gain=1", "--preset", "swapped", tone()});
+    ASSERT_TRUE(appears());
+    program->signal(SIGINT);
+    const ProgramResult result = program->wait();
+    EXPECT_EQ(result.status, 0) << result.errors;
+}
+
+TEST_F(WindowCommands, AMissingSoundCardIsOneLine) {
+    const auto program = start({"edit", tone(), "--play"});
+    ASSERT_TRUE(appears());
+    program->signal(SIGINT);
+    const ProgramResult result = program->wait();
+    EXPECT_THAT(std::ranges::count(result.errors, '\n'), ::testing::Le(1)) << result.errors;
+    EXPECT_THAT(result.output + result.errors,
+                ::testing::AnyOf(HasSubstr("playing on"), HasSubstr("no sound output")));
 }
 
 TEST_F(WindowCommands, AnEditIsRefusedWithAReason) {

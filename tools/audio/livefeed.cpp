@@ -1,5 +1,6 @@
 #include "tools/audio/livefeed.h"
 
+#include "tools/audio/soundsystemnoise.h"
 #include "tools/commanderror.h"
 
 #include <algorithm>
@@ -12,27 +13,42 @@ namespace {
 
 void silent(RtAudioError::Type /*type*/, const std::string& /*text*/) {}
 
+// The first sound system that has a device. RtAudio's own choice would complain of
+// each that has none. Throws RtAudioError where there is none at all.
+std::unique_ptr<RtAudio> soundSystem() {
+    std::vector<RtAudio::Api> systems;
+    RtAudio::getCompiledApi(systems);
+    for (const RtAudio::Api system : systems) {
+        auto audio = std::make_unique<RtAudio>(system);
+        audio->showWarnings(false);
+        if (audio->getDeviceCount() > 0)
+            return audio;
+    }
+    throw RtAudioError("no sound device", RtAudioError::NO_DEVICES_FOUND);
+}
+
 } // namespace
 
 // A stream that asks for blocks from its construction to its destruction.
 class LiveFeed::SoundDevice {
   public:
     // Throws RtAudioError when the device does not play.
-    SoundDevice(LiveFeed& feed, unsigned rate) {
+    SoundDevice(LiveFeed& feed, unsigned rate)
+        : audio(soundSystem()) {
         RtAudio::StreamParameters place;
-        place.deviceId = audio.getDefaultOutputDevice();
+        place.deviceId = audio->getDefaultOutputDevice();
         place.nChannels = 2;
         RtAudio::StreamOptions options;
         options.streamName = "mirelon-host";
         auto frames = static_cast<unsigned>(blockFrames);
-        audio.openStream(&place, nullptr, RTAUDIO_FLOAT32, rate, &frames, &SoundDevice::fill, &feed,
-                         &options, &silent);
-        audio.startStream();
-        name = audio.getDeviceInfo(place.deviceId).name;
+        audio->openStream(&place, nullptr, RTAUDIO_FLOAT32, rate, &frames, &SoundDevice::fill,
+                          &feed, &options, &silent);
+        audio->startStream();
+        name = audio->getDeviceInfo(place.deviceId).name;
     }
     ~SoundDevice() {
-        if (audio.isStreamOpen())
-            audio.closeStream();
+        if (audio->isStreamOpen())
+            audio->closeStream();
     }
     SoundDevice(const SoundDevice&) = delete;
     SoundDevice& operator=(const SoundDevice&) = delete;
@@ -48,18 +64,20 @@ class LiveFeed::SoundDevice {
             const std::size_t part = std::min<std::size_t>(frames - done, blockFrames);
             feed.process(part);
             for (std::size_t i = 0; i < part; ++i)
-                for (const auto& channel : feed.block)
-                    *out++ = channel[i];
+                for (const float* const channel : {feed.heard(0), feed.heard(1)})
+                    *out++ = channel != nullptr ? channel[i] : 0.0F;
             done += part;
         }
         return 0;
     }
 
-    RtAudio audio;
+    std::unique_ptr<RtAudio> audio;
 };
 
 LiveFeed::LiveFeed(hosting::Effect& effect, const std::filesystem::path& file, Output output)
-    : effect(effect) {
+    : effect(effect)
+    , inputs(effect.record().numInputs, blockFrames)
+    , outputs(effect.record().numOutputs, blockFrames) {
     AudioReader reader(file);
     rate = reader.sampleRate();
     std::vector<double> left(blockFrames);
@@ -72,8 +90,6 @@ LiveFeed::LiveFeed(hosting::Effect& effect, const std::filesystem::path& file, O
     }
     if (material[0].empty())
         throw CommandError(file.string() + ": there is no sound in it");
-    for (auto& channel : block)
-        channel.resize(blockFrames);
 
     effect.setSampleRate(static_cast<float>(rate));
     effect.setBlockSize(blockFrames);
@@ -91,6 +107,7 @@ LiveFeed::~LiveFeed() {
 }
 
 bool LiveFeed::openSoundDevice() {
+    silenceSoundLibraries();
     try {
         sound = std::make_unique<SoundDevice>(*this, static_cast<unsigned>(rate));
         deviceName = sound->name;
@@ -112,12 +129,15 @@ void LiveFeed::keepTime() {
 
 void LiveFeed::process(std::size_t frames) {
     for (std::size_t i = 0; i < frames; ++i) {
-        block[0][i] = material[0][position];
-        block[1][i] = material[1][position];
+        for (std::size_t side = 0; side < std::min<std::size_t>(inputs.channels(), 2); ++side)
+            inputs[side][i] = material[side][position];
         position = (position + 1) % material[0].size();
     }
-    float* channels[] = {block[0].data(), block[1].data()};
-    effect.process(channels, channels, static_cast<VstInt32>(frames));
+    effect.process(inputs.pointers(), outputs.pointers(), static_cast<VstInt32>(frames));
+}
+
+const float* LiveFeed::heard(std::size_t side) {
+    return outputs[std::min(side, outputs.channels() - (outputs.channels() > 0 ? 1 : 0))];
 }
 
 } // namespace mirelon::tools

@@ -3,6 +3,7 @@
 
 #include "hosting/effect.h"
 #include "tools/audio/audioreader.h"
+#include "tools/audio/channelbuffers.h"
 
 #include <atomic>
 #include <filesystem>
@@ -16,7 +17,8 @@ namespace mirelon::tools {
 enum class Output { soundSystem, none };
 
 // Runs from construction to destruction on a thread of its own (the sound
-// system's, or one that keeps time when there is none). `effect` must outlive
+// system's, or one that keeps time when there is none). The effect may have any
+// number of channels. `effect` must outlive
 // it, and nobody else may process with it meanwhile.
 class LiveFeed {
   public:
@@ -34,8 +36,11 @@ class LiveFeed {
   private:
     class SoundDevice;
 
-    // The next `frames` frames, at most blockFrames, processed into the buffers.
+    // The next `frames` frames, at most blockFrames, processed into the outputs.
     void process(std::size_t frames);
+    // What is heard of the outputs: the first two, or the only one on both sides;
+    // null for an effect without outputs.
+    const float* heard(std::size_t side);
     bool openSoundDevice();
     void keepTime();
 
@@ -45,7 +50,8 @@ class LiveFeed {
     int rate;
     std::vector<float> material[2];
     std::size_t position = 0;
-    std::vector<float> block[2];
+    ChannelBuffers<float> inputs;
+    ChannelBuffers<float> outputs;
     std::string deviceName;
     std::unique_ptr<SoundDevice> sound;
     std::atomic<bool> ending{false};

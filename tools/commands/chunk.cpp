@@ -3,7 +3,6 @@
 #include "tools/chunkfile.h"
 #include "tools/commandoptions.h"
 #include "tools/commands.h"
-#include "tools/effectsettings.h"
 #include "tools/loadedplugin.h"
 #include "tools/parametervalue.h"
 #include "tools/replacedfile.h"
@@ -17,11 +16,7 @@ namespace mirelon::tools {
 
 namespace {
 
-struct Options {
-    std::string plugin;
-    std::string file;
-    EffectSettings settings;
-};
+using Options = StateFileOptions;
 
 void save(const Options& options) {
     LoadedPlugin plugin(options.plugin);

@@ -26,6 +26,8 @@ struct Options {
 volatile std::sig_atomic_t interrupted = 0;
 
 void edit(const Options& options) {
+    std::signal(SIGINT, [](int) { interrupted = 1; });
+    std::signal(SIGTERM, [](int) { interrupted = 1; });
     const auto plugin = loadForEditor(options.editor);
     hosting::Effect& effect = plugin->effect;
     const auto editor = openEditor(effect, hosting::WindowKind::ordinary, options.drive);
@@ -39,8 +41,6 @@ void edit(const Options& options) {
             std::fprintf(stderr,
                          "mirelon-host: no sound output takes this file; its meters only\n");
     }
-    std::signal(SIGINT, [](int) { interrupted = 1; });
-    std::signal(SIGTERM, [](int) { interrupted = 1; });
     editor->run([] { return interrupted != 0; });
 }
 

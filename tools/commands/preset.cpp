@@ -1,7 +1,6 @@
 // preset save|show: preset files.
 #include "tools/commandoptions.h"
 #include "tools/commands.h"
-#include "tools/effectsettings.h"
 #include "tools/imagefile.h"
 #include "tools/imageloading.h"
 #include "tools/loadedplugin.h"
@@ -17,11 +16,7 @@ namespace mirelon::tools {
 
 namespace {
 
-struct Options {
-    std::string plugin;
-    std::string file;
-    EffectSettings settings;
-};
+using Options = StateFileOptions;
 
 void save(const Options& options) {
     LoadedPlugin plugin(options.plugin);

@@ -37,15 +37,30 @@ std::size_t verify(const std::string& file, const hosting::Effect& effect) {
     return report.problems.size();
 }
 
+std::string counted(std::size_t number, const char* thing, const char* fate) {
+    return std::to_string(number) + ' ' + thing + (number == 1 ? "" : "s") + ' ' + fate;
+}
+
 void verifyAll(const Options& options) {
     LoadedPlugin plugin(options.plugin);
     std::size_t problems = 0;
-    for (const std::string& file : options.files)
-        problems += verify(file, plugin.effect);
+    std::size_t unreadable = 0;
+    for (const std::string& file : options.files) {
+        try {
+            problems += verify(file, plugin.effect);
+        } catch (const CommandError& error) {
+            std::printf("%s\n", error.what());
+            ++unreadable;
+        }
+    }
     std::fflush(stdout);
+    std::string verdict;
     if (problems > 0)
-        throw CommandError(std::to_string(problems) +
-                           (problems == 1 ? " problem found" : " problems found"));
+        verdict = counted(problems, "problem", "found");
+    if (unreadable > 0)
+        verdict += (verdict.empty() ? "" : ", ") + counted(unreadable, "file", "not read");
+    if (!verdict.empty())
+        throw CommandError(verdict);
 }
 
 Run define(CLI::App& parser) {

@@ -5,6 +5,7 @@
 #include <glib.h>
 #include <new>
 #include <numbers>
+#include <pango/pangocairo.h>
 
 namespace mirelon::tools {
 
@@ -24,6 +25,47 @@ std::string printable(std::string_view text) {
     return result;
 }
 
+// A line of text as it will be drawn: in any script, from right to left where the
+// script runs so, in another font where the first one lacks a character.
+class Line {
+  public:
+    Line(cairo_t* drawing_, std::string_view text, const TextStyle& style)
+        : drawing(drawing_)
+        , layout(pango_cairo_create_layout(drawing)) {
+        PangoFontDescription* const font = pango_font_description_new();
+        pango_font_description_set_family_static(font, "sans-serif");
+        pango_font_description_set_absolute_size(font, style.size * PANGO_SCALE);
+        if (style.bold)
+            pango_font_description_set_weight(font, PANGO_WEIGHT_BOLD);
+        pango_layout_set_font_description(layout.get(), font);
+        pango_font_description_free(font);
+        const std::string shown = printable(text);
+        pango_layout_set_single_paragraph_mode(layout.get(), TRUE);
+        pango_layout_set_text(layout.get(), shown.data(), static_cast<int>(shown.size()));
+    }
+
+    double width() const {
+        PangoRectangle extent{};
+        pango_layout_get_extents(layout.get(), nullptr, &extent);
+        return pango_units_to_double(extent.width);
+    }
+
+    // `y` is the base line.
+    void show(double x, double y) const {
+        const double above = pango_units_to_double(pango_layout_get_baseline(layout.get()));
+        cairo_move_to(drawing, x, y - above);
+        pango_cairo_show_layout(drawing, layout.get());
+    }
+
+  private:
+    struct Unreference {
+        void operator()(PangoLayout* object) const noexcept { g_object_unref(object); }
+    };
+
+    cairo_t* drawing;
+    std::unique_ptr<PangoLayout, Unreference> layout;
+};
+
 } // namespace
 
 Canvas::Canvas(int width, int height, Colour background)
@@ -37,13 +79,6 @@ Canvas::Canvas(int width, int height, Colour background)
 
 void Canvas::use(Colour colour) const {
     cairo_set_source_rgba(drawing.get(), colour.red, colour.green, colour.blue, colour.alpha);
-}
-
-void Canvas::use(const TextStyle& style) const {
-    cairo_select_font_face(drawing.get(), "sans-serif", CAIRO_FONT_SLANT_NORMAL,
-                           style.bold ? CAIRO_FONT_WEIGHT_BOLD : CAIRO_FONT_WEIGHT_NORMAL);
-    cairo_set_font_size(drawing.get(), style.size);
-    use(style.colour);
 }
 
 void Canvas::fill(const Box& box, Colour colour, double cornerRadius) const {
@@ -69,20 +104,16 @@ void Canvas::line(double x1, double y1, double x2, double y2, Colour colour, dou
 }
 
 double Canvas::widthOf(const std::string& text, const TextStyle& style) const {
-    use(style);
-    cairo_text_extents_t extents{};
-    cairo_text_extents(drawing.get(), printable(text).c_str(), &extents);
-    return extents.x_advance;
+    return Line(drawing.get(), text, style).width();
 }
 
 void Canvas::text(double x, double y, std::string_view text, const TextStyle& style) const {
-    const std::string shown = printable(text);
-    const double width = widthOf(shown, style);
+    const Line line(drawing.get(), text, style);
     const double shift = style.align == Align::left     ? 0.0
-                         : style.align == Align::centre ? width / 2.0
-                                                        : width;
-    cairo_move_to(drawing.get(), x - shift, y);
-    cairo_show_text(drawing.get(), shown.c_str());
+                         : style.align == Align::centre ? line.width() / 2.0
+                                                        : line.width();
+    use(style.colour);
+    line.show(x - shift, y);
 }
 
 void Canvas::fittedText(double x, double y, const std::string& text, double most,

@@ -50,7 +50,8 @@ class Canvas {
 
     void fill(const Box& box, Colour colour, double cornerRadius = 0.0) const;
     void line(double x1, double y1, double x2, double y2, Colour colour, double width = 1.0) const;
-    // `y` is the base line. Bytes that are no UTF-8 show as "?".
+    // `y` is the base line. Any script shows that the machine has a font for; bytes
+    // that are no UTF-8 show as "?".
     void text(double x, double y, std::string_view text, const TextStyle& style) const;
     // With its middle left out when it is wider than `most` pixels.
     void fittedText(double x, double y, const std::string& text, double most,
@@ -67,7 +68,6 @@ class Canvas {
 
     double widthOf(const std::string& text, const TextStyle& style) const;
     void use(Colour colour) const;
-    void use(const TextStyle& style) const;
 
     std::unique_ptr<cairo_surface_t, Destroy> surface;
     std::unique_ptr<cairo_t, Destroy> drawing;
