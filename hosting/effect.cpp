@@ -15,11 +15,11 @@ std::string textOf(const TextBuffer& buffer) {
     return {buffer.data(), strnlen(buffer.data(), buffer.size())};
 }
 
-AEffect* checkedRecord(const Module& module, audioMasterCallback host) {
+AEffect* checkedRecord(const PluginModule& module, audioMasterCallback host) {
     const auto refuse = [&module](const char* why) {
-        throw PluginError(module.file().string() + ": " + why);
+        throw PluginError(module.name() + ": " + why);
     };
-    AEffect* const record = module.entryPoint()(host);
+    AEffect* const record = module.makeInstance(host);
     if (record == nullptr)
         refuse("the plug-in made no instance");
     if (record->magic != kEffectMagic)
@@ -38,10 +38,10 @@ AEffect* checkedRecord(const Module& module, audioMasterCallback host) {
 
 } // namespace
 
-Effect::Effect(const Module& module, RecordingHost& host)
+Effect::Effect(const PluginModule& module, RecordingHost& host)
     : Effect(module, host.callback()) {}
 
-Effect::Effect(const Module& module, audioMasterCallback host)
+Effect::Effect(const PluginModule& module, audioMasterCallback host)
     : effect(checkedRecord(module, host)) {
     dispatch(effOpen);
 }

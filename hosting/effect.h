@@ -1,7 +1,7 @@
 // One instance of an effect, as its host holds it.
 #pragma once
 
-#include "hosting/module.h"
+#include "hosting/pluginmodule.h"
 #include "hosting/recordinghost.h"
 #include "shell/vst24.h"
 
@@ -22,12 +22,12 @@ enum class ChunkKind { bank, program };
 // is empty. Indices go to the effect as they are, valid or not.
 class Effect {
   public:
-    // Makes an instance and opens it. Throws PluginError when the entry point
-    // answers null or a record that cannot be used: wrong magic word, a missing
-    // function, a negative count.
-    Effect(const Module& module, RecordingHost& host);
+    // Makes an instance and opens it. Throws PluginError when the module makes
+    // none or answers with a record that cannot be used: wrong magic word, a
+    // missing function, a negative count.
+    Effect(const PluginModule& module, RecordingHost& host);
     // The same with any callback, which must serve as long as the instance.
-    Effect(const Module& module, audioMasterCallback host);
+    Effect(const PluginModule& module, audioMasterCallback host);
     ~Effect();
     Effect(const Effect&) = delete;
     Effect& operator=(const Effect&) = delete;

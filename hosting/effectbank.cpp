@@ -21,6 +21,13 @@ std::optional<EffectBank> EffectBank::in(std::span<const std::byte> chunk, std::
     return bank;
 }
 
+std::optional<std::int32_t> EffectBank::owner(std::span<const std::byte> chunk) {
+    if (chunk.size() != chunkSize)
+        return std::nullopt;
+    const std::int32_t named = chunkOwner(chunk.first<chunkSize>());
+    return in(chunk, named) ? std::optional(named) : std::nullopt;
+}
+
 std::vector<std::byte> EffectBank::chunk(std::int32_t uniqueID) const {
     std::vector<std::byte> bytes(chunkSize);
     writeChunk(std::span<std::byte, chunkSize>(bytes), uniqueID,

@@ -16,6 +16,8 @@ struct EffectBank {
     // Nothing when the bytes are no such chunk of the effect `uniqueID`, or one
     // of the other byte order.
     static std::optional<EffectBank> in(std::span<const std::byte> chunk, std::int32_t uniqueID);
+    // The effect whose chunk this is; nothing when it is none of the kind.
+    static std::optional<std::int32_t> owner(std::span<const std::byte> chunk);
     // The chunk that holds this bank.
     std::vector<std::byte> chunk(std::int32_t uniqueID) const;
 

@@ -1,4 +1,4 @@
-// Hosting a VST 2.4 effect:
+// Hosting a VST 2.4 effect (openPlugin in pluginfile.h takes other formats too):
 //
 //   Module module("effect.so");
 //   RecordingHost host;

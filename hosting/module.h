@@ -1,14 +1,14 @@
-// A plug-in file in memory.
+// A VST 2.4 plug-in file in memory.
 #pragma once
 
-#include "shell/vst24.h"
+#include "hosting/pluginmodule.h"
 
 #include <filesystem>
 #include <memory>
 
 namespace mirelon::hosting {
 
-class Module {
+class Module final : public PluginModule {
   public:
     using EntryPoint = AEffect* (*)(audioMasterCallback);
 
@@ -16,6 +16,11 @@ class Module {
     // no such file, when it is no shared library for this machine, or when it
     // exports neither `VSTPluginMain` nor `main`.
     explicit Module(const std::filesystem::path& file);
+
+    PluginFormat format() const noexcept override { return PluginFormat::vst2; }
+    std::string name() const override { return path.string(); }
+    std::vector<std::filesystem::path> libraries() const override { return {path}; }
+    AEffect* makeInstance(audioMasterCallback host) const override { return entry(host); }
 
     EntryPoint entryPoint() const noexcept { return entry; }
     const std::filesystem::path& file() const noexcept { return path; }

@@ -50,6 +50,10 @@ void writeChunk(std::span<std::byte, chunkSize> image, std::int32_t ownerId, std
             &image[recordAt(preset)], PresetRecord::imageSize));
 }
 
+std::int32_t chunkOwner(std::span<const std::byte, chunkSize> image) noexcept {
+    return static_cast<std::int32_t>(wordAt(image, ownerAt));
+}
+
 ChunkVerdict readChunk(std::span<std::byte, chunkSize> image, std::int32_t ownerId) noexcept {
     // The magic word is judged as the host handed it over, before any turning
     // round: a chunk written on a machine of the other byte order is recognised

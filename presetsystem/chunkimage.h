@@ -32,6 +32,9 @@ enum class ChunkVerdict {
 // place.
 ChunkVerdict readChunk(std::span<std::byte, chunkSize> image, std::int32_t ownerId) noexcept;
 
+// The owner that a chunk names, whether or not it is one.
+std::int32_t chunkOwner(std::span<const std::byte, chunkSize> image) noexcept;
+
 // Of an accepted chunk: its records, and its preset number if it is one.
 void copyChunkBank(std::span<const std::byte, chunkSize> image, PresetBank& bank) noexcept;
 std::optional<std::int32_t> chunkPresetNo(std::span<const std::byte, chunkSize> image) noexcept;

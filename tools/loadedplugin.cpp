@@ -39,14 +39,14 @@ std::vector<fs::path> searchFolders() {
 
 } // namespace
 
-fs::path pluginFile(const std::string& given) {
+std::string pluginFile(const std::string& given) {
     if (!given.empty())
         return given;
     std::error_code failure;
     for (const fs::path& folder : searchFolders()) {
         const fs::path candidate = folder / pluginName;
         if (fs::is_regular_file(candidate, failure))
-            return fs::weakly_canonical(candidate);
+            return fs::weakly_canonical(candidate).string();
     }
     throw CommandError(std::string("no ") + pluginName +
                        " beside this program, in ~/.vst, VST_PATH, /usr/lib/vst or "
@@ -54,8 +54,8 @@ fs::path pluginFile(const std::string& given) {
 }
 
 LoadedPlugin::LoadedPlugin(const std::string& given)
-    : module(pluginFile(given))
+    : module(hosting::openPlugin(pluginFile(given)))
     , host(hosting::Recording::off)
-    , effect(module, host) {}
+    , effect(*module, host) {}
 
 } // namespace mirelon::tools

@@ -39,7 +39,7 @@ RenderPass::RenderPass(const RenderOptions& options)
     if (!options.ramps.empty() && !reader.lengthKnown() && reader.frames() == 0)
         throw CommandError(options.input + ": how long it is becomes known at its end only, "
                                            "--automate needs to know before");
-    const std::string name = plugin.module.file().string();
+    const std::string name = plugin.module->name();
     const AEffect& record = plugin.effect.record();
     if (record.numInputs < 2 || record.numOutputs < 2)
         throw CommandError(name + ": has " + std::to_string(record.numInputs) + " inputs and " +

@@ -1,6 +1,7 @@
 #include "hosting/effect.h"
 
 #include "hosting/hostingerror.h"
+#include "hosting/module.h"
 
 #include <algorithm>
 #include <gmock/gmock.h>

@@ -1,5 +1,7 @@
 #include "hosting/effectbank.h"
 
+#include "hosting/module.h"
+
 #include <algorithm>
 #include <cstring>
 #include <gtest/gtest.h>

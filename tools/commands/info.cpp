@@ -87,8 +87,9 @@ Json describe(LoadedPlugin& plugin) {
     const AEffect& record = effect.record();
     const Presets presets(effect);
     const auto category = static_cast<std::size_t>(effect.category());
-    return {
-        {"file", plugin.module.file().string()},
+    Json all{
+        {"file", plugin.module->libraries().front().string()},
+        {"format", hosting::nameOf(plugin.module->format())},
         {"name", effect.name()},
         {"product", effect.product()},
         {"vendor", effect.vendor()},
@@ -113,6 +114,9 @@ Json describe(LoadedPlugin& plugin) {
         {"currentPreset", presets.current()},
         {"presets", presets.names()},
     };
+    if (plugin.module->format() == hosting::PluginFormat::lv2)
+        all["uri"] = plugin.module->name();
+    return all;
 }
 
 std::string text(const Json& value) {
@@ -150,8 +154,12 @@ void print(const Json& all) {
     std::printf("  vendor      %s, version %ld\n", text(all["vendor"]).c_str(),
                 all["vendorVersion"].get<long>());
     std::printf("  category    %s\n", text(all["category"]).c_str());
-    std::printf("  interface   VST %ld, unique ID %s, version %d\n", all["vstVersion"].get<long>(),
-                text(record["uniqueID"]).c_str(), record["version"].get<int>());
+    if (all.contains("uri"))
+        std::printf("  interface   LV2, %s\n", text(all["uri"]).c_str());
+    else
+        std::printf("  interface   VST %ld, unique ID %s, version %d\n",
+                    all["vstVersion"].get<long>(), text(record["uniqueID"]).c_str(),
+                    record["version"].get<int>());
     std::printf("  channels    %d in, %d out, latency %d frames\n", record["inputs"].get<int>(),
                 record["outputs"].get<int>(), record["initialDelay"].get<int>());
     std::printf("  flags       %d (%s)\n", record["flags"].get<int>(),

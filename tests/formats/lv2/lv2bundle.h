@@ -3,7 +3,7 @@
 
 #include "formats/lv2/bankmessage.h"
 #include "formats/lv2/names.h"
-#include "tests/formats/lv2/lv2host.h"
+#include "hosting/lv2instance.h"
 
 #include <vector>
 

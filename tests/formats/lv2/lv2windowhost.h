@@ -3,6 +3,7 @@
 #pragma once
 
 #include "tests/formats/lv2/lv2bundle.h"
+#include "tests/formats/lv2/notedwindow.h"
 #include "tests/support/temporaryfolder.h"
 #include "tests/support/xwindow.h"
 
@@ -49,7 +50,7 @@ class Lv2WindowHost {
 
     std::optional<float> scale;
     std::unique_ptr<XWindow> parent;
-    std::unique_ptr<hosting::Lv2Window> window;
+    std::unique_ptr<NotedWindow> window;
     std::unique_ptr<hosting::Lv2Instance> instance; // null: nothing plays
 
   private:

@@ -16,7 +16,6 @@ namespace mirelon::test {
 namespace {
 
 using namespace std::chrono_literals;
-using hosting::Lv2Window;
 
 constexpr std::uint32_t hostGrey = 0x808080;
 constexpr std::uint32_t gainPort = lv2::portOfParameter(kParamGain);
@@ -45,9 +44,9 @@ TEST(Lv2WindowLife, OpensInTheHostsWindowInItsOwnSize) {
 
 TEST(Lv2WindowLife, RefusesAHostThatLacksTheMappingOrTheParent) {
     Lv2WindowHost host;
-    EXPECT_FALSE(Lv2Window(lv2Bundle(), {host.parent->id(), false, {}}).isOpen());
-    EXPECT_FALSE(Lv2Window(lv2Bundle(), {0, true, {}}).isOpen());
-    EXPECT_FALSE(Lv2Window(lv2Bundle(), {0x7FFFFF, true, {}}).isOpen());
+    EXPECT_FALSE(NotedWindow(lv2Bundle(), {host.parent->id(), false, {}}).isOpen());
+    EXPECT_FALSE(NotedWindow(lv2Bundle(), {0, true, {}}).isOpen());
+    EXPECT_FALSE(NotedWindow(lv2Bundle(), {0x7FFFFF, true, {}}).isOpen());
     EXPECT_TRUE(host.parent->children().empty());
 }
 

@@ -1,0 +1,46 @@
+#include "hosting/pluginfile.h"
+
+#include "hosting/hostingerror.h"
+#include "hosting/lv2effect.h"
+#include "hosting/module.h"
+
+#include <filesystem>
+#include <system_error>
+
+namespace mirelon::hosting {
+
+namespace {
+
+bool isUri(const std::string& given) {
+    return given.find("://") != std::string::npos || given.starts_with("urn:");
+}
+
+} // namespace
+
+// Other formats are told by the file's extension, here and below.
+PluginFormat formatOf(const std::string& given) {
+    if (isUri(given))
+        return PluginFormat::lv2;
+    std::error_code failure;
+    if (std::filesystem::is_directory(given, failure)) {
+        if (!std::filesystem::exists(std::filesystem::path(given) / "manifest.ttl", failure))
+            throw PluginError(given + ": a folder, but no LV2 bundle (it has no manifest.ttl)");
+        return PluginFormat::lv2;
+    }
+    if (!std::filesystem::exists(given, failure))
+        throw PluginError(given + ": no such plug-in file");
+    return PluginFormat::vst2;
+}
+
+std::unique_ptr<const PluginModule> openPlugin(const std::string& given) {
+    switch (formatOf(given)) {
+    case PluginFormat::lv2:
+        return std::make_unique<Lv2Module>(isUri(given) ? Lv2Bundle::ofUri(given)
+                                                        : Lv2Bundle::inFolder(given));
+    case PluginFormat::vst2:
+        break;
+    }
+    return std::make_unique<Module>(given);
+}
+
+} // namespace mirelon::hosting
