@@ -1,25 +1,12 @@
 # Target vstgui: the toolkit and its VST 2 editor binding as one static library.
 #
-# Without VSTGUI_ROOT the pinned sources are fetched: once for all build folders
-# below build/, which the presets use, and into the build folder itself where
-# that lies elsewhere, so that the sources may be read-only. A checkout given by
-# the user must be prepared as scripts/fetch-vstgui does it: `final` taken off
-# `class CFrame` (vstgui/lib/cframe.h), from which the editor's frame derives, and
-# the answers to xcb_get_motion_events dropped by xcb_discard_reply
+# Without VSTGUI_ROOT the pinned sources are fetched. A checkout given by the user
+# must be prepared as scripts/fetch-vstgui does it: `final` taken off `class CFrame`
+# (vstgui/lib/cframe.h), from which the editor's frame derives, and the answers to
+# xcb_get_motion_events dropped by xcb_discard_reply
 # (vstgui/lib/platform/linux/x11frame.cpp), which otherwise pile up.
-if(VSTGUI_ROOT)
-  get_filename_component(MIRELON_VSTGUI_DIR "${VSTGUI_ROOT}" ABSOLUTE)
-else()
-  set(_shared "${CMAKE_SOURCE_DIR}/build")
-  cmake_path(IS_PREFIX _shared "${CMAKE_BINARY_DIR}" NORMALIZE _is_shared)
-  if(_is_shared)
-    set(MIRELON_VSTGUI_DIR "${_shared}/vstgui-4.13.3")
-  else()
-    set(MIRELON_VSTGUI_DIR "${CMAKE_BINARY_DIR}/vstgui-4.13.3")
-  endif()
-  execute_process(COMMAND "${CMAKE_SOURCE_DIR}/scripts/fetch-vstgui" "${MIRELON_VSTGUI_DIR}"
-                  COMMAND_ERROR_IS_FATAL ANY)
-endif()
+include(MirelonFetched)
+mirelon_fetched(MIRELON_VSTGUI_DIR ROOT "${VSTGUI_ROOT}" FOLDER vstgui-4.13.3 SCRIPT fetch-vstgui)
 message(STATUS "VSTGUI: ${MIRELON_VSTGUI_DIR}")
 file(STRINGS "${MIRELON_VSTGUI_DIR}/vstgui/lib/cframe.h" _cframe REGEX "^class CFrame ")
 if(NOT _cframe OR _cframe MATCHES "final")
