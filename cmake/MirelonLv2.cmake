@@ -6,10 +6,8 @@ pkg_check_modules(LV2 REQUIRED IMPORTED_TARGET lv2>=1.18.2)
 set(MIRELON_LV2_FOLDER "${CMAKE_SOURCE_DIR}/formats/lv2")
 set(MIRELON_LV2_BUNDLE "${CMAKE_BINARY_DIR}/lv2/mirelon.lv2")
 
-# An effect host, the ports and the messages; each binary and the tests bring
-# the effect itself.
+# The ports and the messages; each binary and the tests bring the effect itself.
 add_library(mirelon_lv2_common OBJECT
-  "${CMAKE_SOURCE_DIR}/formats/effecthost.cpp"
   "${MIRELON_LV2_FOLDER}/bankmessage.cpp" "${MIRELON_LV2_FOLDER}/portvalues.cpp")
 target_link_libraries(mirelon_lv2_common PRIVATE mirelon_options PkgConfig::LV2)
 
@@ -20,7 +18,7 @@ function(mirelon_lv2_binary target)
   set_target_properties(${target} PROPERTIES
     PREFIX "" OUTPUT_NAME ${ARG_NAME} LIBRARY_OUTPUT_DIRECTORY "${MIRELON_LV2_BUNDLE}"
     LINK_DEPENDS "${ARG_EXPORTS}")
-  target_link_libraries(${target} PRIVATE mirelon_options mirelon_lv2_common ${ARG_LINK}
+  target_link_libraries(${target} PRIVATE mirelon_options mirelon_effecthost mirelon_lv2_common ${ARG_LINK}
                                           PkgConfig::LV2)
   target_link_options(${target} PRIVATE
     "-Wl,--version-script=${ARG_EXPORTS}" -Wl,--exclude-libs,ALL -Wl,--gc-sections

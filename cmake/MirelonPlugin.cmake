@@ -24,3 +24,7 @@ target_link_options(mirelon PRIVATE
 if(NOT MIRELON_SANITIZE)
   target_link_options(mirelon PRIVATE -Wl,-z,defs)
 endif()
+
+# Target mirelon_effecthost: what the plug-ins of other formats hold their effect by.
+add_library(mirelon_effecthost OBJECT "${CMAKE_SOURCE_DIR}/formats/effecthost.cpp")
+target_link_libraries(mirelon_effecthost PRIVATE mirelon_options)

@@ -19,14 +19,20 @@ EffectHost::EffectHost(float rate, VstInt32 frames)
         throw std::runtime_error("there is no effect to host");
     hosted->getAeffect()->user = this;
     dispatch(effOpen);
-    dispatch(effSetSampleRate, 0, 0, nullptr, rate);
-    dispatch(effSetBlockSize, 0, frames);
+    setFormat(rate, frames);
 }
 
 EffectHost::~EffectHost() {
     // What a derived class would hear of the end is gone already.
     hosted->getAeffect()->user = nullptr;
     dispatch(effClose);
+}
+
+void EffectHost::setFormat(float rate, VstInt32 frames) noexcept {
+    sampleRate = static_cast<VstIntPtr>(rate);
+    blockSize = frames;
+    dispatch(effSetSampleRate, 0, 0, nullptr, rate);
+    dispatch(effSetBlockSize, 0, frames);
 }
 
 VstIntPtr EffectHost::dispatch(VstInt32 opcode, VstInt32 index, VstIntPtr value, void* ptr,

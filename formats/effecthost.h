@@ -25,6 +25,9 @@ class EffectHost {
 
     Mirelon& effect() noexcept { return *hosted; }
     const Mirelon& effect() const noexcept { return *hosted; }
+    // Tells the effect, which is to be suspended, another rate and block size, and
+    // answers with them from then on.
+    void setFormat(float sampleRate, VstInt32 blockSize) noexcept;
     // As a host does, through the effect's record.
     VstIntPtr dispatch(VstInt32 opcode, VstInt32 index = 0, VstIntPtr value = 0,
                        void* ptr = nullptr, float opt = 0.0F) noexcept;
@@ -60,8 +63,8 @@ class EffectHost {
         std::atomic<bool> passedOn{false};
     };
 
-    const VstIntPtr sampleRate;
-    const VstIntPtr blockSize;
+    VstIntPtr sampleRate;
+    VstIntPtr blockSize;
     Mirelon* hosted = nullptr; // ends with the command to close it
     std::array<Gesture, kNumParams> gestures;
 };
