@@ -1,0 +1,142 @@
+#include "hosting/clapinstance.h"
+
+#include "hosting/clapstreams.h"
+#include "hosting/hostingerror.h"
+
+#include <array>
+
+namespace mirelon::hosting {
+
+namespace {
+
+constexpr std::uint32_t stereo = 2;
+
+clap_audio_buffer bufferOf(float* const* channels) {
+    // The interface's channel lists are never written.
+    return {const_cast<float**>(channels), nullptr, stereo, 0, 0};
+}
+
+clap_audio_buffer bufferOf(double* const* channels) {
+    return {nullptr, const_cast<double**>(channels), stereo, 0, 0};
+}
+
+} // namespace
+
+ClapInstance::ClapInstance(const ClapModule& module, ClapHost& host, const std::string& id)
+    : host(host)
+    , made(module.factory().create_plugin(&module.factory(), host.record(), id.c_str())) {
+    if (made == nullptr)
+        throw PluginError(module.file().string() + ": it makes no plug-in " + id);
+    if (!made->init(made)) {
+        made->destroy(made);
+        throw PluginError(module.file().string() + ": " + id + " cannot be initialised");
+    }
+    params = extension<clap_plugin_params>(CLAP_EXT_PARAMS);
+    state = extension<clap_plugin_state>(CLAP_EXT_STATE);
+    gui = extension<clap_plugin_gui>(CLAP_EXT_GUI);
+    timers = extension<clap_plugin_timer_support>(CLAP_EXT_TIMER_SUPPORT);
+}
+
+ClapInstance::~ClapInstance() {
+    deactivate();
+    made->destroy(made);
+}
+
+bool ClapInstance::activate(double rate, std::uint32_t mostFrames) {
+    deactivate();
+    if (!made->activate(made, rate, 1, mostFrames))
+        return false;
+    active = true;
+    played = 0;
+    return made->start_processing(made);
+}
+
+void ClapInstance::deactivate() {
+    if (!active)
+        return;
+    made->stop_processing(made);
+    made->deactivate(made);
+    active = false;
+}
+
+clap_process_status ClapInstance::run(const clap_audio_buffer& in, clap_audio_buffer out,
+                                      std::uint32_t frames, const clap_input_events* inEvents,
+                                      const clap_output_events* outEvents) {
+    const clap_process cycle{played, frames, nullptr, &in, &out, 1, 1, inEvents, outEvents};
+    played += frames;
+    return made->process(made, &cycle);
+}
+
+template <typename Sample>
+clap_process_status ClapInstance::process(Sample* const* inputs, Sample* const* outputs,
+                                          std::uint32_t frames, const clap_input_events* in,
+                                          const clap_output_events* out) {
+    return run(bufferOf(inputs), bufferOf(outputs), frames, in, out);
+}
+
+template clap_process_status ClapInstance::process(float* const*, float* const*, std::uint32_t,
+                                                   const clap_input_events*,
+                                                   const clap_output_events*);
+template clap_process_status ClapInstance::process(double* const*, double* const*, std::uint32_t,
+                                                   const clap_input_events*,
+                                                   const clap_output_events*);
+
+void ClapInstance::flush(const clap_input_events* in, const clap_output_events* out) {
+    if (params != nullptr)
+        params->flush(made, in, out);
+}
+
+std::uint32_t ClapInstance::parameterCount() const {
+    return params != nullptr ? params->count(made) : 0;
+}
+
+std::optional<clap_param_info> ClapInstance::parameterInfo(std::uint32_t index) const {
+    clap_param_info info{};
+    if (params == nullptr || !params->get_info(made, index, &info))
+        return std::nullopt;
+    return info;
+}
+
+std::optional<double> ClapInstance::value(clap_id parameter) const {
+    double value = 0.0;
+    if (params == nullptr || !params->get_value(made, parameter, &value))
+        return std::nullopt;
+    return value;
+}
+
+std::optional<std::string> ClapInstance::text(clap_id parameter, double value) const {
+    std::array<char, 256> text{};
+    if (params == nullptr ||
+        !params->value_to_text(made, parameter, value, text.data(), text.size()))
+        return std::nullopt;
+    return text.data();
+}
+
+std::optional<double> ClapInstance::valueOf(clap_id parameter, const std::string& text) const {
+    double value = 0.0;
+    if (params == nullptr || !params->text_to_value(made, parameter, text.c_str(), &value))
+        return std::nullopt;
+    return value;
+}
+
+std::optional<std::vector<std::byte>> ClapInstance::save(std::size_t atOnce) const {
+    ClapOutputStream stream(atOnce);
+    if (state == nullptr || !state->save(made, stream.stream()))
+        return std::nullopt;
+    return stream.bytes();
+}
+
+bool ClapInstance::load(std::span<const std::byte> bytes, std::size_t atOnce) {
+    const ClapInputStream stream(bytes, atOnce);
+    return state != nullptr && state->load(made, stream.stream());
+}
+
+void ClapInstance::serve() {
+    for (const clap_id timer : host.takeDueTimers())
+        if (timers != nullptr)
+            timers->on_timer(made, timer);
+    if (host.takeCallbackRequest())
+        made->on_main_thread(made);
+}
+
+} // namespace mirelon::hosting

@@ -1,0 +1,38 @@
+// The built CLAP plug-in, as a host loads it.
+#pragma once
+
+#include "hosting/clapinstance.h"
+#include "processor/core/parameters.h"
+
+#include <cstdint>
+
+namespace mirelon::test {
+
+inline constexpr auto clapId = "example.dravik.mirelon";
+
+// Loaded once per test program.
+inline const hosting::ClapModule& clapModule() {
+    static const hosting::ClapModule module(MIRELON_CLAP_FILE);
+    return module;
+}
+
+// An instance with a host of its own.
+struct ClapPlugIn {
+    explicit ClapPlugIn(hosting::ClapExtensions offered = hosting::ClapExtensions::all)
+        : host(offered) {}
+
+    hosting::ClapHost host;
+    hosting::ClapInstance instance{clapModule(), host, clapId};
+
+    double value(int parameter) const {
+        return instance.value(static_cast<clap_id>(parameter)).value();
+    }
+    // Sets a parameter while nothing plays.
+    void set(int parameter, double value) {
+        hosting::ClapInputEvents events;
+        events.add(hosting::clapValueEvent(0, static_cast<clap_id>(parameter), value));
+        instance.flush(events.list(), nullptr);
+    }
+};
+
+} // namespace mirelon::test
