@@ -3,10 +3,8 @@
 #include "tests/formats/clap/clapfile.h"
 #include "tests/support/plugin.h"
 #include "tests/support/signals.h"
-#include "tests/support/temporaryfolder.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <cstring>
 #include <gtest/gtest.h>
 #include <random>
@@ -111,9 +109,7 @@ StereoBuffer<Sample> inBlocks(StereoBuffer<Sample>& input, const std::vector<Mov
 
 class ClapAudio : public testing::Test {
   protected:
-    ClapAudio() { setenv("XDG_CONFIG_HOME", preferences.path.c_str(), 1); }
-
-    TemporaryFolder preferences;
+    EmptyPreferences preferences;
 };
 
 template <typename Sample>

@@ -3,8 +3,10 @@
 
 #include "hosting/clapinstance.h"
 #include "processor/core/parameters.h"
+#include "tests/support/temporaryfolder.h"
 
 #include <cstdint>
+#include <cstdlib>
 
 namespace mirelon::test {
 
@@ -15,6 +17,16 @@ inline const hosting::ClapModule& clapModule() {
     static const hosting::ClapModule module(MIRELON_CLAP_FILE);
     return module;
 }
+
+// While it lives, instances find no defaults that somebody has stored. To be made
+// before them.
+class EmptyPreferences {
+  public:
+    EmptyPreferences() { setenv("XDG_CONFIG_HOME", folder.path.c_str(), 1); }
+
+  private:
+    TemporaryFolder folder;
+};
 
 // An instance with a host of its own.
 struct ClapPlugIn {

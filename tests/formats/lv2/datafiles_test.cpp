@@ -2,7 +2,7 @@
 // With MIRELON_WRITE_DATA in the environment the first test writes them anew.
 #include "tests/formats/lv2/datafiles.h"
 
-#include "tests/formats/lv2/shellcommand.h"
+#include "tests/formats/shellcommand.h"
 #include "tests/support/temporaryfolder.h"
 
 #include <cstdlib>
