@@ -6,8 +6,10 @@ namespace mirelon::test {
 namespace fs = std::filesystem;
 
 HostHome::HostHome(const fs::path& plugin)
-    : pluginFile(folder / "home/.vst/mirelon.so") {
-    for (const char* name : {"home/.vst", "none", "run"})
+    : pluginFile(folder / (plugin.extension() == ".clap" ? "home/.clap/mirelon.clap"
+                                                         : "home/.vst/mirelon.so")) {
+    fs::create_directories(pluginFile.parent_path());
+    for (const char* name : {"none", "run"})
         fs::create_directories(folder / name);
     fs::permissions(folder / "run", fs::perms::owner_all);
     fs::copy_file(plugin, pluginFile);

@@ -13,7 +13,8 @@ namespace mirelon::test {
 
 class HostHome {
   public:
-    // Puts `plugin` where a user's installation does: ~/.vst/mirelon.so.
+    // Puts `plugin` where a user's installation does: ~/.vst/mirelon.so, or
+    // ~/.clap/mirelon.clap.
     explicit HostHome(const std::filesystem::path& plugin);
 
     const std::filesystem::path& plugin() const { return pluginFile; }

@@ -25,14 +25,19 @@ Environment variables() {
     return {{"LD_PRELOAD", MIRELON_SEQUENCER_FILE}};
 }
 
-Outcome scan(const HostHome& home) {
+Outcome scan(const HostHome& home, const std::string& format) {
     // The scanner reads the names of files from its standard input.
-    return home.run({"/bin/sh", "-c", "echo \"VST2:$1\" | exec \"$0\"", scannerFile, home.plugin()},
-                    std::chrono::seconds(30));
+    return home.run(
+        {"/bin/sh", "-c", "echo \"$2:$1\" | exec \"$0\"", scannerFile, home.plugin(), format},
+        std::chrono::seconds(30));
 }
 
 PluginEntry vst(const HostHome& home) {
     return {"VST", home.plugin(), "Dravik_Mirelon", "1299336302"};
+}
+
+PluginEntry clap(const HostHome& home) {
+    return {"CLAP", home.plugin(), "Dravik_Mirelon", "0"};
 }
 
 PluginEntry lv2(const std::string& uri) {

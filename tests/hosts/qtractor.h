@@ -24,8 +24,8 @@ std::string program();
 // What lets it start its engine where the kernel has no MIDI sequencer.
 Environment variables();
 
-// What its scanner says of the plug-in of this home.
-Outcome scan(const HostHome& home);
+// What its scanner says of the plug-in of this home, whose format it is told.
+Outcome scan(const HostHome& home, const std::string& format = "VST2");
 
 // A plug-in as a session names it.
 struct PluginEntry {
@@ -35,6 +35,7 @@ struct PluginEntry {
     std::string uniqueId;
 };
 PluginEntry vst(const HostHome& home);
+PluginEntry clap(const HostHome& home);
 PluginEntry lv2(const std::string& uri);
 
 // A session with this plug-in on the master bus's output.

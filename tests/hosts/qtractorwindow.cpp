@@ -59,6 +59,13 @@ void QtractorWindowTest::openEditor() {
     })) << "the editor was not shown";
 }
 
+void QtractorWindowTest::closeEditor() {
+    const auto window = screen->windowTitled(pluginTitle);
+    ASSERT_TRUE(window);
+    screen->close(*window);
+    ASSERT_TRUE(eventually(seconds(20), [this] { return !screen->windowTitled(pluginTitle); }));
+}
+
 std::optional<Screen::WindowId> QtractorWindowTest::editor() const {
     const auto window = screen->windowTitled(pluginTitle);
     return window ? screen->inside(*window, editorSize()) : std::nullopt;

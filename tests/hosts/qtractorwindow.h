@@ -29,6 +29,8 @@ class QtractorWindowTest : public ::testing::Test {
     // Shows the mixer and, by a double click on the plug-in's name in the master
     // bus's strip, the editor.
     void openEditor();
+    // As its window's close button does.
+    void closeEditor();
     std::optional<Screen::WindowId> editor() const;
     // Where the handle of the balance slider stands, and whether it stands near
     // a value.
