@@ -1,9 +1,11 @@
-# What `cmake --install` puts where. Components: plugin, tools, docs.
+# What `cmake --install` puts where. Components: plugin, tools, docs; lv2 and clap
+# stand with their plug-ins.
 install(TARGETS mirelon LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}/vst" COMPONENT plugin)
 install(FILES packaging/example.dravik.mirelon.metainfo.xml
         DESTINATION "${CMAKE_INSTALL_DATADIR}/metainfo" COMPONENT plugin)
 
-install(FILES README.md CHANGELOG.md docs/manual.md docs/formats.md docs/lv2.md docs/hosts.md
+install(FILES README.md CHANGELOG.md docs/manual.md docs/formats.md docs/lv2.md docs/clap.md
+              docs/hosts.md
         DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT docs)
 
 # The man pages are the same text as the pages in docs/.
