@@ -1,21 +1,19 @@
 # Target vstgui: the toolkit and its VST 2 editor binding as one static library.
 #
 # Without VSTGUI_ROOT the pinned sources are fetched. A checkout given by the user
-# must be prepared as scripts/fetch-vstgui does it: `final` taken off `class CFrame`
-# (vstgui/lib/cframe.h), from which the editor's frame derives, and the answers to
-# xcb_get_motion_events dropped by xcb_discard_reply
-# (vstgui/lib/platform/linux/x11frame.cpp), which otherwise pile up.
+# must have the patch beside this file applied.
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS
+             "${CMAKE_CURRENT_LIST_DIR}/vstgui-4.13.3.patch")
 include(MirelonFetched)
 mirelon_fetched(MIRELON_VSTGUI_DIR ROOT "${VSTGUI_ROOT}" FOLDER vstgui-4.13.3 SCRIPT fetch-vstgui)
 message(STATUS "VSTGUI: ${MIRELON_VSTGUI_DIR}")
 file(STRINGS "${MIRELON_VSTGUI_DIR}/vstgui/lib/cframe.h" _cframe REGEX "^class CFrame ")
-if(NOT _cframe OR _cframe MATCHES "final")
-  message(FATAL_ERROR "${MIRELON_VSTGUI_DIR}: not VSTGUI 4, or `class CFrame` is still final there")
-endif()
-set(_events "${MIRELON_VSTGUI_DIR}/vstgui/lib/platform/linux/x11frame.cpp")
-file(STRINGS "${_events}" _motions REGEX "xcb_get_motion_events")
-if(NOT _motions MATCHES "^[\t ]*xcb_discard_reply ?\\(xcb, xcb_get_motion_events")
-  message(FATAL_ERROR "${_events}: the answers to xcb_get_motion_events are not dropped there")
+file(STRINGS "${MIRELON_VSTGUI_DIR}/vstgui/lib/platform/linux/x11frame.cpp" _observed
+     REGEX "keyObserver->|xcb_discard_reply")
+list(LENGTH _observed _changes)
+if(NOT _cframe OR _cframe MATCHES "final" OR NOT _changes EQUAL 3)
+  message(FATAL_ERROR "${MIRELON_VSTGUI_DIR}: not VSTGUI 4.13.3 with "
+                      "cmake/vstgui-4.13.3.patch applied")
 endif()
 
 find_package(PkgConfig REQUIRED)

@@ -23,6 +23,8 @@ class CPSRockerSwitch : public VSTGUI::CRockerSwitch {
                                              const VSTGUI::CButtonState& buttons) override;
     VSTGUI::CMouseEventResult onMouseExited(VSTGUI::CPoint& where,
                                             const VSTGUI::CButtonState& buttons) override;
+    // A wheel that turns on its way over the rocker changes no preset.
+    void onMouseWheelEvent(VSTGUI::MouseWheelEvent& /*event*/) override {}
 
   private:
     // -1 left half, +1 right half; the middle line belongs to the right.

@@ -3,13 +3,30 @@
 #include "platform/runloop.h"
 #include "platform/toolkitconnection.h"
 
+#include <cmath>
+#include <utility>
+
 using namespace VSTGUI;
+
+namespace {
+
+const CColor ringColor(24, 128, 146, 255);
+constexpr CCoord ringWidth = 2;
+
+bool isTab(const KeyboardEvent& event) {
+    return event.type == EventType::KeyDown && event.virt == VirtualKey::Tab &&
+           (event.modifiers.empty() || event.modifiers.is(ModifierKey::Shift));
+}
+
+} // namespace
 
 // The base keeps only the address of the member, which is built after it.
 MyFrame::MyFrame(const CRect& rect, double scale, VSTGUIEditorInterface* editor)
     : CFrame(rect, &detachableEditor)
     , detachableEditor(editor) {
     setZoom(scale);
+    setFocusColor(ringColor); // also of what is selected in a text
+    registerFocusViewObserver(this);
 }
 
 bool MyFrame::openIn(void* parent) {
@@ -20,11 +37,15 @@ bool MyFrame::openIn(void* parent) {
     config.runLoop = SharedPointer<X11::IRunLoop>(&mirelon::RunLoop::instance());
     if (!open(parent, PlatformType::kX11EmbedWindowID, &config))
         return false;
-    mirelon::announceMapped(mirelon::windowOf(*this));
+    const std::uint32_t window = mirelon::windowOf(*this);
+    mirelon::announceMapped(window);
+    keys.emplace(window, [this] { endRing(); });
     return true;
 }
 
 void MyFrame::retire() {
+    unregisterFocusViewObserver(this);
+    keys.reset();
     setMouseEnabled(false);
     forEachChild([](CView* view) {
         if (auto* control = dynamic_cast<CControl*>(view))
@@ -70,6 +91,100 @@ void MyFrame::onMouseWheelEvent(MouseWheelEvent& event) {
         CFrame::onMouseWheelEvent(event);
 }
 
+// --- Keys ---
+
+void MyFrame::platformOnEvent(Event& event) {
+    const auto alive = shared(this);
+    if (auto* key = asKeyboardEvent(event)) {
+        onKey(*key);
+    } else {
+        const bool pressed = event.type == EventType::MouseDown;
+        if (pressed && isTyping())
+            hideRing(); // a click into the text only moves the caret
+        else if (pressed)
+            endRing();
+        CFrame::platformOnEvent(event);
+        // For a press that was used the toolkit would take the input focus.
+        if (pressed)
+            event.consumed = false;
+    }
+    settleKeys();
+}
+
+void MyFrame::platformOnActivate(bool active) {
+    if (active)
+        CFrame::platformOnActivate(active);
+}
+
+bool MyFrame::isTyping() const {
+    return dynamic_cast<CTextEdit*>(getFocusView()) != nullptr;
+}
+
+void MyFrame::onKey(KeyboardEvent& event) {
+    const CView* const modal = getModalView();
+    if (modal != nullptr && modal->asViewContainer() == nullptr)
+        return; // the about picture has no use for keys
+    // The text that is typed asks here a second time, from inside.
+    const bool outermost = !std::exchange(handlingKey, true);
+    const auto end = finally([&] { handlingKey = handlingKey && !outermost; });
+    const bool typing = isTyping();
+    if (modal == nullptr && isTab(event))
+        ringShown = true;
+    CFrame::platformOnEvent(event);
+    if (event.type == EventType::KeyDown && !event.consumed && ringShown && modal == nullptr) {
+        if (isTab(event)) { // beyond the last control
+            event.consumed = advanceNextFocusView(nullptr, event.modifiers.is(ModifierKey::Shift));
+        } else if (event.virt == VirtualKey::Escape) {
+            endRing();
+            event.consumed = true;
+        }
+    }
+    if (outermost && typing)
+        event.consumed = true;
+}
+
+// The ring goes, and a text that is being typed counts as typed.
+void MyFrame::endRing() {
+    hideRing();
+    if (getModalView() == nullptr)
+        setFocusView(nullptr);
+}
+
+void MyFrame::hideRing() {
+    invalidRing(getFocusView());
+    ringShown = false;
+}
+
+void MyFrame::invalidRing(const CView* view) {
+    if (view == nullptr || !ringShown)
+        return;
+    CRect around(view->getViewSize());
+    invalidRect(around.extend(ringWidth, ringWidth));
+}
+
+void MyFrame::onFocusViewChanged(CFrame* /*frame*/, CView* now, CView* before) {
+    invalidRing(before);
+    invalidRing(now);
+    // The toolkit puts the keys on a menu that has been closed, for one.
+    mirelon::RunLoop::instance().whenUnwound([alive = shared(this)] { alive->settleKeys(); });
+}
+
+// Takes the keys from a control that has them without a ring, and the input focus
+// for one that has them rightly.
+void MyFrame::settleKeys() {
+    if (!keys || handlingKey)
+        return;
+    if (getModalView() == nullptr) {
+        if (!ringShown && !isTyping())
+            setFocusView(nullptr);
+        ringShown = ringShown && getFocusView() != nullptr;
+    }
+    if (getFocusView() != nullptr)
+        keys->take();
+    else
+        keys->giveBack();
+}
+
 // The toolkit scales the views of a zoomed frame, but not its background.
 void MyFrame::drawBackgroundRect(CDrawContext* context, const CRect& updateRect) {
     CBitmap* background = getDrawBackground();
@@ -79,6 +194,28 @@ void MyFrame::drawBackgroundRect(CDrawContext* context, const CRect& updateRect)
     CRect rect(0, 0, getViewSize().getWidth(), getViewSize().getHeight());
     getTransform().inverse().transform(rect);
     background->draw(context, rect, getBackgroundOffset());
+}
+
+void MyFrame::drawRect(CDrawContext* context, const CRect& updateRect) {
+    CFrame::drawRect(context, updateRect);
+    const CView* const view = getFocusView();
+    if (!ringShown || view == nullptr || getModalView() != nullptr)
+        return;
+    // In pixels of the screen, so that all four sides are equally wide and sharp.
+    CRect inner(view->getViewSize());
+    getTransform().transform(inner);
+    inner.makeIntegral();
+    const CCoord width = std::round(ringWidth * getZoom());
+    CRect outer(inner);
+    outer.extend(width, width);
+    const ConcatClip clipped(*context, updateRect);
+    context->setDrawMode(kAliasing);
+    context->setFillColor(ringColor);
+    for (const CRect& side : {CRect(outer.left, outer.top, outer.right, inner.top),
+                              CRect(outer.left, inner.bottom, outer.right, outer.bottom),
+                              CRect(outer.left, inner.top, inner.left, inner.bottom),
+                              CRect(inner.right, inner.top, outer.right, inner.bottom)})
+        context->drawRect(side, kDrawFilled);
 }
 
 int32_t MyFrame::DetachableEditor::getKnobMode() const {

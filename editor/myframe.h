@@ -1,13 +1,20 @@
 // The editor's frame: draws in whole window scales, can give all events to one
-// view, and outlives its editor while an event is under way.
+// view, leaves the keys to the host, and outlives its editor while an event is
+// under way.
 #pragma once
 
 #include "platform/toolkit.h"
+#include "platform/windowkeys.h"
 
 #include <cstdint>
+#include <optional>
 
 // Lives from its construction to retire(), on the thread that opened it.
-class MyFrame : public VSTGUI::CFrame {
+//
+// A control has the keys only while it wears the ring that the tab key puts on
+// it and passes on, until escape or a click; and a text while it is typed, and
+// an open menu. All other keys are the host's.
+class MyFrame : public VSTGUI::CFrame, private VSTGUI::IFocusViewObserver {
   public:
     // `rect` in the coordinates of scale 1, in which all views are laid out;
     // the window is `scale` times as large.
@@ -34,10 +41,27 @@ class MyFrame : public VSTGUI::CFrame {
                                            const VSTGUI::CButtonState& buttons) override;
     void onMouseWheelEvent(VSTGUI::MouseWheelEvent& event) override;
 
+    void drawRect(VSTGUI::CDrawContext* context, const VSTGUI::CRect& updateRect) override;
     void drawBackgroundRect(VSTGUI::CDrawContext* context,
                             const VSTGUI::CRect& updateRect) override;
 
+  protected:
+    void platformOnEvent(VSTGUI::Event& event) override;
+    // The toolkit would put the keys on the first control of a window that comes
+    // to the front.
+    void platformOnActivate(bool active) override;
+
   private:
+    void onFocusViewChanged(VSTGUI::CFrame* frame, VSTGUI::CView* now,
+                            VSTGUI::CView* before) override;
+
+    void onKey(VSTGUI::KeyboardEvent& event);
+    bool isTyping() const;
+    void endRing();
+    void hideRing();
+    void invalidRing(const VSTGUI::CView* view);
+    void settleKeys();
+
     // The editor as the toolkit sees it: none any more once the frame has retired,
     // and one that never lets the toolkit resize the host's window.
     class DetachableEditor final : public VSTGUI::VSTGUIEditorInterface {
@@ -55,5 +79,8 @@ class MyFrame : public VSTGUI::CFrame {
     };
 
     DetachableEditor detachableEditor;
-    VSTGUI::CView* captured = nullptr; // not owned
+    VSTGUI::CView* captured = nullptr;       // not owned
+    std::optional<mirelon::WindowKeys> keys; // while the window is open
+    bool ringShown = false;
+    bool handlingKey = false;
 };

@@ -16,6 +16,7 @@
 #include "vstgui/lib/cfileselector.h"
 #include "vstgui/lib/coffscreencontext.h"
 #include "vstgui/lib/events.h"
+#include "vstgui/lib/finally.h"
 #include "vstgui/lib/platform/iplatformfileselector.h"
 #include "vstgui/lib/platform/platform_x11.h"
 #include "vstgui/lib/platform/platformfactory.h"

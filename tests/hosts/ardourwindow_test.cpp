@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
+#include <thread>
 
 namespace mirelon::test {
 namespace {
@@ -127,6 +128,31 @@ TEST_F(ArdourWindow, AutomationOfTheHostMovesTheSlider) {
         return call.kind == Kind::sets && call.index == widthSlider.parameter && call.opt > 0.6F &&
                call.thread != "main" && call.thread != editorThread;
     })) << "the audio thread set no parameter";
+}
+
+TEST_F(ArdourWindow, SpaceStartsAndStopsTheTransportAfterAClickOnASlider) {
+    // Slow enough to be seen standing half way.
+    ardour::runScript(
+        home, "automate.lua",
+        {session.path(), std::to_string(widthSlider.parameter), "0=0.5", "400000=0.9"});
+    ASSERT_NO_FATAL_FAILURE(start());
+    ASSERT_TRUE(eventually(seconds(10), [&] { return standsAt(widthSlider, 0.5); }));
+    const auto window = editor();
+    ASSERT_TRUE(window);
+    screen->click(*window, {handlePosition(0.25), balanceSlider.y});
+    ASSERT_TRUE(eventually(seconds(10), [&] { return standsAt(balanceSlider, 0.25); }));
+    // The pointer stays where it is.
+    screen->key(XK_space);
+    ASSERT_TRUE(eventually(seconds(15), [&] {
+        return handle(widthSlider).value_or(0) > handlePosition(0.55);
+    })) << "the transport does not run";
+    screen->key(XK_space);
+    EXPECT_TRUE(eventually(seconds(5), [&] {
+        const auto before = handle(widthSlider);
+        std::this_thread::sleep_for(std::chrono::milliseconds(500));
+        return before && handle(widthSlider) == before && *before < handlePosition(0.85);
+    })) << "the transport does not stop";
+    EXPECT_TRUE(standsAt(balanceSlider, 0.25));
 }
 
 TEST_F(ArdourWindow, IsHiddenAndShownFiveTimesAndTheHostQuitsCleanly) {
