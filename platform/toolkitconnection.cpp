@@ -34,11 +34,13 @@ xcb_connection_t* connection() {
     return VSTGUI::X11::RunLoop::instance().getXcbConnection();
 }
 
-// Ctrl + left press resets a slider and is an ordinary press on all else.
+// A double click, or ctrl + left press, resets a slider; both are ordinary presses
+// on all else.
 // NOLINTNEXTLINE(performance-unnecessary-value-param): the toolkit's signature
 bool resetsToDefault(VSTGUI::CControl* control, VSTGUI::CButtonState buttons) {
+    const auto modifiers = buttons.getModifierState();
     return dynamic_cast<VSTGUI::CSliderBase*>(control) != nullptr && buttons.isLeftButton() &&
-           buttons.getModifierState() == VSTGUI::kControl;
+           (modifiers == VSTGUI::kControl || (modifiers == 0 && buttons.isDoubleClick()));
 }
 
 } // namespace

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 using namespace mirelon::test;
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -64,14 +65,90 @@ TEST_P(ParameterControls, BothWheelsMoveASlider) {
     }
 }
 
-TEST_P(ParameterControls, ShiftMakesTheWheelTenTimesFiner) {
+TEST_P(ParameterControls, TheWheelStepsByAHundredth) {
     editor.wheel(150, sliderPlaces[0].y, wheelUp);
-    const float coarse = editor.parameter(0) - 0.5F;
-    editor.effect->setParameter(0, 0.5F);
+    EXPECT_FLOAT_EQ(editor.parameter(0), 0.51F);
+}
+
+TEST_P(ParameterControls, ShiftMakesTheWheelTenTimesFiner) {
     editor.hold(XK_Shift_L);
     editor.wheel(150, sliderPlaces[0].y, wheelUp);
     editor.letGo(XK_Shift_L);
-    EXPECT_NEAR(editor.parameter(0) - 0.5F, coarse / 10, 1e-6F);
+    EXPECT_FLOAT_EQ(editor.parameter(0), 0.501F);
+}
+
+TEST_P(ParameterControls, APressOnTheHandleMovesNothing) {
+    for (const SliderPlace& slider : sliderPlaces)
+        for (const int off : {-5, 4, 6}) {
+            editor.click(handlePosition(0.5) + off, slider.y);
+            EXPECT_EQ(editor.parameter(slider.parameter), 0.5F) << slider.parameter << ' ' << off;
+            editor.moveTo(20, 280); // no second click of two
+        }
+    EXPECT_EQ(editor.host.count(audioMasterAutomate), 0U);
+}
+
+TEST_P(ParameterControls, AHandleMovesWithThePointerThatHoldsIt) {
+    for (const SliderPlace& slider : sliderPlaces) {
+        editor.effect->setParameter(slider.parameter, 0.3F);
+        editor.run();
+        const int hold = handlePosition(0.3) + 4;
+        editor.drag(hold, slider.y, hold + 41, slider.y); // a quarter of the way
+        EXPECT_NEAR(editor.parameter(slider.parameter), 0.55F, 1e-6F) << slider.parameter;
+    }
+}
+
+TEST_P(ParameterControls, ShiftMakesADragTenTimesFiner) {
+    editor.hold(XK_Shift_L);
+    editor.drag(handlePosition(0.5) + 4, sliderPlaces[0].y, handlePosition(0.5) + 45,
+                sliderPlaces[0].y);
+    editor.letGo(XK_Shift_L);
+    EXPECT_NEAR(editor.parameter(0), 0.525F, 1e-6F);
+}
+
+TEST_P(ParameterControls, APressBesideTheHandleFetchesIt) {
+    for (const SliderPlace& slider : sliderPlaces) {
+        editor.click(handlePosition(0.25), slider.y);
+        EXPECT_NEAR(editor.parameter(slider.parameter), 0.25F, 0.004F) << slider.parameter;
+        EXPECT_EQ(editor.touches(slider.parameter), "bae");
+    }
+}
+
+TEST_P(ParameterControls, ADragThatArrivesAllAtOnceEndsAtItsEnd) {
+    for (const SliderPlace& slider : sliderPlaces) {
+        editor.moveTo(handlePosition(0.5), slider.y);
+        const auto to = [&](double value) {
+            editor.window->moveTo(handlePosition(value) * editor.scale, slider.y * editor.scale);
+        };
+        editor.window->press();
+        for (const double value : {0.55, 0.6, 0.7, 0.75})
+            to(value);
+        editor.window->release();
+        editor.run(80ms);
+        EXPECT_NEAR(editor.parameter(slider.parameter), 0.75F, 0.004F) << slider.parameter;
+        EXPECT_EQ(editor.touches(slider.parameter).back(), 'e');
+    }
+}
+
+TEST_P(ParameterControls, ADoubleClickPutsASliderBackToItsMiddle) {
+    for (const SliderPlace& slider : sliderPlaces) {
+        editor.effect->setParameter(slider.parameter, 0.9F);
+        editor.run();
+        editor.doubleClick(handlePosition(0.9), slider.y);
+        EXPECT_EQ(editor.parameter(slider.parameter), 0.5F);
+        // The first click touches the handle.
+        EXPECT_EQ(editor.touches(slider.parameter), "bebae");
+    }
+}
+
+TEST_P(ParameterControls, ADoubleClickCountsSoonAfterAClickAtTheSamePlace) {
+    editor.click(100, sliderPlaces[0].y);
+    editor.run(300ms);
+    editor.window->press();
+    editor.window->release();
+    editor.window->press();
+    editor.window->release();
+    editor.run(80ms);
+    EXPECT_EQ(editor.parameter(0), 0.5F);
 }
 
 TEST_P(ParameterControls, ControlAndClickPutASliderBackToItsMiddle) {
