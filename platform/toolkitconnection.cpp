@@ -21,6 +21,8 @@ namespace mirelon {
 namespace {
 
 constexpr std::string_view embedPropertyName = "_XEMBED_INFO";
+// Window managers put it on the windows that they manage.
+constexpr std::string_view managedPropertyName = "WM_STATE";
 constexpr std::array<std::uint32_t, 2> embedVersionAndMapped{0, 1};
 
 template <typename Reply>
@@ -32,6 +34,15 @@ using ReplyPtr = std::unique_ptr<Reply, FreeReply<Reply>>;
 
 xcb_connection_t* connection() {
     return VSTGUI::X11::RunLoop::instance().getXcbConnection();
+}
+
+// 0 when the server has not made it, or is gone.
+xcb_atom_t atomNamed(std::string_view name, bool onlyIfExists) {
+    const auto length = static_cast<std::uint16_t>(name.size());
+    const ReplyPtr<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(
+        connection(), xcb_intern_atom(connection(), onlyIfExists ? 1 : 0, length, name.data()),
+        nullptr));
+    return reply != nullptr ? reply->atom : 0;
 }
 
 // A double click, or ctrl + left press, resets a slider; both are ordinary presses
@@ -89,14 +100,28 @@ bool windowExists(std::uint32_t window) {
     return reply != nullptr;
 }
 
+std::uint32_t managedWindowOf(std::uint32_t window) {
+    const xcb_atom_t managed = atomNamed(managedPropertyName, true);
+    if (managed == 0)
+        return window;
+    for (std::uint32_t around = window; around != 0;) {
+        const auto property = xcb_get_property(connection(), 0, around, managed, managed, 0, 0);
+        const auto tree = xcb_query_tree(connection(), around);
+        const ReplyPtr<xcb_get_property_reply_t> state(
+            xcb_get_property_reply(connection(), property, nullptr));
+        const ReplyPtr<xcb_query_tree_reply_t> place(
+            xcb_query_tree_reply(connection(), tree, nullptr));
+        if (state != nullptr && state->type == managed)
+            return around;
+        around = place != nullptr ? place->parent : 0;
+    }
+    return window;
+}
+
 void announceMapped(std::uint32_t window) {
-    const ReplyPtr<xcb_intern_atom_reply_t> atom(xcb_intern_atom_reply(
-        connection(),
-        xcb_intern_atom(connection(), 0, static_cast<std::uint16_t>(embedPropertyName.size()),
-                        embedPropertyName.data()),
-        nullptr));
-    if (atom != nullptr)
-        xcb_change_property(connection(), XCB_PROP_MODE_REPLACE, window, atom->atom, atom->atom, 32,
+    const xcb_atom_t atom = atomNamed(embedPropertyName, false);
+    if (atom != 0)
+        xcb_change_property(connection(), XCB_PROP_MODE_REPLACE, window, atom, atom, 32,
                             embedVersionAndMapped.size(), embedVersionAndMapped.data());
     xcb_map_window(connection(), window);
     xcb_flush(connection());

@@ -29,6 +29,9 @@ bool isRedrawTimer(const VSTGUI::X11::ITimerHandler& timer);
 std::uint32_t windowOf(const VSTGUI::CFrame& frame);
 // Whether `window` exists on the toolkit's display.
 bool windowExists(std::uint32_t window);
+// The window around `window`, or it itself, that the desktop's window manager knows:
+// dialogs belong to such ones. `window` where there is none.
+std::uint32_t managedWindowOf(std::uint32_t window);
 // Shows a child window and says so in the property by which embedding hosts
 // learn whether to show it.
 void announceMapped(std::uint32_t window);

@@ -10,12 +10,22 @@ namespace mirelon {
 using VSTGUI::CNewFileSelector;
 using VSTGUI::PlatformFileSelectorStyle;
 
+namespace {
+
+// 0 for a frame that is on no screen.
+std::uint32_t parentFor(const VSTGUI::CFrame* frame) {
+    const std::uint32_t window = frame != nullptr ? windowOf(*frame) : 0;
+    return window != 0 ? managedWindowOf(window) : 0;
+}
+
+} // namespace
+
 void DesktopFileDialog::ask(const FileQuestion& question, Answer whenAnswered) {
     VSTGUI::CFrame* const frame = window.getFrame();
     const bool save = question.save;
     auto backEnd = std::make_shared<HelperFileSelector>(
         save ? PlatformFileSelectorStyle::SelectSaveFile : PlatformFileSelectorStyle::SelectFile,
-        frame != nullptr ? windowOf(*frame) : 0);
+        parentFor(frame));
     // This object may be gone, or ask anew, before it is known whether it could ask.
     const auto asking = VSTGUI::owned(new CNewFileSelector(std::move(backEnd), frame));
     const VSTGUI::CFileExtension type(question.type.description, question.type.extension);

@@ -238,6 +238,13 @@ TEST_P(FileDialogs, BelongToTheWindowThatAsks) {
         dialog.argumentsContain("--attach=" + std::to_string(editor.window->children().at(0))));
 }
 
+TEST_P(FileDialogs, BelongToTheHostsWindowWhereADesktopManagesIt) {
+    editor.window->markAsManaged();
+    const StandInDialog dialog;
+    ask(dialog, savePreset);
+    EXPECT_TRUE(dialog.argumentsContain("--attach=" + std::to_string(editor.window->id())));
+}
+
 TEST_P(FileDialogs, OfTwoEditorsAreAnsweredInAnyOrder) {
     const StandInDialog dialog;
     ask(dialog, savePreset);

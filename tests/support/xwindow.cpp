@@ -115,6 +115,15 @@ void XWindow::resize(int width, int height) {
     XSync(connection(), False);
 }
 
+void XWindow::markAsManaged() const {
+    const Atom state = XInternAtom(connection(), "WM_STATE", False);
+    // Xlib takes 32-bit words as longs.
+    const long words[] = {NormalState, None};
+    XChangeProperty(connection(), id(), state, state, 32, PropModeReplace,
+                    reinterpret_cast<const unsigned char*>(words), 2);
+    XSync(connection(), False);
+}
+
 bool XWindow::isMapped(unsigned long child) const {
     XWindowAttributes attributes{};
     return XGetWindowAttributes(connection(), child, &attributes) != 0 &&

@@ -38,6 +38,8 @@ class XWindow : public hosting::HostWindow {
     // As when the host takes the window away from under the editor.
     void destroy();
     void resize(int width, int height);
+    // Marks it as a window manager marks the windows that it manages.
+    void markAsManaged() const;
 
     bool isMapped(unsigned long child) const;
     // The two words of the property by which a child asks to be shown; empty
