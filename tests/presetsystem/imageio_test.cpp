@@ -1,12 +1,16 @@
 #include "presetsystem/imageio.h"
 
+#include "tests/support/childprocess.h"
 #include "tests/support/temporaryfolder.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <array>
+#include <csignal>
 #include <string>
+#include <sys/resource.h>
+#include <sys/stat.h>
 
 namespace mirelon::test {
 namespace {
@@ -49,6 +53,38 @@ TEST_F(ImageIo, LeavesEverythingWithoutAFile) {
     readImage(file("none"), image);
     EXPECT_EQ(text(image), "abcd");
     EXPECT_FALSE(exists(folder / "none"));
+}
+
+// In a process that may write files of two bytes only, as on a full disk.
+TEST_F(ImageIo, LeavesNoFileThatDoesNotHoldAllBytes) {
+    writeFile(folder / "old", "123456");
+    EXPECT_EQ(inChild([&] {
+                  const rlimit two{2, 2};
+                  std::signal(SIGXFSZ, SIG_IGN);
+                  if (setrlimit(RLIMIT_FSIZE, &two) != 0)
+                      return 1;
+                  writeImage(file("new"), image);
+                  writeImage(file("old"), image);
+                  return 0;
+              }),
+              0);
+    EXPECT_FALSE(exists(folder / "new"));
+    EXPECT_FALSE(exists(folder / "old"));
+}
+
+TEST_F(ImageIo, LeavesWhatIsNoPlainFileWhereItIs) {
+    ASSERT_EQ(mkfifo((folder / "pipe").c_str(), 0600), 0);
+    create_symlink("/dev/full", folder / "full");
+    writeImage(file("pipe"), image);
+    writeImage(file("full"), image);
+    EXPECT_TRUE(is_fifo(folder / "pipe"));
+    EXPECT_TRUE(is_symlink(folder / "full"));
+}
+
+TEST_F(ImageIo, WritesNothingWhereNoFileCanBeMade) {
+    create_directory(folder / "x");
+    writeImage(file("x"), image);
+    EXPECT_TRUE(is_directory(folder / "x"));
 }
 
 } // namespace
