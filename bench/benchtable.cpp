@@ -43,12 +43,31 @@ void printReferences(const Results& results) {
 
 void printHosted(const Results& results) {
     printHeading("Loaded by a host, noise");
-    for (const char* const precision : {"float", "double"})
-        for (const char* const frames : {"64", "512"})
-            printTime(results, std::string("Mirelon, ") + precision + ", blocks of " + frames,
-                      std::string("plugin/") + precision + "/" + frames);
+    struct Format {
+        const char* name;
+        const char* group;
+    };
+    for (const Format& format : {Format{"Mirelon, ", "plugin/"}, Format{"as CLAP, ", "clap/"}})
+        for (const char* const precision : {"float", "double"})
+            for (const char* const frames : {"64", "512"})
+                printTime(results, std::string(format.name) + precision + ", blocks of " + frames,
+                          std::string(format.group) + precision + "/" + frames);
     for (const auto& [name, time] : results.startingWith("peer/"))
         printTime(results, name.substr(5) + ", blocks of 512", name);
+}
+
+// Times are those of a frame: what a block takes more with events, shared out.
+void printEvents(const Results& results) {
+    const auto without = results.time("clap/float/512");
+    if (!without)
+        return;
+    printHeading("A parameter event in a CLAP block of 512 frames, ns");
+    for (const int count : {1, 16, 64, 512}) {
+        const std::string number = std::to_string(count);
+        if (const auto with = results.time("clap/events in 512 frames/" + number))
+            std::printf("  %-34s%12.0f\n", (number + " in the block").c_str(),
+                        (*with - *without) * 512 / count);
+    }
 }
 
 void printCore(const Results& results) {
@@ -125,6 +144,9 @@ void printGoals(const Results& results) {
     const auto balance = results.time("peer/x42 balance");
     if (own && balance)
         print("against x42 balance", *own / *balance, 0.40);
+    const auto clap = results.time("clap/float/512");
+    if (own && clap)
+        print("as CLAP against VST 2, blocks of 512", *clap / *own, 1.02);
     if (const auto time = results.time("plugin/create, open, close"))
         print("create, open, close, in ms", *time / 1e6, 1.0);
 }
@@ -140,6 +162,7 @@ int main(int argc, char** argv) {
         const Results results(argv[1]);
         printReferences(results);
         printHosted(results);
+        printEvents(results);
         printCore(results);
         printBlockSizes(results);
         printInstances(results);

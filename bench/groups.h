@@ -7,6 +7,7 @@ namespace mirelon::bench {
 void registerReferences(); // copy, and the chains that bound the core
 void registerCore();       // every kernel that runs here
 void registerInstances();  // the built plug-in as a host loads it
+void registerClap();       // the same as CLAP plug-in
 void registerLv2Peers();   // those of the known peers that are installed
 void registerLadspaPeers();
 

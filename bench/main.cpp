@@ -11,6 +11,9 @@ int main(int argc, char** argv) {
         mirelon::bench::registerReferences();
         mirelon::bench::registerCore();
         mirelon::bench::registerInstances();
+#if defined(MIRELON_CLAP_FILE)
+        mirelon::bench::registerClap();
+#endif
 #if defined(MIRELON_BENCH_LV2)
         mirelon::bench::registerLv2Peers();
 #endif
