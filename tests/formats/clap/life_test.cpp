@@ -15,7 +15,6 @@ namespace mirelon::test {
 namespace {
 
 using hosting::ClapExtensions;
-using hosting::ClapModule;
 using ::testing::ElementsAre;
 using ::testing::StrEq;
 
