@@ -86,6 +86,40 @@ TEST_F(WindowCommands, AScreenshotHasTheSizeThatTheOpenEditorTells) {
     EXPECT_EQ(fed.status, 0) << "one channel in: " << fed.errors;
 }
 
+#ifdef MIRELON_LV2_BUNDLE
+TEST_F(WindowCommands, TheLv2PlugInLooksAsTheVst2OneDoes) {
+    const auto pictureOf = [this](const std::string& plugin) {
+        const std::string file = home / "shot.png";
+        const ProgramResult result =
+            RunningProgram(MIRELON_HOST_PROGRAM,
+                           {"screenshot", file, "--preset", "3", "--plugin", plugin}, home.path,
+                           {{"DISPLAY", display}})
+                .wait();
+        EXPECT_EQ(result.status, 0) << result.errors;
+        return contentsOf(file);
+    };
+    // On a busy machine a picture may be taken before the window is drawn.
+    bool equal = false;
+    for (int i = 0; i < 5 && !equal; ++i)
+        equal = pictureOf(MIRELON_LV2_BUNDLE) == pictureOf(MIRELON_PLUGIN_FILE);
+    EXPECT_TRUE(equal);
+}
+
+TEST_F(WindowCommands, TheLv2PlugInIsEdited) {
+    RunningProgram program(MIRELON_HOST_PROGRAM,
+                           std::vector<std::string>{"edit", tone(), "--plugin", MIRELON_LV2_BUNDLE},
+                           home.path,
+                           std::vector<std::pair<std::string, std::string>>{{"DISPLAY", display}});
+    ASSERT_TRUE(appears());
+    std::this_thread::sleep_for(500ms);
+    const Pixels window = *pixelsOfWindowNamed("Dravik Mirelon");
+    // The balance meter hears the left alone.
+    EXPECT_NE(window.part(60, 25, 242, 39), window.part(60, 121, 242, 135));
+    closeWindowNamed("Dravik Mirelon");
+    EXPECT_EQ(program.wait().status, 0);
+}
+#endif
+
 TEST_F(WindowCommands, AScreenshotShowsSettingsPresetsAndSound) {
     std::vector<std::string> pictures;
     const std::vector<std::vector<std::string>> variants{

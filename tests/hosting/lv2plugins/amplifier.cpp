@@ -1,0 +1,123 @@
+// An LV2 amplifier with a port of every kind, no window and no state. Its
+// defects are chosen by the environment, for the validator to find.
+#include <array>
+#include <cmath>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <limits>
+#include <lv2/atom/atom.h>
+#include <lv2/atom/util.h>
+#include <lv2/core/lv2.h>
+#include <lv2/urid/urid.h>
+#include <new>
+
+namespace {
+
+enum Port : std::uint32_t {
+    kIn,
+    kOut,
+    kFactor,
+    kMode,
+    kMute,
+    kTone,
+    kSteps,
+    kDelay,
+    kPeak,
+    kControl,
+    kNotify,
+    kVoltage,
+    kNumPorts
+};
+
+bool hasDefect(const char* name) {
+    const char* const chosen = std::getenv("MIRELON_DEFECT");
+    return chosen != nullptr && std::strcmp(chosen, name) == 0;
+}
+
+struct Amplifier {
+    const float* number(Port port) const { return static_cast<const float*>(ports[port]); }
+
+    std::array<void*, kNumPorts> ports{};
+    LV2_URID sequence = 0;
+    LV2_URID object = 0;
+    bool poisoned = false;
+    bool atomDefect = hasDefect("message-atom");
+    bool objectDefect = hasDefect("message-object");
+    bool sequenceDefect = hasDefect("message-sequence");
+};
+
+Amplifier& of(LV2_Handle instance) {
+    return *static_cast<Amplifier*>(instance);
+}
+
+LV2_Handle instantiate(const LV2_Descriptor*, double, const char*,
+                       const LV2_Feature* const* features) {
+    auto* const amplifier = new (std::nothrow) Amplifier;
+    for (; amplifier != nullptr && *features != nullptr; ++features)
+        if (std::strcmp((*features)->URI, LV2_URID__map) == 0) {
+            const auto& map = *static_cast<const LV2_URID_Map*>((*features)->data);
+            amplifier->sequence = map.map(map.handle, LV2_ATOM__Sequence);
+            amplifier->object = map.map(map.handle, LV2_ATOM__Object);
+        }
+    return amplifier;
+}
+
+// Sends back what it gets, as it is.
+void answer(Amplifier& self) {
+    const auto* const in = static_cast<const LV2_Atom_Sequence*>(self.ports[kControl]);
+    auto* const out = static_cast<LV2_Atom_Sequence*>(self.ports[kNotify]);
+    const std::uint32_t room = out->atom.size;
+    out->atom = {sizeof(LV2_Atom_Sequence_Body), self.sequence};
+    out->body = {0, 0};
+    if (in->atom.type != self.sequence) {
+        self.poisoned = self.poisoned || self.sequenceDefect;
+        return;
+    }
+    const auto* const end = reinterpret_cast<const std::uint8_t*>(&in->body) + in->atom.size;
+    LV2_ATOM_SEQUENCE_FOREACH(in, event) {
+        const auto* const body = reinterpret_cast<const std::uint8_t*>(event + 1);
+        if (body > end || event->body.size > static_cast<std::size_t>(end - body))
+            return;
+        if (event->body.type == self.object)
+            self.poisoned = self.poisoned || self.objectDefect;
+        else
+            self.poisoned = self.poisoned || self.atomDefect;
+        lv2_atom_sequence_append_event(out, room, event);
+    }
+}
+
+void run(LV2_Handle instance, std::uint32_t frames) {
+    Amplifier& self = of(instance);
+    answer(self);
+    *static_cast<float*>(self.ports[kDelay]) = 7.0F;
+    const auto* const in = self.number(kIn);
+    auto* const out = static_cast<float*>(self.ports[kOut]);
+    const float mode = *self.number(kMode);
+    const float factor = *self.number(kMute) > 0.0F           ? 0.0F
+                         : std::isfinite(mode) && mode > 5.0F ? -*self.number(kFactor)
+                                                              : *self.number(kFactor);
+    float peak = 0.0F;
+    for (std::uint32_t i = 0; i < frames; ++i) {
+        out[i] = self.poisoned ? std::numeric_limits<float>::quiet_NaN() : in[i] * factor;
+        peak = std::fmax(peak, std::fabs(out[i]));
+    }
+    *static_cast<float*>(self.ports[kPeak]) = peak;
+}
+
+constexpr LV2_Descriptor descriptor{
+    "urn:mirelon:test:amplifier",
+    instantiate,
+    [](LV2_Handle instance, std::uint32_t port, void* data) { of(instance).ports[port] = data; },
+    nullptr,
+    run,
+    nullptr,
+    [](LV2_Handle instance) { delete &of(instance); },
+    nullptr};
+
+} // namespace
+
+extern "C" __attribute__((visibility("default"))) const LV2_Descriptor*
+lv2_descriptor(std::uint32_t index) {
+    return index == 0 ? &descriptor : nullptr;
+}
