@@ -127,11 +127,11 @@ std::string silence(const Subject& subject) {
 }
 
 constexpr std::array table{
-    Check{"audio-every-rate-and-block", 3, single, 120},
-    Check{"audio-double-precision", 3, doubles, 120},
-    Check{"audio-changing-blocks", 3, changingBlocks, 60},
-    Check{"audio-in-place", 3, inPlace, 60},
-    Check{"audio-silence", 3, silence, 15},
+    Check{"audio-every-rate-and-block", 3, Formats::all, single, 120},
+    Check{"audio-double-precision", 3, Formats::vst2, doubles, 120},
+    Check{"audio-changing-blocks", 3, Formats::all, changingBlocks, 60},
+    Check{"audio-in-place", 3, Formats::all, inPlace, 60},
+    Check{"audio-silence", 3, Formats::all, silence, 15},
 };
 
 } // namespace

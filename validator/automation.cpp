@@ -52,8 +52,8 @@ std::string lastValueHolds(const Subject& subject) {
 }
 
 constexpr std::array table{
-    Check{"automation-every-block", 5, everyBlock, 120},
-    Check{"automation-holds", 5, lastValueHolds, 60},
+    Check{"automation-every-block", 5, Formats::all, everyBlock, 120},
+    Check{"automation-holds", 5, Formats::all, lastValueHolds, 60},
 };
 
 } // namespace

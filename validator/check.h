@@ -1,8 +1,9 @@
 // One thing that an effect must get right, as a test that can be run by name.
 #pragma once
 
+#include "hosting/pluginmodule.h"
+
 #include <cstdint>
-#include <filesystem>
 #include <span>
 #include <sstream>
 #include <stdexcept>
@@ -12,8 +13,8 @@ namespace mirelon::validator {
 
 // What a check works on.
 struct Subject {
-    std::filesystem::path file; // the plug-in
-    std::uint64_t seed = 0;     // of everything random
+    std::string plugin;     // a file's or folder's whole path, or a URI
+    std::uint64_t seed = 0; // of everything random
 };
 
 // The effect does what it must not; the text says what was seen.
@@ -40,9 +41,29 @@ void require(bool holds, const Parts&... message) {
 
 enum class Guard { none, realTime };
 
+// The formats that a check is for. What only VST 2 effects are asked, an adapter
+// would answer for other plug-ins.
+enum class Formats { all, vst2, lv2 };
+
+constexpr bool includes(Formats formats, hosting::PluginFormat format) noexcept {
+    switch (formats) {
+    case Formats::vst2:
+        return format == hosting::PluginFormat::vst2;
+    case Formats::lv2:
+        return format == hosting::PluginFormat::lv2;
+    case Formats::all:
+        break;
+    }
+    return true;
+}
+constexpr const char* nameOf(Formats formats) noexcept {
+    return formats == Formats::vst2 ? "VST 2" : formats == Formats::lv2 ? "LV2" : "all";
+}
+
 struct Check {
     const char* name; // the family and what is looked at
     int level;        // 1 to 10: how much it asks
+    Formats formats;
     // Answers a note for the report, possibly empty. Throws Failed or Skipped.
     // Runs in a process of its own, which it need not leave tidy.
     std::string (*run)(const Subject& subject);
@@ -71,5 +92,6 @@ std::span<const Check> parameterFuzzChecks();
 std::span<const Check> stateFuzzChecks();
 std::span<const Check> threadChecks();
 std::span<const Check> realTimeChecks();
+std::span<const Check> messageChecks();
 
 } // namespace mirelon::validator

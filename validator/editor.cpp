@@ -40,6 +40,26 @@ std::string inTwoInstances(const Subject& subject) {
     return {};
 }
 
+// A user's day: what is left behind by each opening shows at the end. In every
+// third round the other instance's window is open as well.
+std::string sixtyTimes(const Subject& subject) {
+    Instance first(subject);
+    Instance second(subject);
+    CheckedEditor one(first.effect);
+    CheckedEditor other(second.effect);
+    for (int i = 0; i < 60; ++i) {
+        const bool both = i % 3 == 2;
+        one.open();
+        if (both)
+            other.open();
+        one.idle(10ms);
+        one.close();
+        if (both)
+            other.close();
+    }
+    return {};
+}
+
 std::string whileProcessing(const Subject& subject) {
     Instance instance(subject);
     CheckedEditor editor(instance.effect);
@@ -94,10 +114,11 @@ std::string withRateAndBlockZero(const Subject& subject) {
 }
 
 constexpr std::array table{
-    Check{"editor-opened-twice", 6, openedTwice, 60},
-    Check{"editor-in-two-instances", 6, inTwoInstances, 60},
-    Check{"editor-while-processing", 6, whileProcessing, 60},
-    Check{"editor-rate-and-block-zero", 6, withRateAndBlockZero, 60},
+    Check{"editor-opened-twice", 6, Formats::all, openedTwice, 60},
+    Check{"editor-in-two-instances", 6, Formats::all, inTwoInstances, 60},
+    Check{"editor-sixty-openings", 10, Formats::all, sixtyTimes, 120},
+    Check{"editor-while-processing", 6, Formats::all, whileProcessing, 60},
+    Check{"editor-rate-and-block-zero", 6, Formats::vst2, withRateAndBlockZero, 60},
 };
 
 } // namespace

@@ -129,11 +129,11 @@ std::string parameterProperties(const Subject& subject) {
 }
 
 constexpr std::array table{
-    Check{"identity-stable", 2, identity, 30},
-    Check{"programs-stable", 2, programs, 60},
-    Check{"parameter-texts-stable", 2, parameterTexts, 60},
-    Check{"parameter-values-in-range", 2, parameterValueRange, 30},
-    Check{"parameter-properties-stable", 2, parameterProperties, 30},
+    Check{"identity-stable", 2, Formats::all, identity, 30},
+    Check{"programs-stable", 2, Formats::all, programs, 60},
+    Check{"parameter-texts-stable", 2, Formats::all, parameterTexts, 60},
+    Check{"parameter-values-in-range", 2, Formats::all, parameterValueRange, 30},
+    Check{"parameter-properties-stable", 2, Formats::vst2, parameterProperties, 30},
 };
 
 } // namespace

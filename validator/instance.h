@@ -2,21 +2,22 @@
 #pragma once
 
 #include "hosting/effect.h"
-#include "hosting/module.h"
+#include "hosting/pluginfile.h"
 #include "validator/check.h"
 #include "validator/quiethost.h"
 
 #include <algorithm>
+#include <memory>
 #include <vector>
 
 namespace mirelon::validator {
 
 struct Instance {
     explicit Instance(const Subject& subject)
-        : module(subject.file)
-        , effect(module, quietHost) {}
+        : module(hosting::openPlugin(subject.plugin))
+        , effect(*module, quietHost) {}
 
-    hosting::Module module;
+    std::unique_ptr<const hosting::PluginModule> module;
     hosting::Effect effect;
 };
 

@@ -47,8 +47,8 @@ std::string rateChangesWhileRunning(const Subject& subject) {
 }
 
 constexpr std::array table{
-    Check{"suspend-resume-loop", 7, suspendAndResume, 120},
-    Check{"rate-change-while-running", 7, rateChangesWhileRunning, 120},
+    Check{"suspend-resume-loop", 7, Formats::all, suspendAndResume, 120},
+    Check{"rate-change-while-running", 7, Formats::vst2, rateChangesWhileRunning, 120},
 };
 
 } // namespace

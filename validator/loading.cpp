@@ -15,9 +15,22 @@ namespace {
 // What hosts look for, on any system.
 constexpr std::array<std::string_view, 4> entryPoints{"VSTPluginMain", "main", "main_macho",
                                                       "main_plugin"};
+constexpr std::array<std::string_view, 3> lv2EntryPoints{"lv2_descriptor", "lv2_lib_descriptor",
+                                                         "lv2ui_descriptor"};
 
-bool isEntryPoint(const std::string& name) {
-    return std::ranges::find(entryPoints, name) != entryPoints.end();
+bool isEntryPoint(hosting::PluginFormat format, const std::string& name) {
+    const auto among = [&name](const auto& names) {
+        return std::ranges::find(names, name) != names.end();
+    };
+    return format == hosting::PluginFormat::lv2 ? among(lv2EntryPoints) : among(entryPoints);
+}
+
+// The libraries of the plug-in, which need not load for that.
+std::vector<std::filesystem::path> librariesOf(const Subject& subject,
+                                               hosting::PluginFormat format) {
+    if (format == hosting::PluginFormat::vst2)
+        return {subject.plugin};
+    return hosting::openPlugin(subject.plugin)->libraries();
 }
 
 std::string twice(const Subject& subject) {
@@ -67,31 +80,38 @@ std::string memory(const Subject& subject) {
 }
 
 std::string entry(const Subject& subject) {
-    const auto names = exportedSymbols(subject.file);
-    require(std::ranges::any_of(names, isEntryPoint), "exports no entry point");
+    const auto format = hosting::formatOf(subject.plugin);
+    for (const auto& library : librariesOf(subject, format)) {
+        const auto names = exportedSymbols(library);
+        require(std::ranges::any_of(
+                    names, [format](const auto& name) { return isEntryPoint(format, name); }),
+                library.filename().string(), " exports no entry point");
+    }
     return {};
 }
 
 std::string leakedSymbols(const Subject& subject) {
-    const auto names = exportedSymbols(subject.file);
+    const auto format = hosting::formatOf(subject.plugin);
     std::string example;
     std::size_t leaked = 0;
-    for (const std::string& name : names) {
-        if (isEntryPoint(name))
-            continue;
-        if (leaked++ == 0)
-            example = name;
+    for (const auto& library : librariesOf(subject, format)) {
+        for (const std::string& name : exportedSymbols(library)) {
+            if (isEntryPoint(format, name))
+                continue;
+            if (leaked++ == 0)
+                example = name;
+        }
     }
     require(leaked == 0, "exports ", leaked, " names besides its entry points, such as ", example);
     return {};
 }
 
 constexpr std::array table{
-    Check{"load-twice", 1, twice, 30},
-    Check{"load-time", 1, time, 30},
-    Check{"load-memory", 1, memory, 60},
-    Check{"symbols-entry", 1, entry, 10},
-    Check{"symbols-leaked", 1, leakedSymbols, 10},
+    Check{"load-twice", 1, Formats::all, twice, 30},
+    Check{"load-time", 1, Formats::all, time, 30},
+    Check{"load-memory", 1, Formats::all, memory, 60},
+    Check{"symbols-entry", 1, Formats::all, entry, 10},
+    Check{"symbols-leaked", 1, Formats::all, leakedSymbols, 10},
 };
 
 } // namespace

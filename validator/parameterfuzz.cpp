@@ -114,9 +114,9 @@ std::string random(const Subject& subject) {
 }
 
 constexpr std::array table{
-    Check{"parameter-strange-values", 8, strange, 120},
-    Check{"parameter-strange-indices", 8, indices, 30},
-    Check{"parameter-random-bits", 8, random, 120},
+    Check{"parameter-strange-values", 8, Formats::all, strange, 120},
+    Check{"parameter-strange-indices", 8, Formats::vst2, indices, 30},
+    Check{"parameter-random-bits", 8, Formats::all, random, 120},
 };
 
 } // namespace

@@ -146,9 +146,9 @@ std::string besideEditor(const Subject& subject) {
 }
 
 constexpr std::array table{
-    Check{"realtime-process", 10, process, 60, Guard::realTime},
-    Check{"realtime-set-parameter", 10, setParameter, 60, Guard::realTime},
-    Check{"realtime-with-editor", 10, besideEditor, 60, Guard::realTime},
+    Check{"realtime-process", 10, Formats::all, process, 60, Guard::realTime},
+    Check{"realtime-set-parameter", 10, Formats::vst2, setParameter, 60, Guard::realTime},
+    Check{"realtime-with-editor", 10, Formats::all, besideEditor, 60, Guard::realTime},
 };
 
 } // namespace

@@ -132,7 +132,7 @@ Result runInChild(const Check& check, const Subject& subject, const ScratchHome&
     const auto begin = Clock::now();
     hosting::ChildProcess child(hosting::ProgramStart{
         .program = "/proc/self/exe",
-        .arguments = {"mirelon-host", "check", subject.file.string(), "--run", check.name, "--seed",
+        .arguments = {"mirelon-host", "check", subject.plugin, "--run", check.name, "--seed",
                       std::to_string(subject.seed), "--report", std::to_string(report.writer())},
         .environment = childEnvironment(check, home),
         .errors = shown ? STDERR_FILENO : -1,

@@ -84,9 +84,9 @@ std::string withEditor(const Subject& subject) {
 }
 
 constexpr std::array table{
-    Check{"state-round-trip", 4, roundTrip, 30},
-    Check{"state-fresh-instance", 4, freshInstance, 30},
-    Check{"state-with-editor", 4, withEditor, 60},
+    Check{"state-round-trip", 4, Formats::all, roundTrip, 30},
+    Check{"state-fresh-instance", 4, Formats::all, freshInstance, 30},
+    Check{"state-with-editor", 4, Formats::all, withEditor, 60},
 };
 
 } // namespace

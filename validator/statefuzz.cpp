@@ -140,10 +140,10 @@ std::string byteOrder(const Subject& subject) {
 }
 
 constexpr std::array table{
-    Check{"state-every-length", 9, lengths, 180},
-    Check{"state-every-byte-flipped", 9, flips, 180},
-    Check{"state-noise", 9, noise, 120},
-    Check{"state-other-byte-order", 9, byteOrder, 60},
+    Check{"state-every-length", 9, Formats::all, lengths, 180},
+    Check{"state-every-byte-flipped", 9, Formats::all, flips, 180},
+    Check{"state-noise", 9, Formats::all, noise, 120},
+    Check{"state-other-byte-order", 9, Formats::all, byteOrder, 60},
 };
 
 } // namespace

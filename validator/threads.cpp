@@ -112,8 +112,8 @@ std::string withEditor(const Subject& subject) {
 }
 
 constexpr std::array table{
-    Check{"threads-audio-automation-state", 10, windowless, 60},
-    Check{"threads-with-editor", 10, withEditor, 60},
+    Check{"threads-audio-automation-state", 10, Formats::all, windowless, 60},
+    Check{"threads-with-editor", 10, Formats::all, withEditor, 60},
 };
 
 } // namespace

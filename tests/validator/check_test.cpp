@@ -1,7 +1,7 @@
 // The validator: a good effect passes everything, and for each check there is a
 // defect that it finds.
-#include "tests/support/shellcommand.h"
 #include "tests/support/virtualdisplay.h"
+#include "tests/validator/checkrun.h"
 
 #include <gtest/gtest.h>
 
@@ -11,30 +11,9 @@
 namespace {
 
 using mirelon::test::VirtualDisplay;
+using namespace mirelon::test::checks;
 
-using Outcome = mirelon::test::ShellResult;
-
-Outcome run(const std::string& command) {
-    return mirelon::test::runShell(command + " 2>&1");
-}
-
-const std::string host = MIRELON_HOST_FILE;
 const std::string goodEffect = MIRELON_TEST_EFFECT;
-
-bool needsSkipping(const nlohmann::json& check) {
-    // The interposing library and a sanitizer's runtime exclude each other.
-    return check["note"] == "this program is built with a sanitizer";
-}
-
-void expectAllPassed(const Outcome& outcome) {
-    ASSERT_EQ(outcome.status, 0) << outcome.output;
-    const auto report = nlohmann::json::parse(outcome.output);
-    for (const auto& check : report["checks"]) {
-        if (!needsSkipping(check)) {
-            EXPECT_EQ(check["result"], "passed") << check;
-        }
-    }
-}
 
 TEST(Check, PassesAnEffectWithoutDefects) {
     VirtualDisplay::start();
@@ -148,6 +127,7 @@ INSTANTIATE_TEST_SUITE_P(
         Defect{"state-with-editor", "state-editor"}, Defect{"automation-every-block", "automation"},
         Defect{"automation-holds", "drift"}, Defect{"editor-opened-twice", "second-opening"},
         Defect{"editor-in-two-instances", "one-editor-only"},
+        Defect{"editor-sixty-openings", "fiftieth-opening"},
         Defect{"editor-while-processing", "editor-beside-audio"},
         Defect{"editor-rate-and-block-zero", "rate-zero"},
         Defect{"suspend-resume-loop", "fiftieth-resume"},
@@ -171,6 +151,15 @@ INSTANTIATE_TEST_SUITE_P(
             c = c == '-' ? '_' : c;
         return name;
     });
+
+TEST(CheckList, SaysWhichFormatsAreChecked) {
+    const Outcome outcome = run(host + " check --list");
+    EXPECT_EQ(outcome.status, 0);
+    for (const char* const line : {" 3  audio-double-precision           VST 2\n",
+                                   " 9  messages-strange-atoms           LV2\n",
+                                   " 3  audio-in-place                   all\n"})
+        EXPECT_NE(outcome.output.find(line), std::string::npos) << line;
+}
 
 TEST(CheckFindsAtBuildTime, ALeakedName) {
     EXPECT_EQ(run(host + " check --only symbols-leaked " + goodEffect).status, 0);

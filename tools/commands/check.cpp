@@ -1,5 +1,7 @@
-// check: a validator for VST 2.4 effects.
+// check: a validator for plug-ins.
 #include "validator/check.h"
+
+#include "hosting/pluginfile.h"
 #include "tools/commanderror.h"
 #include "tools/commands.h"
 #include "tools/exitstatus.h"
@@ -31,14 +33,31 @@ struct Options {
     int report = -1; // in the child: where its result goes
 };
 
+// A path does not depend on where it is used; a URI stays as it is.
+validator::Subject subjectOf(const Options& options) {
+    const auto format = hosting::formatOf(options.plugin);
+    if (format == hosting::PluginFormat::lv2)
+        hosting::openPlugin(options.plugin); // its data files alone: is it there?
+    return {std::filesystem::exists(options.plugin) ? std::filesystem::absolute(options.plugin).string()
+                                                    : options.plugin,
+            options.seedGiven ? options.seed : std::random_device()()};
+}
+
 std::vector<const validator::Check*> chosenChecks(const Options& options) {
+    const auto format = hosting::formatOf(options.plugin);
     std::vector<const validator::Check*> chosen;
-    for (const std::string& name : options.only)
-        if (validator::findCheck(name) == nullptr)
+    for (const std::string& name : options.only) {
+        const validator::Check* const each = validator::findCheck(name);
+        if (each == nullptr)
             throw CommandError("there is no check called " + name + " (--list shows them)");
+        if (!validator::includes(each->formats, format))
+            throw CommandError("the check " + name + " is for " + validator::nameOf(each->formats) +
+                               " alone");
+    }
     for (const validator::Check& each : validator::checks()) {
         const bool named = std::ranges::find(options.only, each.name) != options.only.end();
-        if (options.only.empty() ? each.level <= options.level : named)
+        if (validator::includes(each.formats, format) &&
+            (options.only.empty() ? each.level <= options.level : named))
             chosen.push_back(&each);
     }
     return chosen;
@@ -46,7 +65,7 @@ std::vector<const validator::Check*> chosenChecks(const Options& options) {
 
 void list() {
     for (const validator::Check& each : validator::checks())
-        std::printf("%2d  %s\n", each.level, each.name);
+        std::printf("%2d  %-32s %s\n", each.level, each.name, validator::nameOf(each.formats));
 }
 
 struct Totals {
@@ -83,10 +102,7 @@ void print(const nlohmann::json& report) {
 }
 
 void checkAll(const Options& options) {
-    const validator::Subject subject{std::filesystem::absolute(options.plugin),
-                                     options.seedGiven ? options.seed : std::random_device()()};
-    if (!std::filesystem::exists(subject.file))
-        throw CommandError(options.plugin + ": no such plug-in file");
+    const validator::Subject subject = subjectOf(options);
     const validator::ScratchHome home;
     Totals totals;
     nlohmann::json entries = nlohmann::json::array();
@@ -99,7 +115,7 @@ void checkAll(const Options& options) {
             printLine(result);
     }
     if (options.json)
-        print({{"plugin", subject.file.string()},
+        print({{"plugin", subject.plugin},
                {"level", options.level},
                {"seed", subject.seed},
                {"checks", entries},
@@ -108,7 +124,7 @@ void checkAll(const Options& options) {
                {"skipped", totals.skipped}});
     else
         std::printf("%s, level %d, seed %llu: %d passed, %d failed, %d skipped\n",
-                    subject.file.filename().c_str(), options.level,
+                    std::filesystem::path(subject.plugin).filename().c_str(), options.level,
                     static_cast<unsigned long long>(subject.seed), totals.passed, totals.failed,
                     totals.skipped);
     if (totals.failed > 0)
@@ -132,7 +148,10 @@ void runCheck(const Options& options) {
 
 Run define(CLI::App& parser) {
     const auto options = std::make_shared<Options>();
-    parser.add_option("file", options->plugin, "The plug-in, a VST 2.4 .so")->type_name("FILE");
+    parser
+        .add_option("file", options->plugin,
+                    "The plug-in: a VST 2.4 .so, an LV2 bundle or an LV2 URI")
+        ->type_name("PLUGIN");
     parser
         .add_option("--level", options->level, "How strict to be: 1 loads it, 10 runs every check")
         ->check(CLI::Range(validator::lowestLevel, validator::highestLevel))
@@ -143,7 +162,7 @@ Run define(CLI::App& parser) {
     parser.add_option("--seed", options->seed, "Replay a run: its random numbers start here")
         ->each([options](const std::string&) { options->seedGiven = true; });
     parser.add_flag("--json", options->json, "One JSON object instead of lines");
-    parser.add_flag("--list", options->list, "Name the checks and their levels");
+    parser.add_flag("--list", options->list, "Name the checks, their levels and formats");
     parser.add_option("--run", options->run)->group("");
     parser.add_option("--report", options->report)->group("");
     parser.footer("Exit status: 0 all passed, 1 a check failed, 2 nothing could be checked.\n"

@@ -61,7 +61,8 @@ class Editor {
 
     bool open(Window parent) {
         ++openings;
-        if (hasDefect("second-opening") && openings == 2)
+        if ((hasDefect("second-opening") && openings == 2) ||
+            (hasDefect("fiftieth-opening") && openings == 50))
             return false;
         if (hasDefect("one-editor-only") && anyOpen.exchange(true))
             crash();

@@ -1,0 +1,36 @@
+// mirelon-host check as a user runs it.
+#pragma once
+
+#include "tests/support/shellcommand.h"
+
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+#include <string>
+
+namespace mirelon::test::checks {
+
+using Outcome = ShellResult;
+
+inline Outcome run(const std::string& command) {
+    return runShell(command + " 2>&1");
+}
+
+inline const std::string host = MIRELON_HOST_FILE;
+
+inline bool needsSkipping(const nlohmann::json& check) {
+    // The interposing library and a sanitizer's runtime exclude each other.
+    return check["note"] == "this program is built with a sanitizer";
+}
+
+inline void expectAllPassed(const Outcome& outcome) {
+    ASSERT_EQ(outcome.status, 0) << outcome.output;
+    const auto report = nlohmann::json::parse(outcome.output);
+    for (const auto& check : report["checks"]) {
+        if (!needsSkipping(check)) {
+            EXPECT_EQ(check["result"], "passed") << check;
+        }
+    }
+}
+
+} // namespace mirelon::test::checks
