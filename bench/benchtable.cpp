@@ -43,15 +43,17 @@ void printReferences(const Results& results) {
 
 void printHosted(const Results& results) {
     printHeading("Loaded by a host, noise");
-    struct Format {
+    struct Row {
         const char* name;
         const char* group;
     };
-    for (const Format& format : {Format{"Mirelon, ", "plugin/"}, Format{"as CLAP, ", "clap/"}})
-        for (const char* const precision : {"float", "double"})
-            for (const char* const frames : {"64", "512"})
-                printTime(results, std::string(format.name) + precision + ", blocks of " + frames,
-                          std::string(format.group) + precision + "/" + frames);
+    for (const Row& row :
+         {Row{"Mirelon, float", "plugin/float"}, Row{"Mirelon, double", "plugin/double"},
+          Row{"as LV2, float", "lv2/float"}, Row{"as CLAP, float", "clap/float"},
+          Row{"as CLAP, double", "clap/double"}})
+        for (const char* const frames : {"64", "512"})
+            printTime(results, std::string(row.name) + ", blocks of " + frames,
+                      std::string(row.group) + "/" + frames);
     for (const auto& [name, time] : results.startingWith("peer/"))
         printTime(results, name.substr(5) + ", blocks of 512", name);
 }
@@ -144,9 +146,10 @@ void printGoals(const Results& results) {
     const auto balance = results.time("peer/x42 balance");
     if (own && balance)
         print("against x42 balance", *own / *balance, 0.40);
-    const auto clap = results.time("clap/float/512");
-    if (own && clap)
-        print("as CLAP against VST 2, blocks of 512", *clap / *own, 1.02);
+    for (const auto& [format, group] : {std::pair{"LV2", "lv2"}, {"CLAP", "clap"}})
+        if (const auto time = results.time(std::string(group) + "/float/512"); own && time)
+            print(std::string("as ") + format + " against VST 2, blocks of 512", *time / *own,
+                  1.02);
     if (const auto time = results.time("plugin/create, open, close"))
         print("create, open, close, in ms", *time / 1e6, 1.0);
 }

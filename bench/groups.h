@@ -8,6 +8,7 @@ void registerReferences(); // copy, and the chains that bound the core
 void registerCore();       // every kernel that runs here
 void registerInstances();  // the built plug-in as a host loads it
 void registerClap();       // the same as CLAP plug-in
+void registerLv2();        // the built LV2 plug-in
 void registerLv2Peers();   // those of the known peers that are installed
 void registerLadspaPeers();
 

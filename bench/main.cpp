@@ -14,6 +14,9 @@ int main(int argc, char** argv) {
 #if defined(MIRELON_CLAP_FILE)
         mirelon::bench::registerClap();
 #endif
+#if defined(MIRELON_LV2_BUNDLE)
+        mirelon::bench::registerLv2();
+#endif
 #if defined(MIRELON_BENCH_LV2)
         mirelon::bench::registerLv2Peers();
 #endif
