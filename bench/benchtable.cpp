@@ -148,8 +148,8 @@ void printGoals(const Results& results) {
         print("against x42 balance", *own / *balance, 0.40);
     for (const auto& [format, group] : {std::pair{"LV2", "lv2"}, {"CLAP", "clap"}})
         if (const auto time = results.time(std::string(group) + "/float/512"); own && time)
-            print(std::string("as ") + format + " against VST 2, blocks of 512", *time / *own,
-                  1.02);
+            print((std::string("as ") + format + " against VST 2, blocks of 512").c_str(),
+                  *time / *own, 1.02);
     if (const auto time = results.time("plugin/create, open, close"))
         print("create, open, close, in ms", *time / 1e6, 1.0);
 }

@@ -3,6 +3,7 @@
 #include "formats/lv2/portvalues.h"
 #include "tests/hosts/ardourwindow.h"
 #include "tests/hosts/lv2bundles.h"
+#include "tests/hosts/openings.h"
 
 #include <X11/keysym.h>
 
@@ -50,6 +51,22 @@ TEST_F(ArdourLv2Window, KeepsADraggedSliderWhereItWasLeftAndTheSessionKeepsIt) {
     EXPECT_TRUE(standsAt(balanceSlider, 0.75));
     quit();
     EXPECT_NEAR(reloaded().at(balanceSlider.parameter), 25.0F, 1.0F);
+}
+
+// Ardour closes an LV2 plug-in's window when it hides it.
+TEST_F(ArdourLv2Window, IsClosedAndOpenedAgainAndAgainAndTheHostQuitsCleanly) {
+    ASSERT_NO_FATAL_FAILURE(start());
+    const auto main = screen->windowTitled(mainTitle);
+    ASSERT_TRUE(main);
+    ASSERT_TRUE(hideEditor());
+    showMixer(*main);
+    for (int time = 1; time <= openings(); ++time) {
+        ASSERT_TRUE(showEditor()) << "the window was not shown the " << time << ". time";
+        EXPECT_TRUE(eventually(seconds(5), [this] { return handle(balanceSlider).has_value(); }))
+            << "the window is empty the " << time << ". time";
+        ASSERT_TRUE(hideEditor()) << "the window was not hidden the " << time << ". time";
+    }
+    quit();
 }
 
 TEST_F(ArdourLv2Window, ShowsAutomationOfTheHost) {

@@ -4,6 +4,7 @@
 
 #include <gmock/gmock.h>
 
+#include <array>
 #include <chrono>
 #include <cstdlib>
 
@@ -54,6 +55,29 @@ std::optional<int> ArdourWindowTest::handle(const SliderPlace& slider) const {
 
 bool ArdourWindowTest::standsAt(const SliderPlace& slider, double value) const {
     return std::abs(handle(slider).value_or(0) - handlePosition(value)) <= handleTolerance;
+}
+
+bool ArdourWindowTest::hideEditor() const {
+    screen->close(*screen->windowTitled(pluginTitle));
+    return eventually(seconds(10), [this] { return !screen->windowTitled(pluginTitle); });
+}
+
+// A second double click would hide it again. The strip is the first; how low its
+// line is depends on the fonts of the machine.
+bool ArdourWindowTest::showEditor() {
+    constexpr std::array lines{208, 195, 202, 189, 214};
+    const auto main = screen->windowTitled(mainTitle);
+    return main && eventually(seconds(90), [&] {
+               const Position entry{335, lines.at(line)};
+               screen->activate(*main); // a click that raises it first is no part of two
+               screen->pointAt(*main, {entry.x - 3, entry.y});
+               screen->pointAt(*main, entry);
+               screen->doubleClick();
+               const bool shown = eventually(seconds(5), [this] { return editor().has_value(); });
+               if (!shown)
+                   line = (line + 1) % lines.size();
+               return shown;
+           });
 }
 
 // The main window shows the tracks at first; the key is lost while it is busy.

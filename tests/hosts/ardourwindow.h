@@ -41,6 +41,10 @@ class ArdourWindowTest : public ::testing::Test {
     std::optional<int> handle(const SliderPlace& slider) const;
     bool standsAt(const SliderPlace& slider, double value) const;
     void showMixer(Screen::WindowId main);
+    // Hides the plug-in's window, and shows it with a double click on the
+    // plug-in's name in the mixer; false when that does not come about.
+    bool hideEditor() const;
+    bool showEditor();
     // Saves and leaves as a user does.
     void quit();
 
@@ -48,6 +52,9 @@ class ArdourWindowTest : public ::testing::Test {
     ArdourSession session{home / "session"};
     std::unique_ptr<Screen> screen;
     std::unique_ptr<Program> host;
+
+  private:
+    std::size_t line = 0; // where in the track's strip the name has been found
 };
 
 } // namespace mirelon::test

@@ -159,36 +159,13 @@ TEST_F(ArdourWindow, IsHiddenAndShownFiveTimesAndTheHostQuitsCleanly) {
     ASSERT_NO_FATAL_FAILURE(start());
     const auto main = screen->windowTitled(mainTitle);
     ASSERT_TRUE(main);
-    const auto hide = [this] {
-        screen->close(*screen->windowTitled(pluginTitle));
-        return eventually(seconds(10), [this] { return !screen->windowTitled(pluginTitle); });
-    };
-    ASSERT_TRUE(hide());
+    ASSERT_TRUE(hideEditor());
     showMixer(*main);
-
-    // A double click on the plug-in's name in the track's strip shows its
-    // window, and a second one would hide it again. The strip is the first; how
-    // low its line is depends on the fonts of the machine.
-    constexpr std::array lines{208, 195, 202, 189, 214};
-    std::size_t line = 0;
-    const auto show = [&] {
-        return eventually(seconds(90), [&] {
-            const Position entry{335, lines.at(line)};
-            screen->activate(*main); // a click that raises it first is no part of two
-            screen->pointAt(*main, {entry.x - 3, entry.y});
-            screen->pointAt(*main, entry);
-            screen->doubleClick();
-            const bool shown = eventually(seconds(5), [this] { return editor().has_value(); });
-            if (!shown)
-                line = (line + 1) % lines.size();
-            return shown;
-        });
-    };
     for (int time = 1; time <= 5; ++time) {
-        ASSERT_TRUE(show()) << "the window was not shown the " << time << ". time";
+        ASSERT_TRUE(showEditor()) << "the window was not shown the " << time << ". time";
         EXPECT_TRUE(eventually(seconds(5), [this] { return handle(balanceSlider).has_value(); }))
             << "the window is empty the " << time << ". time";
-        ASSERT_TRUE(hide()) << "the window was not hidden the " << time << ". time";
+        ASSERT_TRUE(hideEditor()) << "the window was not hidden the " << time << ". time";
     }
     quit();
     // Ardour keeps a hidden editor open; in the end all is closed, in order.

@@ -3,6 +3,7 @@
 #include "tests/hosts/editorview.h"
 #include "tests/hosts/jackserver.h"
 #include "tests/hosts/lv2bundles.h"
+#include "tests/hosts/openings.h"
 #include "tests/hosts/screen.h"
 
 #include <chrono>
@@ -92,6 +93,15 @@ TEST_P(Jalv, LetsADraggedSliderStayWhereItWasLeft) {
     std::this_thread::sleep_for(seconds(1));
     EXPECT_TRUE(standsAt(0.7));
     quit();
+}
+
+// It shows the window from its start to its end.
+TEST_P(Jalv, ShowsTheWindowInManyRunsOneAfterAnother) {
+    for (int run = 1; run <= openings(); ++run) {
+        ASSERT_NO_FATAL_FAILURE(start()) << "run " << run;
+        EXPECT_TRUE(standsAt(0.5)) << "run " << run;
+        quit();
+    }
 }
 
 // Only this one takes options.

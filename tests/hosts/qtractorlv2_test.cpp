@@ -1,6 +1,7 @@
 // The LV2 plug-in in Qtractor, with its window.
 #include "formats/lv2/names.h"
 #include "tests/hosts/lv2bundles.h"
+#include "tests/hosts/openings.h"
 #include "tests/hosts/qtractorwindow.h"
 
 #include <chrono>
@@ -41,6 +42,15 @@ TEST_F(QtractorLv2, HasADraggedSliderBackAfterSavingAndReloading) {
     ASSERT_NO_FATAL_FAILURE(launch());
     ASSERT_NO_FATAL_FAILURE(openEditor());
     EXPECT_TRUE(eventually(seconds(10), [this] { return standsAt(0.7); }));
+    quit();
+}
+
+TEST_F(QtractorLv2, ClosesAndOpensTheWindowAgainAndAgainAndQuitsCleanly) {
+    ASSERT_NO_FATAL_FAILURE(launch());
+    for (int time = 1; time <= openings(); ++time) {
+        ASSERT_NO_FATAL_FAILURE(openEditor()) << "the " << time << ". time";
+        ASSERT_NO_FATAL_FAILURE(closeEditor()) << "the " << time << ". time";
+    }
     quit();
 }
 
