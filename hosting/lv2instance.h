@@ -79,6 +79,8 @@ class Lv2Instance {
     // The plug-in's function alone, on what the last run has left in the ports.
     void runOnly(std::uint32_t frames) { lilv_instance_run(instance, frames); }
     void prepareSequences() noexcept;
+    // Afterwards what it has sent can be taken.
+    void noteNotifications() noexcept;
     // Deactivates and activates it.
     void restart();
 
@@ -104,7 +106,6 @@ class Lv2Instance {
     void makePorts();
     void connectPorts();
     std::uint32_t roomOf(const LilvPort* port) const;
-    void noteNotifications() noexcept;
     const LV2_State_Interface* stateInterface() const;
 
     const Lv2Bundle& bundle;

@@ -3,6 +3,7 @@
 #include "hosting/lv2effect.h"
 #include "hosting/pluginfile.h"
 #include "validator/audioblock.h"
+#include "validator/realtimeguard.h"
 
 #include <array>
 #include <cstring>
@@ -49,11 +50,34 @@ class Receiver {
         emptySequence();
         run(what);
     }
+    // Answers how many of the plug-in's messages it has been sent back in so many
+    // cycles; `watch` is handed each run.
+    template <typename Watch>
+    std::size_t echo(int cycles, Watch watch) {
+        std::size_t echoed = 0;
+        for (int i = 0; i < cycles; ++i) {
+            if (i % 10 == 0)
+                instance.restore(instance.save());
+            in.fill(noise);
+            connect();
+            instance.prepareSequences();
+            watch([this] { instance.runOnly(block); });
+            echoed += sendBack();
+        }
+        return echoed;
+    }
     LV2_URID number(const char* uri) const { return bundle.numbers().number(uri); }
 
     Noise& random() { return noise; }
 
   private:
+    std::size_t sendBack() {
+        std::size_t count = 0;
+        instance.noteNotifications();
+        for (; const auto message = instance.takeNotification(); ++count)
+            instance.send(message->bytes);
+        return count;
+    }
     void connect() {
         std::size_t input = 0;
         std::size_t output = 0;
@@ -166,10 +190,21 @@ std::string strangeSequences(const Subject& subject) {
     return {};
 }
 
+// What it sends to its window comes back to it, as from a window that has just
+// changed everything; a restored state makes it tell its window all anew.
+std::string echoedInRealTime(const Subject& subject) {
+    const RealTimeGuard guard;
+    Receiver receiver(subject);
+    const std::size_t echoed = receiver.echo(300, [&](auto run) { guard.watch(run); });
+    guard.requireNone("run");
+    return std::to_string(echoed) + " messages";
+}
+
 constexpr std::array table{
     Check{"messages-strange-atoms", 9, Formats::lv2, strangeAtoms, 60},
     Check{"messages-strange-objects", 9, Formats::lv2, strangeObjects, 60},
     Check{"messages-strange-sequences", 9, Formats::lv2, strangeSequences, 60},
+    Check{"realtime-messages", 10, Formats::lv2, echoedInRealTime, 60, Guard::realTime},
 };
 
 } // namespace

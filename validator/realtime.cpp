@@ -2,67 +2,16 @@
 #include "validator/audioblock.h"
 #include "validator/checkededitor.h"
 #include "validator/instance.h"
-#include "validator/rtguard.h"
+#include "validator/realtimeguard.h"
 
 #include <array>
 #include <atomic>
 #include <chrono>
-#include <dlfcn.h>
 #include <thread>
 
 namespace mirelon::validator {
 
 namespace {
-
-template <typename Function>
-Function symbol(const char* name) {
-    return reinterpret_cast<Function>(dlsym(RTLD_DEFAULT, name));
-}
-
-class RealTimeGuard {
-  public:
-    RealTimeGuard()
-        : enter(symbol<RtGuardEnter>(rtGuardEnterName))
-        , leave(symbol<RtGuardLeave>(rtGuardLeaveName))
-        , offences(symbol<RtGuardOffences>(rtGuardOffencesName)) {
-        if (enter == nullptr || leave == nullptr || offences == nullptr)
-            throw Skipped("the interposing library is not in the process");
-    }
-
-    template <typename Call>
-    void watch(Call call) const {
-        enter();
-        call();
-        leave();
-    }
-
-    void requireNone(const char* where) const {
-        const RtGuardOffence* list = nullptr;
-        if (offences(&list) == 0)
-            return;
-        Dl_info info{};
-        const bool known = dladdr(list->caller, &info) != 0 && info.dli_fname != nullptr;
-        std::ostringstream what;
-        what << where << " makes ";
-        if (list->number != 0)
-            what << "system call " << list->number;
-        else
-            what << list->function << " calls";
-        what << " (" << list->count << " times";
-        if (known)
-            what << ", first from " << std::filesystem::path(info.dli_fname).filename().string()
-                 << "+0x" << std::hex
-                 << static_cast<const char*>(list->caller) -
-                        static_cast<const char*>(info.dli_fbase);
-        what << ')';
-        throw Failed(what.str());
-    }
-
-  private:
-    RtGuardEnter enter;
-    RtGuardLeave leave;
-    RtGuardOffences offences;
-};
 
 template <typename Sample>
 void processWatched(const RealTimeGuard& guard, hosting::Effect& effect, std::uint64_t seed) {

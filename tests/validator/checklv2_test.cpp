@@ -42,6 +42,28 @@ TEST(CheckOfLv2, FindsEachDefectInTheReadingOfMessages) {
     }
 }
 
+TEST(CheckOfLv2, FindsALockThatAMessageTakes) {
+    const std::string command =
+        std::string(host) + " check --json --only realtime-messages " + MIRELON_TEST_AMPLIFIER;
+    const Outcome without = run(command);
+    const Outcome withIt = run("MIRELON_DEFECT=message-lock " + command);
+    if (needsSkipping(nlohmann::json::parse(withIt.output)["checks"][0]))
+        GTEST_SKIP() << "this build has a sanitizer in it";
+    EXPECT_EQ(without.status, 0) << without.output;
+    EXPECT_EQ(withIt.status, 1) << withIt.output;
+    EXPECT_NE(withIt.output.find("pthread_mutex_lock"), std::string::npos) << withIt.output;
+}
+
+TEST(CheckOfLv2, EchoesTheBankOfMirelon) {
+    const Outcome outcome =
+        run(std::string(host) + " check --json --only realtime-messages " + MIRELON_LV2_BUNDLE);
+    const auto check = nlohmann::json::parse(outcome.output)["checks"][0];
+    if (needsSkipping(check))
+        GTEST_SKIP() << "this build has a sanitizer in it";
+    EXPECT_EQ(outcome.status, 0) << outcome.output;
+    EXPECT_EQ(check["note"], "30 messages"); // one for each restored state
+}
+
 TEST(CheckOfLv2, IsRefusedForWhatIsNotThereAndForChecksOfOtherFormats) {
     const auto refused = [](const std::string& arguments, const std::string& reason) {
         const Outcome outcome = run(host + " check " + arguments);
@@ -50,7 +72,8 @@ TEST(CheckOfLv2, IsRefusedForWhatIsNotThereAndForChecksOfOtherFormats) {
     };
     refused("http://dravik.example/nothing", "no LV2 plug-in of this name");
     refused("/tmp", "no manifest.ttl");
-    refused(std::string("--only messages-strange-atoms ") + MIRELON_PLUGIN_FILE, "is for LV2 alone");
+    refused(std::string("--only messages-strange-atoms ") + MIRELON_PLUGIN_FILE,
+            "is for LV2 alone");
     refused(std::string("--only audio-double-precision ") + MIRELON_LV2_BUNDLE,
             "is for VST 2 alone");
 }

@@ -10,6 +10,7 @@
 #include <lv2/atom/util.h>
 #include <lv2/core/lv2.h>
 #include <lv2/urid/urid.h>
+#include <mutex>
 #include <new>
 
 namespace {
@@ -42,9 +43,12 @@ struct Amplifier {
     LV2_URID sequence = 0;
     LV2_URID object = 0;
     bool poisoned = false;
+    bool spoken = false;
     bool atomDefect = hasDefect("message-atom");
     bool objectDefect = hasDefect("message-object");
     bool sequenceDefect = hasDefect("message-sequence");
+    bool lockDefect = hasDefect("message-lock");
+    std::mutex access;
 };
 
 Amplifier& of(LV2_Handle instance) {
@@ -63,13 +67,21 @@ LV2_Handle instantiate(const LV2_Descriptor*, double, const char*,
     return amplifier;
 }
 
-// Sends back what it gets, as it is.
+// Sends a first message, and back what it gets, as it is.
 void answer(Amplifier& self) {
     const auto* const in = static_cast<const LV2_Atom_Sequence*>(self.ports[kControl]);
     auto* const out = static_cast<LV2_Atom_Sequence*>(self.ports[kNotify]);
     const std::uint32_t room = out->atom.size;
     out->atom = {sizeof(LV2_Atom_Sequence_Body), self.sequence};
     out->body = {0, 0};
+    if (!self.spoken) {
+        struct {
+            LV2_Atom_Event event;
+            std::int64_t number;
+        } greeting{{{0}, {8, 1}}, 42};
+        lv2_atom_sequence_append_event(out, room, &greeting.event);
+        self.spoken = true;
+    }
     if (in->atom.type != self.sequence) {
         self.poisoned = self.poisoned || self.sequenceDefect;
         return;
@@ -79,6 +91,8 @@ void answer(Amplifier& self) {
         const auto* const body = reinterpret_cast<const std::uint8_t*>(event + 1);
         if (body > end || event->body.size > static_cast<std::size_t>(end - body))
             return;
+        if (self.lockDefect)
+            const std::lock_guard held(self.access);
         if (event->body.type == self.object)
             self.poisoned = self.poisoned || self.objectDefect;
         else
