@@ -1,5 +1,6 @@
 #include "tools/loadedplugin.h"
 
+#include "hosting/ownprogram.h"
 #include "tools/commanderror.h"
 
 #include <cstdlib>
@@ -17,9 +18,8 @@ constexpr const char* pluginName = "mirelon.so";
 
 std::vector<fs::path> searchFolders() {
     std::vector<fs::path> folders;
-    std::error_code failure;
-    const fs::path program = fs::read_symlink("/proc/self/exe", failure);
-    if (!failure) {
+    const fs::path program = hosting::ownProgram();
+    if (!program.empty()) {
         folders.push_back(program.parent_path() / ".." / "plugin");
         folders.push_back(program.parent_path() / MIRELON_PLUGIN_FOLDER_FROM_PROGRAM);
     }

@@ -18,6 +18,7 @@ std::string everyBlock(const Subject& subject) {
     start(effect, 48000, 256);
     Buffers<float> buffers(effect, 256);
     for (int block = 0; block < 500; ++block) {
+        doing("setting every parameter in block ", block);
         for (VstInt32 i = 0; i < count; ++i)
             effect.setParameter(i, noise.fraction());
         buffers.in.fill(noise);
@@ -40,6 +41,7 @@ std::string lastValueHolds(const Subject& subject) {
     Noise noise(subject.seed);
     for (VstInt32 i = 0; i < visitedParameters(effect); ++i) {
         for (const float value : {0.0F, 1.0F}) {
+            doing("setting parameter ", i, " to ", value, " while audio runs");
             effect.setParameter(i, value);
             const float atOnce = effect.parameter(i);
             buffers.in.fill(noise);

@@ -2,10 +2,10 @@
 #pragma once
 
 #include "hosting/pluginmodule.h"
+#include "validator/activity.h"
 
 #include <cstdint>
 #include <span>
-#include <sstream>
 #include <stdexcept>
 #include <string>
 
@@ -29,14 +29,23 @@ class Skipped : public std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
+// The effect does what it may do, and hardly any effect does; the text says what.
+class Unusual : public std::runtime_error {
+  public:
+    using std::runtime_error::runtime_error;
+};
+
 // Throws Failed with the texts and numbers of `message` joined.
 template <typename... Parts>
 void require(bool holds, const Parts&... message) {
-    if (holds)
-        return;
-    std::ostringstream text;
-    (text << ... << message);
-    throw Failed(text.str());
+    if (!holds)
+        throw Failed(joined(message...));
+}
+// The same for what is only unusual.
+template <typename... Parts>
+void expect(bool holds, const Parts&... message) {
+    if (!holds)
+        throw Unusual(joined(message...));
 }
 
 enum class Guard { none, realTime };
@@ -60,6 +69,10 @@ constexpr const char* nameOf(Formats formats) noexcept {
     return formats == Formats::vst2 ? "VST 2" : formats == Formats::lv2 ? "LV2" : "all";
 }
 
+// What it says of an effect not to pass, be it by a crash: that it fails in a host,
+// or that it takes badly what no known host does to it.
+enum class Severity { fault, unusual };
+
 struct Check {
     const char* name; // the family and what is looked at
     int level;        // 1 to 10: how much it asks
@@ -69,7 +82,11 @@ struct Check {
     std::string (*run)(const Subject& subject);
     int seconds; // longer than this counts as hanging
     Guard guard = Guard::none;
+    Severity severity = Severity::fault;
 };
+
+// What the check does and why it matters, in a few sentences; null for none.
+const char* descriptionOf(const Check& check);
 
 inline constexpr int lowestLevel = 1;
 inline constexpr int highestLevel = 10;

@@ -2,6 +2,7 @@
 
 #include "hosting/hostingerror.h"
 #include "validator/check.h"
+#include "validator/xerrors.h"
 
 #include <X11/Xlib.h>
 #include <thread>
@@ -13,6 +14,7 @@ using namespace std::chrono_literals;
 CheckedEditor::CheckedEditor(hosting::Effect& effect_)
     : effect(effect_) {
     XInitThreads();
+    noteXErrors();
     try {
         editor = std::make_unique<hosting::EditorWindow>(
             effect, effect.name(), hosting::WindowKind::ordinary, hosting::Drive::hostIdle);
@@ -36,17 +38,20 @@ bool CheckedEditor::waitForChildren(bool some) {
 }
 
 void CheckedEditor::open() {
+    doing("opening the editor");
     editor->open(); // the answer says little: what counts is the window
     require(hosting::editorSize(effect).has_value(), "gives no rectangle for its open editor");
     require(waitForChildren(true), "opens no window in the host's");
 }
 
 void CheckedEditor::close() {
+    doing("closing the editor");
     editor->close();
     require(waitForChildren(false), "leaves its window behind when it is closed");
 }
 
 void CheckedEditor::idle(std::chrono::milliseconds time) {
+    doing("sending the editor its idle command");
     const auto end = std::chrono::steady_clock::now() + time;
     while (std::chrono::steady_clock::now() < end) {
         effect.dispatch(effEditIdle);

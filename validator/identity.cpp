@@ -59,6 +59,7 @@ std::string programs(const Subject& subject) {
     hosting::Effect& effect = instance.effect;
     const VstInt32 count = std::min<VstInt32>(effect.record().numPrograms, 256);
     for (VstInt32 i = 0; i < count; ++i) {
+        doing("setting program ", i);
         effect.setProgram(i);
         const VstIntPtr now = effect.program();
         require(now == i, "is on program ", now, " after being set to ", i);
@@ -71,6 +72,7 @@ std::string programs(const Subject& subject) {
         const VstIntPtr before = effect.program();
         if (outside == count && count < effect.record().numPrograms)
             continue;
+        doing("setting program ", outside, ", which it does not have");
         effect.setProgram(outside);
         const VstIntPtr now = effect.program();
         require(now == before || (now >= 0 && now < std::max(1, effect.record().numPrograms)),
@@ -83,6 +85,7 @@ std::string parameterTexts(const Subject& subject) {
     const Instance instance(subject);
     const hosting::Effect& effect = instance.effect;
     for (VstInt32 i = 0; i < visitedParameters(effect); ++i) {
+        doing("asking for the texts of parameter ", i);
         const std::string which = " of parameter " + std::to_string(i);
         const std::string name =
             stableText(effect, effGetParamName, i, generousLength, "the name" + which);
@@ -96,6 +99,7 @@ std::string parameterTexts(const Subject& subject) {
 std::string parameterValueRange(const Subject& subject) {
     const Instance instance(subject);
     for (VstInt32 i = 0; i < visitedParameters(instance.effect); ++i) {
+        doing("asking for the value of parameter ", i);
         const float value = instance.effect.parameter(i);
         require(value >= 0.0F && value <= 1.0F, "parameter ", i, " reads ", value);
         require(value == instance.effect.parameter(i), "parameter ", i,
@@ -108,6 +112,7 @@ std::string parameterProperties(const Subject& subject) {
     const Instance instance(subject);
     int described = 0;
     for (VstInt32 i = 0; i < visitedParameters(instance.effect); ++i) {
+        doing("asking for the properties of parameter ", i);
         const auto first = instance.effect.parameterProperties(i);
         const auto second = instance.effect.parameterProperties(i);
         require(first.has_value() == second.has_value(), "describes parameter ", i,

@@ -14,11 +14,19 @@ namespace mirelon::validator {
 
 struct Instance {
     explicit Instance(const Subject& subject)
-        : module(hosting::openPlugin(subject.plugin))
-        , effect(*module, quietHost) {}
+        : module(announced(subject))
+        , effect(*module, quietHost) {
+        doing("open and nothing else yet");
+    }
 
     std::unique_ptr<const hosting::PluginModule> module;
     hosting::Effect effect;
+
+  private:
+    static std::unique_ptr<const hosting::PluginModule> announced(const Subject& subject) {
+        doing("loading it");
+        return hosting::openPlugin(subject.plugin);
+    }
 };
 
 // Suspended, rate and block size told and announced, resumed.

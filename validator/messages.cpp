@@ -201,9 +201,12 @@ std::string echoedInRealTime(const Subject& subject) {
 }
 
 constexpr std::array table{
-    Check{"messages-strange-atoms", 9, Formats::lv2, strangeAtoms, 60},
-    Check{"messages-strange-objects", 9, Formats::lv2, strangeObjects, 60},
-    Check{"messages-strange-sequences", 9, Formats::lv2, strangeSequences, 60},
+    Check{"messages-strange-atoms", 9, Formats::lv2, strangeAtoms, 60, Guard::none,
+          Severity::unusual},
+    Check{"messages-strange-objects", 9, Formats::lv2, strangeObjects, 60, Guard::none,
+          Severity::unusual},
+    Check{"messages-strange-sequences", 9, Formats::lv2, strangeSequences, 60, Guard::none,
+          Severity::unusual},
     Check{"realtime-messages", 10, Formats::lv2, echoedInRealTime, 60, Guard::realTime},
 };
 

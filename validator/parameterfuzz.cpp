@@ -38,6 +38,7 @@ void look(hosting::Effect& effect, Buffers<float>& buffers, VstInt32 index) {
 // Ordinary values again, and a fresh start: the damage must be gone.
 void requireRecovery(hosting::Effect& effect, const std::vector<float>& values,
                      std::uint64_t seed) {
+    doing("setting ordinary values again");
     for (std::size_t i = 0; i < values.size(); ++i)
         effect.setParameter(static_cast<VstInt32>(i), values[i]);
     start(effect, 48000, 128);
@@ -59,6 +60,7 @@ std::string strange(const Subject& subject) {
     buffers.in.fill(noise);
     for (VstInt32 i = 0; i < visitedParameters(effect); ++i) {
         for (const float value : strangeValues) {
+            doing("setting parameter ", i, " to ", value);
             effect.setParameter(i, value);
             look(effect, buffers, i);
         }
@@ -76,6 +78,7 @@ std::string indices(const Subject& subject) {
     start(effect, 48000, 128);
     Buffers<float> buffers(effect, 128);
     for (const VstInt32 index : {-1, count, count + 1, 1000000, INT_MAX, INT_MIN}) {
+        doing("setting parameter ", index, ", which it does not have");
         effect.setParameter(index, 0.123F); // hardly what a parameter has already
         look(effect, buffers, index);
         effect.parameterName(index);
@@ -106,6 +109,7 @@ std::string random(const Subject& subject) {
         const std::uint32_t bits = noise.bits();
         float value = 0.0F;
         std::memcpy(&value, &bits, sizeof value);
+        doing("setting parameter ", index, " to ", value);
         effect.setParameter(index, value);
         look(effect, buffers, index);
     }
@@ -114,9 +118,11 @@ std::string random(const Subject& subject) {
 }
 
 constexpr std::array table{
-    Check{"parameter-strange-values", 8, Formats::all, strange, 120},
-    Check{"parameter-strange-indices", 8, Formats::vst2, indices, 30},
-    Check{"parameter-random-bits", 8, Formats::all, random, 120},
+    Check{"parameter-strange-values", 8, Formats::all, strange, 120, Guard::none,
+          Severity::unusual},
+    Check{"parameter-strange-indices", 8, Formats::vst2, indices, 30, Guard::none,
+          Severity::unusual},
+    Check{"parameter-random-bits", 8, Formats::all, random, 120, Guard::none, Severity::unusual},
 };
 
 } // namespace

@@ -17,6 +17,7 @@ template <typename Sample>
 void processWatched(const RealTimeGuard& guard, hosting::Effect& effect, std::uint64_t seed) {
     Noise noise(seed);
     for (const int block : {1, 64, 441, 1024}) {
+        doing("processing in blocks of ", block, " and setting parameters in between");
         start(effect, 48000, block);
         Buffers<Sample> buffers(effect, block);
         for (int i = 0; i < 50; ++i) {
@@ -54,6 +55,7 @@ std::string setParameter(const Subject& subject) {
     for (int turn = 0; turn < 20; ++turn) {
         for (VstInt32 i = 0; i < visitedParameters(effect); ++i) {
             const float value = noise.fraction();
+            doing("setting parameter ", i, " to ", value);
             guard.watch([&] { effect.setParameter(i, value); });
             guard.watch([&] { static_cast<void>(effect.parameter(i)); });
         }

@@ -19,7 +19,7 @@ class RealTimeGuard {
         leave();
     }
 
-    // Throws Failed with the first offence of those so far.
+    // Throws Failed with the first offence of those so far, Unusual when all are locks.
     void requireNone(const char* where) const;
 
   private:

@@ -2,18 +2,24 @@
 
 #include "hosting/childprocess.h"
 #include "hosting/hostingerror.h"
+#include "hosting/ownprogram.h"
 #include "hosting/pipe.h"
+#include "validator/instance.h"
 #include "validator/rtguard.h"
+#include "validator/xerrors.h"
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
 #include <chrono>
+#include <csignal>
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
-#include <system_error>
+#include <fstream>
+#include <regex>
+#include <sys/prctl.h>
 #include <unistd.h>
+#include <utility>
 #include <vector>
 
 namespace mirelon::validator {
@@ -24,14 +30,10 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-fs::path ownProgram() {
-    return fs::read_symlink("/proc/self/exe");
-}
-
 // Beside the program where it was built, or where it is installed; empty where
 // there is none.
 fs::path guardLibrary() {
-    const fs::path folder = ownProgram().parent_path();
+    const fs::path folder = hosting::ownProgram().parent_path();
     for (const fs::path& candidate :
          {folder / rtGuardFile, folder / MIRELON_GUARD_FOLDER_FROM_PROGRAM / rtGuardFile}) {
         std::error_code failure;
@@ -74,26 +76,103 @@ constexpr bool sanitized =
 
 // Of an exit code, or minus a signal.
 std::string endOf(int ending) {
-    if (ending < 0)
-        return std::string("dies: ") + strsignal(-ending);
-    return "ends the host's process with exit status " + std::to_string(ending);
+    if (ending >= 0)
+        return "ends the host's process with exit status " + std::to_string(ending);
+    const char* const name = sigabbrev_np(-ending);
+    return std::string("dies: ") + strsignal(-ending) + " (SIG" +
+           (name != nullptr ? name : std::to_string(-ending)) + ')';
 }
 
-// A report is a letter and a text.
-Result resultOf(const Check& check, const std::string& report, bool inTime, int ending) {
-    Result result{&check, Verdict::failed, {}, 0.0};
+// The first word of a report; the rest is a text.
+constexpr std::array<std::pair<char, Verdict>, 4> letters{{{'P', Verdict::passed},
+                                                           {'F', Verdict::failed},
+                                                           {'W', Verdict::warned},
+                                                           {'S', Verdict::skipped}}};
+
+char letterOf(Verdict verdict) {
+    return std::ranges::find(letters, verdict, &std::pair<char, Verdict>::second)->first;
+}
+
+Verdict verdictOf(const Check& check, Verdict said) {
+    return said == Verdict::failed && check.severity == Severity::unusual ? Verdict::warned : said;
+}
+
+Result resultOf(const Check& check, const std::string& report, bool inTime, int ending,
+                int seconds) {
+    Result result{&check, verdictOf(check, Verdict::failed), {}, 0.0};
     if (!inTime) {
-        result.note = "still runs after " + std::to_string(check.seconds) + " s";
+        result.note = "still runs after " + std::to_string(seconds) + " s";
     } else if (report.empty() || ending != 0) {
         result.note = endOf(ending);
     } else {
-        result.verdict = report[0] == 'P'   ? Verdict::passed
-                         : report[0] == 'S' ? Verdict::skipped
-                                            : Verdict::failed;
+        const auto* const letter =
+            std::ranges::find(letters, report[0], &std::pair<char, Verdict>::first);
+        if (letter != letters.end())
+            result.verdict = verdictOf(check, letter->second);
         result.note = report.substr(1);
     }
     return result;
 }
+
+// Its end, where a crash leaves its reason.
+std::vector<std::string> lastLines(const fs::path& file) {
+    constexpr std::size_t most = 5;
+    constexpr std::streamoff farthest = 4096;
+    std::ifstream stream(file, std::ios::binary);
+    stream.seekg(0, std::ios::end);
+    stream.seekg(std::max<std::streamoff>(0, stream.tellg() - farthest));
+    std::vector<std::string> lines;
+    static const std::regex colours("\x1b\\[[0-9;]*m");
+    for (std::string line; std::getline(stream, line);) {
+        line = std::regex_replace(line, colours, "");
+        if (!line.empty())
+            lines.push_back(std::move(line));
+    }
+    if (lines.size() > most)
+        lines.erase(lines.begin(), lines.end() - most);
+    return lines;
+}
+
+// What the X server refused, if nothing else was wrong. Throws Failed or Unusual.
+void judgeXErrors() {
+    const std::string errors = notedXErrors();
+    if (errors.empty())
+        return;
+    require(!hasWindowManager(), errors);
+    throw Unusual(errors + "; there is no window manager on this display, which it may rely on");
+}
+
+Result run(const Check& check, const Subject& subject) {
+    Result result{&check, Verdict::passed, {}, 0.0};
+    const auto end = [&](Verdict verdict, const std::exception& why) {
+        result.verdict = verdictOf(check, verdict);
+        result.note = why.what();
+    };
+    setActivity({});
+    try {
+        result.note = check.run(subject);
+        judgeXErrors();
+    } catch (const Failed& failure) {
+        end(Verdict::failed, failure);
+    } catch (const Unusual& what) {
+        end(Verdict::warned, what);
+    } catch (const Skipped& reason) {
+        end(Verdict::skipped, reason);
+    } catch (const hosting::PluginError& failure) {
+        end(Verdict::failed, failure);
+    }
+    result.activity = activity();
+    return result;
+}
+
+std::string loadAlone(const Subject& subject) {
+    doing("loading the plug-in");
+    const Instance instance(subject);
+    return {};
+}
+
+// No check of the table: whether there is anything to check.
+constexpr Check probe{"can-be-loaded", 0, Formats::all, loadAlone, 60};
 
 } // namespace
 
@@ -103,64 +182,90 @@ const char* nameOf(Verdict verdict) {
         return "pass";
     case Verdict::failed:
         return "FAIL";
+    case Verdict::warned:
+        return "warn";
     case Verdict::skipped:
         break;
     }
     return "skip";
 }
 
-ScratchHome::ScratchHome() {
-    std::string pattern = (fs::temp_directory_path() / "mirelon-check-XXXXXX").string();
-    if (mkdtemp(pattern.data()) == nullptr)
-        throw std::system_error(errno, std::generic_category(), "no temporary folder");
-    path = pattern;
-}
-
-ScratchHome::~ScratchHome() {
-    std::error_code ignored;
-    fs::remove_all(path, ignored);
-}
-
-Result runInChild(const Check& check, const Subject& subject, const ScratchHome& home) {
+Result runInChild(const Check& check, const Subject& subject, const ScratchHome& home,
+                  int seconds) {
     if (check.guard == Guard::realTime && sanitized)
         return {&check, Verdict::skipped, "this program is built with a sanitizer", 0.0};
     if (check.guard == Guard::realTime && guardLibrary().empty())
         return {&check, Verdict::skipped, std::string("there is no ") + rtGuardFile, 0.0};
+    const fs::path activityFile = home.reports() / "activity";
+    const fs::path outputFile = home.reports() / "output";
+    fs::remove(activityFile);
+    const int output =
+        open(outputFile.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_APPEND | O_CLOEXEC, 0600);
     hosting::Pipe report;
-    // The child's own output goes nowhere: the report has a line a check.
+    // The child's own output is kept for the report, which has a line a check.
     const bool shown = std::getenv("MIRELON_CHECK_OUTPUT") != nullptr;
     const auto begin = Clock::now();
     hosting::ChildProcess child(hosting::ProgramStart{
-        .program = "/proc/self/exe",
+        .program = hosting::ownProgram(),
         .arguments = {"mirelon-host", "check", subject.plugin, "--run", check.name, "--seed",
-                      std::to_string(subject.seed), "--report", std::to_string(report.writer())},
+                      std::to_string(subject.seed), "--report", std::to_string(report.writer()),
+                      "--activity", activityFile.string()},
         .environment = childEnvironment(check, home),
-        .errors = shown ? STDERR_FILENO : -1,
+        .output = shown ? STDERR_FILENO : output,
+        .errors = shown ? STDERR_FILENO : output,
         .kept = report.writer()});
+    home.guard(child.id());
+    close(output);
     report.closeWriter();
     std::string text;
-    const bool inTime = report.readUntil(begin + std::chrono::seconds(check.seconds), text);
+    const bool inTime = report.readUntil(begin + std::chrono::seconds(seconds), text);
     if (!inTime)
         child.killGroup();
-    Result result = resultOf(check, text, inTime, child.wait());
+    Result result = resultOf(check, text, inTime, child.wait(), seconds);
+    home.guard(0);
+    result.seconds = std::chrono::duration<double>(Clock::now() - begin).count();
+    result.activity = activityIn(activityFile);
+    result.output = lastLines(outputFile);
+    return result;
+}
+
+Result runHere(const Check& check, const Subject& subject, const ScratchHome& home) {
+    for (const std::string& variable : childEnvironment(check, home)) {
+        const auto equals = variable.find('=');
+        const std::string name = variable.substr(0, equals);
+        if (name != "LD_PRELOAD")
+            setenv(name.c_str(), variable.c_str() + equals + 1, 1);
+    }
+    const auto begin = Clock::now();
+    Result result = run(check, subject);
     result.seconds = std::chrono::duration<double>(Clock::now() - begin).count();
     return result;
 }
 
-void runAndReport(const Check& check, const Subject& subject, int descriptor) {
+std::optional<std::string> whyNotLoaded(const Subject& subject, const ScratchHome& home) {
+    const Result result = runInChild(probe, subject, home, probe.seconds);
+    // Only what was reported is a reason; a crash is for the checks to find.
+    if (result.verdict == Verdict::failed && result.activity.empty())
+        return result.note;
+    return std::nullopt;
+}
+
+bool runAndReport(const std::string& name, const Subject& subject, int descriptor,
+                  const fs::path& activity) {
+    const Check* const check = name == probe.name ? &probe : findCheck(name);
+    if (check == nullptr)
+        return false;
     fcntl(descriptor, F_SETFD, FD_CLOEXEC);
-    std::string report;
-    try {
-        report = 'P' + check.run(subject);
-    } catch (const Failed& failure) {
-        report = std::string("F") + failure.what();
-    } catch (const Skipped& reason) {
-        report = std::string("S") + reason.what();
-    } catch (const hosting::PluginError& failure) {
-        report = std::string("F") + failure.what();
-    }
+    // It is not to outlive who asked.
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+    keepActivityIn(activity);
+    const Result result = run(*check, subject);
+    if (check == &probe)
+        setActivity({});
+    const std::string report = letterOf(result.verdict) + result.note;
     // Only what the effect itself does can keep this from arriving whole.
     static_cast<void>(!write(descriptor, report.data(), report.size()));
+    return true;
 }
 
 } // namespace mirelon::validator

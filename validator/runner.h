@@ -2,42 +2,43 @@
 #pragma once
 
 #include "validator/check.h"
+#include "validator/scratchhome.h"
 
 #include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
 
 namespace mirelon::validator {
 
-enum class Verdict { passed, failed, skipped };
+enum class Verdict { passed, failed, warned, skipped };
 
+// "pass", "FAIL", "warn" and "skip".
 const char* nameOf(Verdict verdict);
 
 struct Result {
     const Check* check = nullptr;
     Verdict verdict = Verdict::failed;
-    std::string note; // why it failed or was skipped, or a figure
+    std::string note; // why it did not pass, or a figure
     double seconds = 0.0;
+    std::string activity{};            // what was being done to the effect; or empty
+    std::vector<std::string> output{}; // the last lines that the process has printed
 };
 
-// A home for the effect's files while it is being checked, so that the user's
-// stay as they are. Removed with what the effect has put there.
-class ScratchHome {
-  public:
-    ScratchHome();
-    ~ScratchHome();
-    ScratchHome(const ScratchHome&) = delete;
-    ScratchHome& operator=(const ScratchHome&) = delete;
+// Starts this program again for the one check, which has `seconds` of time. A crash,
+// an early exit or a run past the limit counts like any other end.
+Result runInChild(const Check& check, const Subject& subject, const ScratchHome& home, int seconds);
 
-    const std::filesystem::path& folder() const { return path; }
+// In this process, for a debugger: what crashes there crashes here.
+Result runHere(const Check& check, const Subject& subject, const ScratchHome& home);
 
-  private:
-    std::filesystem::path path;
-};
+// Why the file is no plug-in that could be checked; nothing when it is one, be it one
+// that crashes when it is loaded.
+std::optional<std::string> whyNotLoaded(const Subject& subject, const ScratchHome& home);
 
-// Starts this program again for the one check. A crash, an early exit or a run
-// past the limit is a failure like any other.
-Result runInChild(const Check& check, const Subject& subject, const ScratchHome& home);
-
-// What the child does: runs the check and reports to `descriptor`.
-void runAndReport(const Check& check, const Subject& subject, int descriptor);
+// What the child does: runs the check of this name and reports to `descriptor`; keeps
+// what it is at in `activity`. Answers false when there is no such check.
+bool runAndReport(const std::string& name, const Subject& subject, int descriptor,
+                  const std::filesystem::path& activity);
 
 } // namespace mirelon::validator

@@ -81,20 +81,26 @@ std::string everythingAtOnce(const Subject& subject, bool withEditor) {
                                     automationNoise.fraction());
             std::this_thread::sleep_for(100us);
         });
-        crew.repeat([&] {
+        // State and window are the main thread's in every host.
+        const auto state = [&effect] {
+            doing("saving and restoring the state while audio and automation run");
             if (effect.hasFlag(effFlagsProgramChunks))
                 effect.setChunk(effect.chunk());
             effect.programName();
-            std::this_thread::sleep_for(1ms);
-        });
+        };
         if (editor) {
             for (int i = 0; i < 4; ++i) {
                 editor->open();
-                editor->idle(300ms);
+                for (int j = 0; j < 15; ++j) {
+                    editor->idle(20ms);
+                    state();
+                }
                 editor->close();
             }
         } else {
-            std::this_thread::sleep_for(1s);
+            for (const auto end = std::chrono::steady_clock::now() + 1s;
+                 std::chrono::steady_clock::now() < end; std::this_thread::sleep_for(1ms))
+                state();
         }
         crew.finish();
     }

@@ -11,10 +11,10 @@ using namespace mirelon::test::checks;
 
 TEST(CheckOfLv2, PassesMirelonAtTheHighestLevel) {
     VirtualDisplay::start();
-    const Outcome outcome = run(host + " check --json --level 10 " + MIRELON_LV2_BUNDLE);
+    const Outcome outcome = run(host + " check --json --strict --level 10 " + MIRELON_LV2_BUNDLE);
     expectAllPassed(outcome);
     // Only what belongs to another format is left out.
-    for (const auto& check : nlohmann::json::parse(outcome.output)["checks"])
+    for (const auto& check : reportOf(outcome)["checks"])
         EXPECT_NE(check["name"], "audio-double-precision");
 }
 
@@ -23,7 +23,7 @@ TEST(CheckOfLv2, PassesAPlugInWithoutWindowAndStateAndTakesItsUri) {
     const Outcome outcome = run("env -u DISPLAY LV2_PATH=" + folder + " " + host +
                                 " check --json urn:mirelon:test:amplifier");
     ASSERT_EQ(outcome.status, 0) << outcome.output;
-    const auto report = nlohmann::json::parse(outcome.output);
+    const auto report = reportOf(outcome);
     EXPECT_EQ(report["plugin"], "urn:mirelon:test:amplifier");
     EXPECT_EQ(report["failed"], 0);
     for (const auto& check : report["checks"])
@@ -34,8 +34,9 @@ TEST(CheckOfLv2, PassesAPlugInWithoutWindowAndStateAndTakesItsUri) {
 
 TEST(CheckOfLv2, FindsEachDefectInTheReadingOfMessages) {
     for (const char* const kind : {"atom", "object", "sequence"}) {
-        const std::string command = std::string(host) + " check --seed 1 --only messages-strange-" +
-                                    kind + "s " + MIRELON_TEST_AMPLIFIER;
+        const std::string command = std::string(host) +
+                                    " check --strict --seed 1 --only messages-strange-" + kind +
+                                    "s " + MIRELON_TEST_AMPLIFIER;
         EXPECT_EQ(run(command).status, 0) << kind;
         EXPECT_EQ(run("MIRELON_DEFECT=message-" + std::string(kind) + " " + command).status, 1)
             << kind;
@@ -43,11 +44,12 @@ TEST(CheckOfLv2, FindsEachDefectInTheReadingOfMessages) {
 }
 
 TEST(CheckOfLv2, FindsALockThatAMessageTakes) {
-    const std::string command =
-        std::string(host) + " check --json --only realtime-messages " + MIRELON_TEST_AMPLIFIER;
+    const std::string command = std::string(host) +
+                                " check --strict --json --only realtime-messages " +
+                                MIRELON_TEST_AMPLIFIER;
     const Outcome without = run(command);
     const Outcome withIt = run("MIRELON_DEFECT=message-lock " + command);
-    if (needsSkipping(nlohmann::json::parse(withIt.output)["checks"][0]))
+    if (needsSkipping(reportOf(withIt)["checks"][0]))
         GTEST_SKIP() << "this build has a sanitizer in it";
     EXPECT_EQ(without.status, 0) << without.output;
     EXPECT_EQ(withIt.status, 1) << withIt.output;
@@ -57,7 +59,7 @@ TEST(CheckOfLv2, FindsALockThatAMessageTakes) {
 TEST(CheckOfLv2, EchoesTheBankOfMirelon) {
     const Outcome outcome =
         run(std::string(host) + " check --json --only realtime-messages " + MIRELON_LV2_BUNDLE);
-    const auto check = nlohmann::json::parse(outcome.output)["checks"][0];
+    const auto check = reportOf(outcome)["checks"][0];
     if (needsSkipping(check))
         GTEST_SKIP() << "this build has a sanitizer in it";
     EXPECT_EQ(outcome.status, 0) << outcome.output;

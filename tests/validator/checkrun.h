@@ -18,6 +18,14 @@ inline Outcome run(const std::string& command) {
 
 inline const std::string host = MIRELON_HOST_FILE;
 
+// On the only plug-in of the run.
+inline nlohmann::json reportOf(const Outcome& outcome) {
+    const auto all = nlohmann::json::parse(outcome.output);
+    EXPECT_EQ(all["version"], 1);
+    EXPECT_EQ(all["plugins"].size(), 1U);
+    return all["plugins"][0];
+}
+
 inline bool needsSkipping(const nlohmann::json& check) {
     // The interposing library and a sanitizer's runtime exclude each other.
     return check["note"] == "this program is built with a sanitizer";
@@ -25,7 +33,7 @@ inline bool needsSkipping(const nlohmann::json& check) {
 
 inline void expectAllPassed(const Outcome& outcome) {
     ASSERT_EQ(outcome.status, 0) << outcome.output;
-    const auto report = nlohmann::json::parse(outcome.output);
+    const auto report = reportOf(outcome);
     for (const auto& check : report["checks"]) {
         if (!needsSkipping(check)) {
             EXPECT_EQ(check["result"], "passed") << check;

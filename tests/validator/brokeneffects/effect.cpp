@@ -35,6 +35,17 @@ bool hasDefect(std::string_view name) {
     return chosen != nullptr && name == chosen;
 }
 
+// Writes the process's number where the environment says.
+bool tellProcess() {
+    if (const char* const file = std::getenv("MIRELON_TEST_PID_FILE")) {
+        if (std::FILE* const stream = std::fopen(file, "w")) {
+            std::fprintf(stream, "%d\n", static_cast<int>(getpid()));
+            std::fclose(stream);
+        }
+    }
+    return true;
+}
+
 [[noreturn]] void crash() {
     std::abort();
 }
@@ -70,6 +81,9 @@ class Editor {
         if (display == nullptr)
             return false;
         window = XCreateSimpleWindow(display, parent, 0, 0, 100, 50, 0, 0, 0);
+        // A window that is not to be seen yet cannot have the keyboard.
+        if (hasDefect("x-error"))
+            XSetInputFocus(display, window, RevertToParent, CurrentTime);
         XMapWindow(display, window);
         XSync(display, False);
         return true;
@@ -122,6 +136,8 @@ class TestEffect {
         record.numOutputs = 2;
         record.flags = effFlagsHasEditor | effFlagsCanReplacing | effFlagsProgramChunks |
                        effFlagsCanDoubleReplacing;
+        if (hasDefect("promised-silence"))
+            record.flags |= effFlagsNoSoundInStop;
         record.object = this;
         record.uniqueID = fourCharacters("TstE");
         state.values.fill(0.5F);
@@ -165,21 +181,22 @@ class TestEffect {
         case effGetParamDisplay:
             if (hasDefect("text-not-terminated"))
                 std::memset(ptr, 'x', 200);
+            else if (hasDefect("switches"))
+                put(ptr, getParameter(index) < 0.5F ? "off" : "on");
             else
                 put(ptr, "x");
             return 0;
         case effGetParameterProperties:
             return properties(index, static_cast<VstParameterProperties*>(ptr));
         case effSetSampleRate:
-            if (hasDefect("rate-zero") && opt == 0.0F)
-                crash();
+            rateKnown = true;
             if (hasDefect("rate-while-running") && running && opt != rate)
                 poisoned = true;
             rate = opt;
             return 0;
         case effMainsChanged:
             running = value != 0;
-            if (running && hasDefect("resume-hangs"))
+            if (running && hasDefect("resume-hangs") && tellProcess())
                 std::this_thread::sleep_for(std::chrono::hours(1));
             if (running && ++resumes == 50 && hasDefect("fiftieth-resume"))
                 poisoned = true;
@@ -190,6 +207,8 @@ class TestEffect {
             *static_cast<ERect**>(ptr) = &rect;
             return 1;
         case effEditOpen:
+            if (hasDefect("rate-unknown") && !rateKnown)
+                crash();
             editorOpen = true;
             return editor.open(reinterpret_cast<Window>(ptr));
         case effEditClose:
@@ -226,8 +245,10 @@ class TestEffect {
             index = std::abs(index % parameterCount);
         if (index < 0 || index >= parameterCount)
             return;
-        if (hasDefect("nan-crash") && std::isnan(value))
+        if (hasDefect("nan-crash") && std::isnan(value)) {
+            std::fputs("nan is no value\n", stderr);
             crash();
+        }
         if (hasDefect("stays-poisoned") && !std::isfinite(value))
             poisoned = true;
         if (hasDefect("automation") && changes++ > 500)
@@ -252,6 +273,10 @@ class TestEffect {
         if (hasDefect("state-counts"))
             ++state.version;
         saved = state;
+        for (float& value : saved.values) {
+            if (hasDefect("switches"))
+                value = value < 0.5F ? 0.0F : 1.0F;
+        }
         *data = &saved;
         return sizeof saved;
     }
@@ -278,6 +303,10 @@ class TestEffect {
         if (hasDefect("state-editor") && editorOpen)
             return 1;
         state = saved;
+        for (float& value : state.values) {
+            if (hasDefect("switches"))
+                value = value < 0.5F ? 0.0F : 1.0F;
+        }
         return 1;
     }
 
@@ -291,7 +320,7 @@ class TestEffect {
             out[0][0] = std::numeric_limits<Sample>::infinity();
         if (hasDefect("odd-block") && frames % 2 == 1 && frames > 129)
             crash();
-        if (hasDefect("sound-of-silence"))
+        if (hasDefect("sound-of-silence") || hasDefect("promised-silence"))
             out[0][0] += static_cast<Sample>(0.001);
         if (hasDefect("drift") && frames == 64)
             state.values[0] *= 0.9F;
@@ -333,6 +362,7 @@ class TestEffect {
     std::atomic<bool> editorOpen{false};
     VstInt32 program = 0;
     float rate = 44100.0F;
+    bool rateKnown = false;
     bool running = false;
     int resumes = 0;
     int changes = 0;
