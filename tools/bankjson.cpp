@@ -75,6 +75,9 @@ void requireOnly(const Json& object, const std::string& place, const Keys& known
             refuse(place, "\"" + item.key() + "\" is not known");
 }
 
+// Grows when a member changes its meaning or goes.
+constexpr int formatVersion = 1;
+
 std::string nameFromBytes(const Json& value, const std::string& place) {
     const Json& digits = member(value, place, "bytes");
     const std::string text = digits.is_string() ? digits.get<std::string>() : "";
@@ -144,6 +147,7 @@ std::string jsonOf(const ImageFile& bank, VstInt32 ownerId,
         presets.push_back({{"name", jsonOfName(preset)}, {"values", std::move(values)}});
     }
     const Json all{
+        {"version", formatVersion},
         {"bank", hosting::fourCharacterText(ownerId)},
         {"byteOrder",
          {{"owner", orderName(bank.ownerOrder)}, {"values", orderName(bank.valueOrder)}}},
@@ -160,6 +164,8 @@ ImageFile bankFromJson(const std::string& text, VstInt32 ownerId,
         const std::string why = error.what();
         refuse("no JSON", why.substr(why.find("] ") == std::string::npos ? 0 : why.find("] ") + 2));
     }
+    if (all.is_object() && all.value("version", Json(formatVersion)) != formatVersion)
+        refuse("version", "is not " + std::to_string(formatVersion) + ", which is known here");
     if (member(all, "", "bank") != hosting::fourCharacterText(ownerId))
         refuse("bank", "is not \"" + hosting::fourCharacterText(ownerId) + "\", this plug-in");
     ImageFile bank{ImageKind::bank, std::endian::native, std::endian::big, {}};
@@ -174,7 +180,8 @@ ImageFile bankFromJson(const std::string& text, VstInt32 ownerId,
     for (std::size_t i = 0; i < presets.size(); ++i)
         bank.presets.push_back(
             presetFrom(presets[i], "presets[" + std::to_string(i) + ']', parameters));
-    requireOnly(all, "", std::initializer_list<const char*>{"bank", "byteOrder", "presets"});
+    requireOnly(all, "",
+                std::initializer_list<const char*>{"version", "bank", "byteOrder", "presets"});
     return bank;
 }
 

@@ -1,6 +1,7 @@
 // A bank as JSON, for reading, comparing and editing.
 //
 //   {
+//     "version": 1,
 //     "bank": "MrLn",
 //     "byteOrder": {"owner": "little", "values": "big"},
 //     "presets": [
@@ -25,8 +26,8 @@ namespace mirelon::tools {
 std::string jsonOf(const ImageFile& bank, VstInt32 ownerId,
                    std::span<const std::string> parameters);
 
-// The same bytes again for what jsonOf wrote of a valid bank. "byteOrder" may be
-// left out. Throws CommandError, naming the place, for anything else.
+// The same bytes again for what jsonOf wrote of a valid bank. "version" and
+// "byteOrder" may be left out. Throws CommandError, naming the place, for anything else.
 ImageFile bankFromJson(const std::string& text, VstInt32 ownerId,
                        std::span<const std::string> parameters);
 

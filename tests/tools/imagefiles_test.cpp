@@ -108,6 +108,16 @@ TEST_F(ImageFiles, ABankAsJsonBecomesTheSameBytes) {
     EXPECT_EQ(contents("b.dvb"), contents("a.dvb"));
 }
 
+TEST_F(ImageFiles, ABankThatDoesNotSayItsVersionIsImported) {
+    saveBank();
+    std::string json = run({"bank", "show", path("a.dvb"), "--json"});
+    const std::string version = "  \"version\": 1,\n";
+    ASSERT_NE(json.find(version), std::string::npos);
+    writeFile(folder / "a.json", json.erase(json.find(version), version.size()));
+    run({"bank", "import", path("a.json"), path("b.dvb")});
+    EXPECT_EQ(contents("b.dvb"), contents("a.dvb"));
+}
+
 TEST_F(ImageFiles, AnEditedBankIsWritten) {
     saveBank();
     std::string json = run({"bank", "show", path("a.dvb"), "--json"});
@@ -141,6 +151,7 @@ TEST_F(ImageFiles, AnImportedBankThatIsWrongIsRefusedAtItsPlaceAndTheOldFileStay
                 HasSubstr("presets[1].name: 28 bytes, 24 is the most"));
     EXPECT_THAT(withChange("\"bank\"", "\"more\": 1, \"bank\""),
                 HasSubstr("\"more\" is not known"));
+    EXPECT_THAT(withChange("\"version\": 1", "\"version\": 2"), HasSubstr("version: is not 1"));
     EXPECT_THAT(withChange("MrLn", "Else"), HasSubstr("is not \"MrLn\""));
     EXPECT_THAT(withChange("{", "["), HasSubstr("no JSON"));
     EXPECT_THAT(withChange(json, "{}"), HasSubstr("\"bank\" is missing"));

@@ -26,6 +26,7 @@ TEST(Info, DescribesThePluginAsJson) {
     const ProgramResult result = runMirelon({"info", "--json"});
     ASSERT_EQ(result.status, 0) << result.errors;
     const auto all = nlohmann::json::parse(result.output);
+    EXPECT_EQ(all["version"], 1);
     EXPECT_EQ(all["name"], "Dravik Mirelon");
     EXPECT_EQ(all["product"], "Mirelon");
     EXPECT_EQ(all["vendorVersion"], 1980);

@@ -21,6 +21,9 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
+// Of the JSON that is printed; grows when a member changes its meaning or goes.
+constexpr int reportVersion = 1;
+
 struct Options {
     std::string plugin;
     bool json = false;
@@ -88,6 +91,7 @@ Json describe(LoadedPlugin& plugin) {
     const Presets presets(effect);
     const auto category = static_cast<std::size_t>(effect.category());
     Json all{
+        {"version", reportVersion},
         {"file", plugin.module->libraries().front().string()},
         {"format", hosting::nameOf(plugin.module->format())},
         {"name", effect.name()},
