@@ -7,13 +7,11 @@
 #include <array>
 #include <atomic>
 #include <cmath>
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 #include <thread>
 
 namespace mirelon::hosting {
 namespace {
-
-using testing::ElementsAre;
 
 constexpr int frames = 64;
 
