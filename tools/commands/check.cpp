@@ -167,7 +167,7 @@ void addSelection(CLI::App& parser, const char* name, std::vector<std::string>& 
 
 Run define(CLI::App& parser) {
     const auto options = std::make_shared<Options>();
-    parser parser
+    parser
         .add_option("FILE", options->files,
                     "Plug-ins: VST 2.4 .so files, LV2 bundles or URIs (default: the Mirelon found)")
         ->type_name("");
