@@ -6,11 +6,11 @@
 #include <cerrno>
 #include <chrono>
 #include <csignal>
+#include <exception>
 #include <fcntl.h>
 #include <spawn.h>
 #include <string_view>
 #include <sys/wait.h>
-#include <system_error>
 #include <thread>
 #include <unistd.h>
 #include <utility>
@@ -107,7 +107,7 @@ void endGroup(pid_t leader) {
     pthread_sigmask(SIG_SETMASK, &all, &before);
     try {
         std::thread(collect, leader).detach();
-    } catch (const std::system_error&) {
+    } catch (const std::exception&) { // no thread to be had
         kill(-leader, SIGKILL);
     }
     pthread_sigmask(SIG_SETMASK, &before, nullptr);
