@@ -6,8 +6,8 @@
 namespace mirelon {
 
 // While it exists, pointer and keys reach no view of the frame: what is being typed
-// counts as typed, and nothing is hovered over. Drawing goes on. On the thread that
-// owns the window.
+// counts as typed, and nothing is hovered over. Keys are left to the host. Drawing
+// goes on. On the thread that owns the window.
 class InputBlock final {
   public:
     // The frame outlives this object and is closed after its end.
@@ -17,12 +17,7 @@ class InputBlock final {
     InputBlock& operator=(const InputBlock&) = delete;
 
   private:
-    class KeySink final : public VSTGUI::IKeyboardHook {
-        void onKeyboardEvent(VSTGUI::KeyboardEvent& event, VSTGUI::CFrame* frame) override;
-    };
-
     VSTGUI::CFrame& frame;
-    KeySink keySink;
     VSTGUI::Optional<VSTGUI::ModalViewSessionID> session;
 };
 

@@ -123,6 +123,25 @@ TEST_F(InputBlocks, TakeTheFocusAndEndWhatIsHoveredOver) {
     EXPECT_FALSE(view->hasFocus);
 }
 
+TEST_F(InputBlocks, LeaveKeysToTheHost) {
+    const InputBlock block(*frame);
+    for (const VirtualKey virt : {VirtualKey::Space, VirtualKey::Return, VirtualKey::None}) {
+        KeyboardEvent event;
+        event.virt = virt;
+        frame->dispatchEvent(event);
+        EXPECT_FALSE(event.consumed);
+    }
+}
+
+TEST_F(InputBlocks, StayWhenTheWindowLosesTheKeysAndGetsThemBack) {
+    const InputBlock block(*frame);
+    frame->onActivate(false);
+    frame->onActivate(true);
+    sendAll();
+    EXPECT_EQ(view->keys, 0);
+    EXPECT_FALSE(view->hasFocus);
+}
+
 TEST_F(InputBlocks, CoverNothingOfTheWindow) {
     const InputBlock block(*frame);
     EXPECT_EQ(frame->getModalView()->getViewSize(), CRect());
