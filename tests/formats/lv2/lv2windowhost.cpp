@@ -19,8 +19,8 @@ Lv2WindowHost::Lv2WindowHost(std::optional<float> scale_)
 
 bool Lv2WindowHost::open() {
     window.reset();
-    window = std::make_unique<NotedWindow>(
-        lv2Bundle(), hosting::Lv2Window::Options{parent->id(), true, scale});
+    window = std::make_unique<NotedWindow>(lv2Bundle(),
+                                           hosting::Lv2Window::Options{parent->id(), true, scale});
     window->onWrite = [this](const hosting::Lv2Write& write) { carry(write); };
     told.assign(lv2::kNumPorts, std::numeric_limits<float>::quiet_NaN());
     return window->isOpen();
