@@ -10,7 +10,7 @@
 // Leaves the running test, saying why.
 #define SKIP_WITHOUT_ARDOUR()                                                                      \
     if (!mirelon::test::ardour::isInstalled())                                                     \
-    GTEST_SKIP() << "Ardour 7 is not installed (scripts/setup --hosts)"
+    GTEST_SKIP() << "Ardour 7 is not installed (scripts/setup hosts)"
 
 namespace mirelon::test::ardour {
 

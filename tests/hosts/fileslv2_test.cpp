@@ -134,7 +134,7 @@ INSTANTIATE_TEST_SUITE_P(Programs, FileThroughLv2,
 
 TEST_P(FileThroughLv2, IsTheFileThatMirelonHostRenders) {
     if (!isExecutable(GetParam().program))
-        GTEST_SKIP() << GetParam().name << " is not installed (scripts/setup --hosts)";
+        GTEST_SKIP() << GetParam().name << " is not installed (scripts/setup hosts)";
     HostHome home(MIRELON_PLUGIN_FILE);
     home.addEnvironment(lv2Environment(home / "lv2"));
     const std::string in = home / "in.wav";

@@ -26,9 +26,9 @@ class Jalv : public testing::TestWithParam<const char*> {
   protected:
     void SetUp() override {
         if (!isExecutable(program()))
-            GTEST_SKIP() << "jalv is not installed (scripts/setup --hosts)";
+            GTEST_SKIP() << "jalv is not installed (scripts/setup hosts)";
         if (!JackServer::isInstalled())
-            GTEST_SKIP() << "the JACK server is not installed (scripts/setup --hosts)";
+            GTEST_SKIP() << "the JACK server is not installed (scripts/setup hosts)";
         if (!Screen::hasWindowManager())
             GTEST_SKIP() << "openbox is not installed (scripts/setup)";
         home.addEnvironment(lv2Environment(home / "lv2"));

@@ -12,7 +12,7 @@
 // Leaves the running test, saying why.
 #define SKIP_WITHOUT_QTRACTOR()                                                                    \
     if (!mirelon::test::qtractor::isInstalled())                                                   \
-    GTEST_SKIP() << "Qtractor is not installed (scripts/setup --hosts)"
+    GTEST_SKIP() << "Qtractor is not installed (scripts/setup hosts)"
 
 namespace mirelon::test::qtractor {
 

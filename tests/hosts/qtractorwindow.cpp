@@ -21,7 +21,7 @@ constexpr auto pluginTitle = "Dravik Mirelon - Master Out";
 void QtractorWindowTest::SetUp() {
     SKIP_WITHOUT_QTRACTOR();
     if (!JackServer::isInstalled())
-        GTEST_SKIP() << "the JACK server is not installed (scripts/setup --hosts)";
+        GTEST_SKIP() << "the JACK server is not installed (scripts/setup hosts)";
     if (!Screen::hasWindowManager())
         GTEST_SKIP() << "openbox is not installed (scripts/setup)";
     home.addEnvironment({{"DISPLAY", Screen::display()}});

@@ -39,7 +39,7 @@ TEST(QtractorScanner, ReportsNameChannelsParametersAndEditor) {
 
 TEST(MuseScanner, ReportsNameMakerChannelsParametersAndEditor) {
     if (!isExecutable(museScanner))
-        GTEST_SKIP() << "MusE is not installed (scripts/setup --hosts)";
+        GTEST_SKIP() << "MusE is not installed (scripts/setup hosts)";
     const HostHome home(MIRELON_PLUGIN_FILE);
     writeFile(home / "found.xml", ""); // it writes into a file that exists
     const Outcome scan =
