@@ -233,8 +233,7 @@ std::string plugin() {
     text += uri(windowUri) +
             "\n\ta ui:X11UI ;\n"
             "\tlv2:requiredFeature urid:map , ui:parent , ui:idleInterface ;\n"
-            "\tlv2:optionalFeature ui:resize , ui:touch , ui:noUserResize , ui:fixedSize , "
-            "opts:options ;\n"
+            "\tlv2:optionalFeature ui:resize , ui:touch , ui:noUserResize , opts:options ;\n"
             "\tlv2:extensionData ui:idleInterface ;\n"
             "\topts:supportedOption ui:scaleFactor ;\n"
             "\tui:portNotification [\n\t\tui:plugin " +

@@ -43,6 +43,14 @@ TEST_P(Lv2Data, IsInTheBundleAsItStands) {
               contentsOf(dataFolder / GetParam().name));
 }
 
+// A host shows no window that names it; that users cannot resize the window is
+// said otherwise.
+TEST(Lv2DataOfTheWindow, NamesNoFixedSize) {
+    const std::string text = contentsOf(dataFolder / "mirelon.ttl");
+    EXPECT_EQ(text.find("ui:fixedSize"), std::string::npos);
+    EXPECT_NE(text.find("ui:noUserResize"), std::string::npos);
+}
+
 TEST(Lv2Validation, FindsNothingInTheBundle) {
     if (run("command -v lv2_validate sord_validate").status != 0)
         GTEST_SKIP() << "lv2_validate or sord_validate is not installed (scripts/setup)";
