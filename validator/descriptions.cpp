@@ -47,7 +47,8 @@ constexpr std::array descriptions{
     Description{"audio-every-rate-and-block",
                 "Processes noise at rates from 8 to 768 kHz in blocks of 1 to 16384 frames. What "
                 "comes out must be finite, inputs and everything around the buffers untouched. "
-                "Sound systems differ in their rates and block sizes."},
+                "Sound systems differ in their rates and block sizes. Not to manage rates below "
+                "22.05 or above 192 kHz is unusual only."},
     Description{"audio-double-precision",
                 "The same in double precision, of plug-ins that say they have it."},
     Description{"audio-changing-blocks",

@@ -316,6 +316,8 @@ class TestEffect {
             out[0][frames] = 0;
         if (hasDefect("large-block") && frames == 16384)
             out[0][0] = std::numeric_limits<Sample>::quiet_NaN();
+        if (hasDefect("telephone-rate") && rate == 8000.0F)
+            out[0][0] = std::numeric_limits<Sample>::quiet_NaN();
         if (hasDefect("double") && sizeof(Sample) == sizeof(double))
             out[0][0] = std::numeric_limits<Sample>::infinity();
         if (hasDefect("odd-block") && frames % 2 == 1 && frames > 129)
