@@ -12,21 +12,21 @@ namespace {
 
 using hosting::ClapHost;
 using hosting::ClapInstance;
-using hosting::ClapModule;
+using hosting::ClapLibrary;
 
 constexpr std::uint32_t blockSize = 512;
 
 // A running instance with its host.
 struct Running {
-    static const ClapModule& module() {
-        static const ClapModule module(MIRELON_CLAP_FILE);
-        return module;
+    static const ClapLibrary& library() {
+        static const ClapLibrary library(MIRELON_CLAP_FILE);
+        return library;
     }
 
     Running() { instance.activate(44100.0, blockSize); }
 
     ClapHost host;
-    ClapInstance instance{module(), host, "example.dravik.mirelon"};
+    ClapInstance instance{library(), host, "example.dravik.mirelon"};
 };
 
 // Blocks with so many changes of the gain in each, evenly spread.
@@ -58,7 +58,7 @@ void events(benchmark::State& state) {
 }
 
 void createAndDestroy(benchmark::State& state) {
-    Running::module();
+    Running::library();
     for (auto _ : state)
         Running();
     state.SetItemsProcessed(state.iterations());

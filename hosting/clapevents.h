@@ -22,6 +22,8 @@ inline clap_event_param_value clapValueEvent(std::uint32_t time, clap_id paramet
 // may expect to be that of their times.
 class ClapInputEvents {
   public:
+    // So many are then added without allocating.
+    void reserve(std::size_t count) { events.reserve(count); }
     void add(const clap_event_param_value& event) { events.push_back(event); }
     void clear() noexcept { events.clear(); }
     const clap_input_events* list() const noexcept { return &record; }

@@ -9,32 +9,50 @@ namespace mirelon::hosting {
 
 namespace {
 
-constexpr std::uint32_t stereo = 2;
-
-clap_audio_buffer bufferOf(float* const* channels) {
+clap_audio_buffer bufferOf(float* const* channels, std::uint32_t count) {
     // The interface's channel lists are never written.
-    return {const_cast<float**>(channels), nullptr, stereo, 0, 0};
+    return {const_cast<float**>(channels), nullptr, count, 0, 0};
 }
 
-clap_audio_buffer bufferOf(double* const* channels) {
-    return {nullptr, const_cast<double**>(channels), stereo, 0, 0};
+clap_audio_buffer bufferOf(double* const* channels, std::uint32_t count) {
+    return {nullptr, const_cast<double**>(channels), count, 0, 0};
 }
 
 } // namespace
 
-ClapInstance::ClapInstance(const ClapModule& module, ClapHost& host, const std::string& id)
+ClapInstance::ClapInstance(const ClapLibrary& library, ClapHost& host, const std::string& id)
     : host(host)
-    , made(module.factory().create_plugin(&module.factory(), host.record(), id.c_str())) {
+    , made(library.factory().create_plugin(&library.factory(), host.record(), id.c_str())) {
     if (made == nullptr)
-        throw PluginError(module.file().string() + ": it makes no plug-in " + id);
+        throw PluginError(library.file().string() + ": it makes no plug-in " + id);
     if (!made->init(made)) {
         made->destroy(made);
-        throw PluginError(module.file().string() + ": " + id + " cannot be initialised");
+        throw PluginError(library.file().string() + ": " + id + " cannot be initialised");
     }
     params = extension<clap_plugin_params>(CLAP_EXT_PARAMS);
     state = extension<clap_plugin_state>(CLAP_EXT_STATE);
     gui = extension<clap_plugin_gui>(CLAP_EXT_GUI);
     timers = extension<clap_plugin_timer_support>(CLAP_EXT_TIMER_SUPPORT);
+    readPorts();
+}
+
+void ClapInstance::readPorts() {
+    const auto* const ports = extension<clap_plugin_audio_ports>(CLAP_EXT_AUDIO_PORTS);
+    if (ports == nullptr)
+        return;
+    doubles = true;
+    for (const bool isInput : {true, false}) {
+        clap_audio_port_info info{};
+        const std::uint32_t count = ports->count(made, isInput);
+        if (count == 0 || !ports->get(made, 0, isInput, &info))
+            continue;
+        if (count > 1) {
+            made->destroy(made);
+            throw PluginError("the plug-in has several audio ports in one direction");
+        }
+        (isInput ? inputs : outputs) = info.channel_count;
+        doubles = doubles && (info.flags & CLAP_AUDIO_PORT_SUPPORTS_64BITS) != 0;
+    }
 }
 
 ClapInstance::~ClapInstance() {
@@ -59,19 +77,17 @@ void ClapInstance::deactivate() {
     active = false;
 }
 
-clap_process_status ClapInstance::run(const clap_audio_buffer& in, clap_audio_buffer out,
-                                      std::uint32_t frames, const clap_input_events* inEvents,
-                                      const clap_output_events* outEvents) {
-    const clap_process cycle{played, frames, nullptr, &in, &out, 1, 1, inEvents, outEvents};
-    played += frames;
-    return made->process(made, &cycle);
-}
-
 template <typename Sample>
-clap_process_status ClapInstance::process(Sample* const* inputs, Sample* const* outputs,
+clap_process_status ClapInstance::process(Sample* const* from, Sample* const* to,
                                           std::uint32_t frames, const clap_input_events* in,
                                           const clap_output_events* out) {
-    return run(bufferOf(inputs), bufferOf(outputs), frames, in, out);
+    const clap_audio_buffer input = bufferOf(from, inputs);
+    clap_audio_buffer output = bufferOf(to, outputs);
+    const clap_process cycle{
+        played, frames, nullptr, &input, &output, inputs > 0 ? 1U : 0U, outputs > 0 ? 1U : 0U,
+        in,     out};
+    played += frames;
+    return made->process(made, &cycle);
 }
 
 template clap_process_status ClapInstance::process(float* const*, float* const*, std::uint32_t,

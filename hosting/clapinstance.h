@@ -3,7 +3,7 @@
 
 #include "hosting/clapevents.h"
 #include "hosting/claphost.h"
-#include "hosting/clapmodule.h"
+#include "hosting/claplibrary.h"
 
 #include <clap/ext/audio-ports.h>
 #include <clap/ext/gui.h>
@@ -18,13 +18,13 @@
 namespace mirelon::hosting {
 
 // An initialised instance; the destructor deactivates it if need be and destroys
-// it. `module` and `host` must outlive it. Of what the plug-in lacks, the answer is
+// it. `library` and `host` must outlive it. Of what the plug-in lacks, the answer is
 // none, zero or false. Numbers go to the plug-in as they are, valid or not.
 class ClapInstance {
   public:
-    // Throws PluginError when the module makes no such plug-in or it cannot be
-    // initialised.
-    ClapInstance(const ClapModule& module, ClapHost& host, const std::string& id);
+    // Throws PluginError when the library makes no such plug-in, when it cannot be
+    // initialised and when it has several audio ports in a direction.
+    ClapInstance(const ClapLibrary& library, ClapHost& host, const std::string& id);
     ~ClapInstance();
     ClapInstance(const ClapInstance&) = delete;
     ClapInstance& operator=(const ClapInstance&) = delete;
@@ -43,10 +43,16 @@ class ClapInstance {
     bool activate(double rate, std::uint32_t mostFrames);
     void deactivate();
 
-    // One cycle of a stereo plug-in; Sample is float or double. Without events it is
-    // handed null lists, which not every plug-in bears.
+    // The channels of the one port that it has in each direction; 0 without one.
+    std::uint32_t inputChannels() const noexcept { return inputs; }
+    std::uint32_t outputChannels() const noexcept { return outputs; }
+    // Whether it takes audio in double precision.
+    bool takesDoubles() const noexcept { return doubles; }
+
+    // One cycle; Sample is float or double. Without events the plug-in is handed null
+    // lists, which not every one bears.
     template <typename Sample>
-    clap_process_status process(Sample* const* inputs, Sample* const* outputs, std::uint32_t frames,
+    clap_process_status process(Sample* const* from, Sample* const* to, std::uint32_t frames,
                                 const clap_input_events* in = nullptr,
                                 const clap_output_events* out = nullptr);
     void flush(const clap_input_events* in, const clap_output_events* out);
@@ -66,9 +72,7 @@ class ClapInstance {
     void serve();
 
   private:
-    clap_process_status run(const clap_audio_buffer& in, clap_audio_buffer out,
-                            std::uint32_t frames, const clap_input_events* inEvents,
-                            const clap_output_events* outEvents);
+    void readPorts();
 
     ClapHost& host;
     const clap_plugin* made;
@@ -76,6 +80,9 @@ class ClapInstance {
     const clap_plugin_state* state = nullptr;
     const clap_plugin_gui* gui = nullptr;
     const clap_plugin_timer_support* timers = nullptr;
+    std::uint32_t inputs = 0;
+    std::uint32_t outputs = 0;
+    bool doubles = false;
     std::int64_t played = 0; // frames since the activation
     bool active = false;
 };

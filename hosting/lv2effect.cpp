@@ -2,6 +2,7 @@
 
 #include "formats/lv2/names.h"
 #include "hosting/effectbank.h"
+#include "hosting/effectrecord.h"
 #include "hosting/hostingerror.h"
 #include "hosting/lv2nodes.h"
 
@@ -16,27 +17,6 @@ namespace mirelon::hosting {
 namespace {
 
 constexpr double usualRate = 44100.0;
-
-// As hosts' text buffers are, whatever the interface says.
-constexpr std::size_t longestText = 128;
-
-VstIntPtr putText(void* buffer, std::string_view text) {
-    if (buffer == nullptr)
-        return 0;
-    auto* const to = static_cast<char*>(buffer);
-    const std::size_t length = std::min(text.size(), longestText - 1);
-    std::copy_n(text.data(), length, to);
-    to[length] = '\0';
-    return length > 0 ? 1 : 0;
-}
-
-// A URI as a number that hardly another plug-in has: never 0.
-VstInt32 identifierOf(std::string_view uri) {
-    std::uint32_t hash = 2166136261U;
-    for (const char letter : uri)
-        hash = (hash ^ static_cast<unsigned char>(letter)) * 16777619U;
-    return static_cast<VstInt32>(hash | 1U);
-}
 
 VstInt32 versionOf(const Lv2Bundle& bundle) {
     const auto part = [&](const char* uri) {
@@ -249,10 +229,7 @@ VstIntPtr Lv2Effect::describeParameter(VstInt32 index, VstParameterProperties& p
     const Lv2Parameter* const parameter = parameterAt(index);
     if (parameter == nullptr || parameter->kind != Lv2Parameter::Kind::toggle)
         return 0;
-    properties = {};
-    properties.flags = kVstParameterIsSwitch;
-    const std::size_t length = std::min(parameter->name.size(), std::size(properties.label) - 1);
-    std::copy_n(parameter->name.data(), length, properties.label);
+    describeSwitch(properties, parameter->name);
     return 1;
 }
 

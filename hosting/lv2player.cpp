@@ -3,35 +3,8 @@
 #include "hosting/lv2nodes.h"
 
 #include <algorithm>
-#include <thread>
 
 namespace mirelon::hosting {
-
-// The instance is one thread's for as long as the object lives.
-class Lv2Player::Turn {
-  public:
-    enum class Manner { tried, awaited };
-    Turn(std::atomic_flag& busy_, Manner manner) noexcept
-        : busy(busy_)
-        , taken(!busy.test_and_set(std::memory_order_acquire)) {
-        while (!taken && manner == Manner::awaited) {
-            std::this_thread::yield();
-            taken = !busy.test_and_set(std::memory_order_acquire);
-        }
-    }
-    ~Turn() {
-        if (taken)
-            busy.clear(std::memory_order_release);
-    }
-    Turn(const Turn&) = delete;
-    Turn& operator=(const Turn&) = delete;
-
-    explicit operator bool() const noexcept { return taken; }
-
-  private:
-    std::atomic_flag& busy;
-    bool taken;
-};
 
 Lv2Player::Lv2Player(const Lv2Bundle& bundle_, double rate_)
     : bundle(bundle_)

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "hosting/lv2instance.h"
+#include "hosting/turn.h"
 
 #include <atomic>
 #include <cstdint>
@@ -46,7 +47,6 @@ class Lv2Player {
     LV2_State_Status restore(const Lv2State& state);
 
   private:
-    class Turn;
     void exchangeInstance();
     void runCycle(float* const* inputs, float* const* outputs, std::uint32_t frames) noexcept;
 

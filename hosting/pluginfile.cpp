@@ -1,5 +1,8 @@
 #include "hosting/pluginfile.h"
 
+#ifdef MIRELON_CLAP_HOSTING
+#include "hosting/clapeffect.h"
+#endif
 #include "hosting/hostingerror.h"
 #include "hosting/lv2effect.h"
 #include "hosting/module.h"
@@ -29,7 +32,8 @@ PluginFormat formatOf(const std::string& given) {
     }
     if (!std::filesystem::exists(given, failure))
         throw PluginError(given + ": no such plug-in file");
-    return PluginFormat::vst2;
+    return std::filesystem::path(given).extension() == ".clap" ? PluginFormat::clap
+                                                               : PluginFormat::vst2;
 }
 
 std::unique_ptr<const PluginModule> openPlugin(const std::string& given) {
@@ -37,6 +41,12 @@ std::unique_ptr<const PluginModule> openPlugin(const std::string& given) {
     case PluginFormat::lv2:
         return std::make_unique<Lv2Module>(isUri(given) ? Lv2Bundle::ofUri(given)
                                                         : Lv2Bundle::inFolder(given));
+    case PluginFormat::clap:
+#ifdef MIRELON_CLAP_HOSTING
+        return std::make_unique<ClapModule>(given);
+#else
+        throw PluginError(given + ": this program was built without CLAP");
+#endif
     case PluginFormat::vst2:
         break;
     }

@@ -9,10 +9,18 @@
 
 namespace mirelon::hosting {
 
-enum class PluginFormat { vst2, lv2 };
+enum class PluginFormat { vst2, lv2, clap };
 
 constexpr const char* nameOf(PluginFormat format) noexcept {
-    return format == PluginFormat::vst2 ? "VST 2" : "LV2";
+    switch (format) {
+    case PluginFormat::lv2:
+        return "LV2";
+    case PluginFormat::clap:
+        return "CLAP";
+    case PluginFormat::vst2:
+        break;
+    }
+    return "VST 2";
 }
 
 // Whatever the format, an instance is a VST 2.4 effect record: those of the

@@ -13,9 +13,9 @@ namespace mirelon::test {
 inline constexpr auto clapId = "example.dravik.mirelon";
 
 // Loaded once per test program.
-inline const hosting::ClapModule& clapModule() {
-    static const hosting::ClapModule module(MIRELON_CLAP_FILE);
-    return module;
+inline const hosting::ClapLibrary& clapLibrary() {
+    static const hosting::ClapLibrary library(MIRELON_CLAP_FILE);
+    return library;
 }
 
 // While it lives, instances find no defaults that somebody has stored. To be made
@@ -34,7 +34,7 @@ struct ClapPlugIn {
         : host(offered) {}
 
     hosting::ClapHost host;
-    hosting::ClapInstance instance{clapModule(), host, clapId};
+    hosting::ClapInstance instance{clapLibrary(), host, clapId};
 
     double value(int parameter) const {
         return instance.value(static_cast<clap_id>(parameter)).value();

@@ -54,8 +54,8 @@ TEST_F(ClapLife, FactoryIsThereFromTheFirstInitToTheLastDeinit) {
 }
 
 TEST_F(ClapLife, FileHoldsOnePlugInUnderItsName) {
-    EXPECT_THAT(clapModule().ids(), ElementsAre("example.dravik.mirelon"));
-    const clap_plugin_factory& factory = clapModule().factory();
+    EXPECT_THAT(clapLibrary().ids(), ElementsAre("example.dravik.mirelon"));
+    const clap_plugin_factory& factory = clapLibrary().factory();
     const auto* const descriptor = factory.get_plugin_descriptor(&factory, 0);
     EXPECT_TRUE(clap_version_is_compatible(descriptor->clap_version));
     EXPECT_STREQ(descriptor->name, "Dravik Mirelon");
@@ -68,7 +68,7 @@ TEST_F(ClapLife, FileHoldsOnePlugInUnderItsName) {
 }
 
 TEST_F(ClapLife, FactoryMakesNothingElse) {
-    const clap_plugin_factory& factory = clapModule().factory();
+    const clap_plugin_factory& factory = clapLibrary().factory();
     hosting::ClapHost host;
     EXPECT_EQ(factory.create_plugin(&factory, host.record(), "example.dravik.mirelon.other"),
               nullptr);
@@ -100,7 +100,7 @@ TEST_F(ClapLife, HostWithoutExtensionsIsEnough) {
 TEST_F(ClapLife, HostWithoutAnyFunctionIsEnough) {
     clap_host nothing{};
     nothing.clap_version = CLAP_VERSION;
-    const clap_plugin_factory& factory = clapModule().factory();
+    const clap_plugin_factory& factory = clapLibrary().factory();
     for (const clap_host* const host :
          {static_cast<const clap_host*>(nullptr), static_cast<const clap_host*>(&nothing)}) {
         const clap_plugin* const made = factory.create_plugin(&factory, host, clapId);
@@ -131,7 +131,7 @@ TEST_F(ClapLife, HostIsLeftAloneUntilInit) {
         return nullptr;
     };
     host.request_callback = [](const clap_host* self) { ++*static_cast<int*>(self->host_data); };
-    const clap_plugin_factory& factory = clapModule().factory();
+    const clap_plugin_factory& factory = clapLibrary().factory();
     const clap_plugin* const made = factory.create_plugin(&factory, &host, clapId);
     ASSERT_NE(made, nullptr);
     EXPECT_EQ(questions, 0);
@@ -197,7 +197,7 @@ TEST_F(ClapLife, ActivationRefusesRatesAndBlocksThatAreNone) {
 
 TEST_F(ClapLife, AnInstanceMayEndWhileItIsActive) {
     hosting::ClapHost host;
-    const clap_plugin_factory& factory = clapModule().factory();
+    const clap_plugin_factory& factory = clapLibrary().factory();
     const clap_plugin* const made = factory.create_plugin(&factory, host.record(), clapId);
     made->init(made);
     made->activate(made, 48000.0, 1, 64);

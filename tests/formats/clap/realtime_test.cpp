@@ -55,7 +55,7 @@ TEST_F(ClapRealTime, ResettingAllocatesNothing) {
 
 // The counts above would see what the plug-in allocates: making an instance does.
 TEST_F(ClapRealTime, AllocationsOfThePlugInAreCounted) {
-    const clap_plugin_factory& factory = clapModule().factory();
+    const clap_plugin_factory& factory = clapLibrary().factory();
     const long before = allocationsMade();
     const clap_plugin* const made = factory.create_plugin(&factory, nullptr, clapId);
     const long count = allocationsMade() - before;

@@ -10,14 +10,14 @@
 
 namespace mirelon::hosting {
 
-class ClapModule {
+class ClapLibrary {
   public:
     // Loads `file` with all its symbols bound and initialises it. Throws
     // PluginError when that is not possible or when it makes no plug-ins.
-    explicit ClapModule(const std::filesystem::path& file);
-    ~ClapModule();
-    ClapModule(const ClapModule&) = delete;
-    ClapModule& operator=(const ClapModule&) = delete;
+    explicit ClapLibrary(const std::filesystem::path& file);
+    ~ClapLibrary();
+    ClapLibrary(const ClapLibrary&) = delete;
+    ClapLibrary& operator=(const ClapLibrary&) = delete;
 
     const clap_plugin_entry& entry() const noexcept { return *start; }
     const clap_plugin_factory& factory() const noexcept { return *maker; }

@@ -1,4 +1,4 @@
-#include "hosting/clapmodule.h"
+#include "hosting/claplibrary.h"
 
 #include "hosting/hostingerror.h"
 
@@ -6,11 +6,11 @@
 
 namespace mirelon::hosting {
 
-void ClapModule::Close::operator()(void* handle) const noexcept {
+void ClapLibrary::Close::operator()(void* handle) const noexcept {
     dlclose(handle);
 }
 
-ClapModule::ClapModule(const std::filesystem::path& file)
+ClapLibrary::ClapLibrary(const std::filesystem::path& file)
     : path(std::filesystem::absolute(file)) {
     if (!std::filesystem::is_regular_file(path))
         throw PluginError(file.string() + ": no such plug-in file");
@@ -34,11 +34,11 @@ ClapModule::ClapModule(const std::filesystem::path& file)
     }
 }
 
-ClapModule::~ClapModule() {
+ClapLibrary::~ClapLibrary() {
     start->deinit();
 }
 
-std::vector<std::string> ClapModule::ids() const {
+std::vector<std::string> ClapLibrary::ids() const {
     std::vector<std::string> ids;
     for (std::uint32_t i = 0; i < maker->get_plugin_count(maker); ++i)
         if (const auto* const descriptor = maker->get_plugin_descriptor(maker, i))
