@@ -145,10 +145,11 @@ void ADEditor::idle() {
     if (frame == nullptr)
         return;
     CPresetSystemEditor::idle();
-    AEffGUIEditor::idle(); // NOLINT(bugprone-parent-virtual-call): for what the panel changed
     // Behind the about picture the meters stand still.
     if (about != nullptr && !about->isShown())
         meters.show(*effectLink);
+    // What has changed since the base looked is drawn now, not a tick later.
+    AEffGUIEditor::idle(); // NOLINT(bugprone-parent-virtual-call)
 }
 
 std::uint32_t ADEditor::windowId() const {
@@ -178,7 +179,6 @@ void ADEditor::setParameter(long index, float /*value*/) {
 
 void ADEditor::showParameter(long index) {
     parameters->show(index);
-    frame->invalid();
 }
 
 void ADEditor::beginEdit(int32_t index) {

@@ -11,6 +11,7 @@ using namespace VSTGUI;
 namespace {
 
 const CColor ringColor(24, 128, 146, 255);
+const CColor selectionColor(126, 214, 226, 255);
 constexpr CCoord ringWidth = 2;
 
 bool isTab(const KeyboardEvent& event) {
@@ -25,7 +26,7 @@ MyFrame::MyFrame(const CRect& rect, double scale, VSTGUIEditorInterface* editor)
     : CFrame(rect, &detachableEditor)
     , detachableEditor(editor) {
     setZoom(scale);
-    setFocusColor(ringColor); // also of what is selected in a text
+    setFocusColor(selectionColor); // the toolkit's text field takes it from there
     registerFocusViewObserver(this);
 }
 

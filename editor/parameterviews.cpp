@@ -14,6 +14,13 @@ float switchValue(float normalised) {
     return normalised < 0.5F ? 0.0F : 1.0F;
 }
 
+// Draws it anew, if that makes a difference.
+void showValue(CControl& control, float value) {
+    control.setValue(value);
+    if (control.isDirty())
+        control.invalid();
+}
+
 } // namespace
 
 ParameterViews::ParameterViews(CFrame& frame, IControlListener& listener,
@@ -69,10 +76,10 @@ void ParameterViews::show(long index) {
     const auto i = static_cast<std::size_t>(index);
     const float value = effect.getParameter(static_cast<VstInt32>(index));
     if (const layout::SliderRow* row = layout::sliderOf(index)) {
-        controls[i]->setValue(value);
-        readOuts[i]->setValue(readOutValue(*row, value));
+        showValue(*controls[i], value);
+        showValue(*readOuts[i], readOutValue(*row, value));
     } else {
-        controls[i]->setValue(switchValue(value));
+        showValue(*controls[i], switchValue(value));
     }
 }
 

@@ -28,18 +28,19 @@ PlatformBitmapPtr decode(int number, std::size_t scaleIndex) {
 
 // A bitmap whose pixels land on the pixels of the screen at every scale: edges
 // of views that fall between two pixels go to the nearer one, and the larger
-// rendering is copied pixel by pixel.
+// rendering is copied pixel by pixel. Decoded when it is first drawn, which a
+// picture that is seldom shown may never be.
 class CrispBitmap final : public CBitmap {
   public:
     CrispBitmap() = default; // of size 0
-    CrispBitmap(const PlatformBitmapPtr& picture, const PlatformBitmapPtr& rendering, double scale)
-        : CBitmap(picture)
-        , scale(scale)
-        , rendering(makeOwned<CBitmap>(rendering)) {}
+    CrispBitmap(int number, PictureSize size, double scale)
+        : CBitmap(getPlatformFactory().createBitmap(CPoint(size.width, size.height)))
+        , number(number)
+        , scale(scale) {}
 
     void draw(CDrawContext* context, const CRect& rect, const CPoint& offset,
               float alpha) override {
-        if (rendering == nullptr)
+        if (number == 0)
             return;
         const CGraphicsTransform transform = context->getCurrentTransform();
         const CPoint origin = snapped(transform, {rect.left - offset.x, rect.top - offset.y});
@@ -48,10 +49,10 @@ class CrispBitmap final : public CBitmap {
         target.setBottomRight(snapped(transform, rect.getBottomRight()));
         const CDrawContext::Transform inScreenPixels(*context, transform.inverse());
         const CPoint inPicture(target.left - origin.x, target.top - origin.y);
-        if (transform.m11 == scale)
-            rendering->draw(context, target, inPicture, alpha);
-        else
-            CBitmap::draw(context, target, inPicture, alpha);
+        CBitmap* const source = decoded(transform.m11 == scale ? rendering : plain,
+                                        transform.m11 == scale ? renderingFor(scale) : 0);
+        if (source != nullptr)
+            source->draw(context, target, inPicture, alpha);
     }
 
   private:
@@ -60,8 +61,23 @@ class CrispBitmap final : public CBitmap {
         return {std::floor(point.x + 0.5), std::floor(point.y + 0.5)};
     }
 
+    // `kept`, once it has been made of the picture's rendering of that index.
+    CBitmap* decoded(SharedPointer<CBitmap>& kept, std::size_t scaleIndex) const {
+        if (kept == nullptr) {
+            const PlatformBitmapPtr picture = decode(number, scaleIndex);
+            if (picture == nullptr)
+                return nullptr;
+            if (scaleIndex != 0)
+                picture->setScaleFactor(static_cast<double>(pictureScales[scaleIndex]) / scale);
+            kept = makeOwned<CBitmap>(picture);
+        }
+        return kept;
+    }
+
+    int number = 0;
     double scale = 1.0;
     SharedPointer<CBitmap> rendering; // one of its pixels is one of the screen's
+    SharedPointer<CBitmap> plain;     // for any other transform than the window's
 };
 
 } // namespace
@@ -77,14 +93,10 @@ double nearestPictureScale(double wanted) noexcept {
 }
 
 SharedPointer<CBitmap> loadBitmap(int number, double scale) {
-    const PlatformBitmapPtr picture = decode(number, 0);
-    const std::size_t index = renderingFor(scale);
-    const PlatformBitmapPtr rendering = index == 0 ? picture : decode(number, index);
-    if (picture == nullptr || rendering == nullptr)
+    const PictureSize size = pictureSize(number);
+    if (size.width == 0)
         return makeOwned<CrispBitmap>();
-    if (rendering != picture)
-        rendering->setScaleFactor(static_cast<double>(pictureScales[index]) / scale);
-    return makeOwned<CrispBitmap>(picture, rendering, scale);
+    return makeOwned<CrispBitmap>(number, size, scale);
 }
 
 } // namespace mirelon

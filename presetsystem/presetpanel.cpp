@@ -47,6 +47,7 @@ COptionMenu* newMenu(const panel::Control& control, IControlListener* listener,
 
 void PresetPanel::build(CFrame& frame, IControlListener* listener) {
     std::map<PictureNumber, SharedPointer<CBitmap>> pictures;
+    pictures[kPictureBackground] = frame.getBackground(); // large: not decoded twice
     for (const panel::Control& control : panel::controls) {
         SharedPointer<CBitmap>& picture = pictures[control.picture];
         if (picture == nullptr)
