@@ -7,6 +7,7 @@
 #include <thread>
 
 using namespace mirelon::test;
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -31,6 +32,58 @@ TEST_F(PresetMenu, ShowsTheNameOfTheChosenPresetInTheField) {
     ASSERT_NE(shownName(), fourth);
     ASSERT_TRUE(chooseFromMenu(editor, 4));
     EXPECT_EQ(shownName(), fourth);
+}
+
+TEST_F(PresetMenu, IsClosedUnchangedByASecondClickOnItsButton) {
+    editor.click(rockerRight.x, rockerRight.y);
+    const Pixels closed = shownName();
+    for (const auto apart : {100ms, 420ms, 800ms}) {
+        editor.host.forgetCalls();
+        editor.click(menuButton.x, menuButton.y);
+        editor.run(apart);
+        editor.click(menuButton.x, menuButton.y);
+        editor.run(500ms);
+        EXPECT_TRUE(editor.host.calls().empty()) << apart.count();
+        EXPECT_EQ(shownName(), closed) << apart.count();
+    }
+    EXPECT_EQ(editor.effect->programName(), "extended width");
+}
+
+TEST_F(PresetMenu, StaysOpenAfterALongClickOnItsButton) {
+    editor.host.forgetCalls();
+    editor.moveTo(menuButton.x, menuButton.y);
+    const Pixels closed = editor.pixels();
+    editor.press();
+    editor.run(500ms);
+    editor.release();
+    editor.run(500ms);
+    EXPECT_NE(editor.pixels(), closed);
+    EXPECT_TRUE(editor.host.calls().empty());
+}
+
+TEST_F(PresetMenu, TakesThePresetThatThePointerIsDraggedTo) {
+    editor.moveTo(menuButton.x, menuButton.y);
+    const Pixels closed = editor.pixels();
+    editor.press();
+    editor.run(500ms);
+    const auto [top, bottom] = changedRows(closed, editor.pixels());
+    const Position line = menuLine(4, top, bottom);
+    editor.moveTo(line.x - 10, line.y);
+    editor.moveTo(line.x, line.y);
+    editor.release();
+    editor.run(500ms);
+    EXPECT_EQ(editor.effect->programName(), "balanse to the right");
+}
+
+TEST_F(PresetMenu, IsClosedUnchangedByTheEscapeKey) {
+    editor.click(rockerRight.x, rockerRight.y);
+    editor.host.forgetCalls();
+    editor.click(menuButton.x, menuButton.y);
+    editor.run(500ms);
+    editor.key(XK_Escape);
+    editor.run(500ms);
+    EXPECT_TRUE(editor.host.calls().empty());
+    EXPECT_EQ(editor.effect->programName(), "extended width");
 }
 
 TEST_F(PresetMenu, KnowsATypedName) {
