@@ -351,7 +351,9 @@ VstIntPtr Lv2Effect::tellHost(VstInt32 opcode, VstInt32 index, VstIntPtr value, 
 // --- Module ---
 
 Lv2Module::Lv2Module(std::unique_ptr<const Lv2Bundle> bundle_)
-    : bundle(std::move(bundle_)) {}
+    : bundle(std::move(bundle_)) {
+    Lv2Instance::requireFeaturesOf(*bundle);
+}
 
 std::vector<std::filesystem::path> Lv2Module::libraries() const {
     std::vector<std::filesystem::path> files{bundle->binary()};

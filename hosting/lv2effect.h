@@ -75,6 +75,7 @@ class Lv2Effect : private Lv2EditorListener {
 // A bundle's plug-in.
 class Lv2Module final : public PluginModule {
   public:
+    // Throws PluginError when the plug-in needs what is not offered here.
     explicit Lv2Module(std::unique_ptr<const Lv2Bundle> bundle);
 
     PluginFormat format() const noexcept override { return PluginFormat::lv2; }

@@ -66,6 +66,15 @@ bool Lv2Instance::offers(const std::string& feature) {
     return std::ranges::find(offered, feature) != offered.end();
 }
 
+void Lv2Instance::requireFeaturesOf(const Lv2Bundle& bundle) {
+    std::string lacking;
+    for (const std::string& feature : bundle.requiredFeatures())
+        if (!offers(feature))
+            lacking += (lacking.empty() ? "" : ", ") + feature;
+    if (!lacking.empty())
+        throw PluginError(bundle.uri() + ": needs what is not offered here: " + lacking);
+}
+
 Lv2Instance::Lv2Instance(const Lv2Bundle& bundle_, double rate_, Lv2Features features,
                          std::int32_t largestBlock_)
     : bundle(bundle_)
@@ -75,12 +84,7 @@ Lv2Instance::Lv2Instance(const Lv2Bundle& bundle_, double rate_, Lv2Features fea
     , rate(static_cast<float>(rate_))
     , toPlugin(queueRoom)
     , toHost(queueRoom) {
-    std::string lacking;
-    for (const std::string& feature : bundle.requiredFeatures())
-        if (!offers(feature))
-            lacking += (lacking.empty() ? "" : ", ") + feature;
-    if (!lacking.empty())
-        throw PluginError(bundle.uri() + ": needs what is not offered here: " + lacking);
+    requireFeaturesOf(bundle);
     makePorts();
 
     Lv2Numbers& numbers = bundle.numbers();

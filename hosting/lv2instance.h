@@ -46,6 +46,9 @@ class Lv2Instance {
 
     // Whether a plug-in that requires this feature gets it.
     static bool offers(const std::string& feature);
+    // Throws PluginError, naming the features that a plug-in requires and does
+    // not get.
+    static void requireFeaturesOf(const Lv2Bundle& bundle);
 
     // The number in a control port, in or out; the audio thread's.
     float& control(const std::string& symbol);
