@@ -7,7 +7,7 @@ namespace mirelon::hosting {
 
 std::filesystem::path ownProgram() {
     std::error_code failure;
-    const std::filesystem::path link = std::filesystem::read_symlink("/proc/self/exe", failure);
+    std::filesystem::path link = std::filesystem::read_symlink("/proc/self/exe", failure);
     if (!failure)
         return link;
     // NOLINTNEXTLINE(performance-no-int-to-ptr): the kernel's vector is of numbers

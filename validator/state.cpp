@@ -54,6 +54,7 @@ struct ShownValue {
 
 std::vector<ShownValue> shownValues(const hosting::Effect& effect) {
     std::vector<ShownValue> values;
+    values.reserve(static_cast<std::size_t>(visitedParameters(effect)));
     for (VstInt32 i = 0; i < visitedParameters(effect); ++i)
         values.push_back({effect.parameter(i), effect.parameterDisplay(i)});
     return values;

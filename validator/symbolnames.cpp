@@ -29,7 +29,7 @@ std::string demangled(const std::string& symbol) {
 } // namespace
 
 std::string readableName(const std::string& symbol) {
-    const std::string name = demangled(symbol);
+    std::string name = demangled(symbol);
     if (name.size() <= longestName)
         return name;
     const std::size_t kept = longestName / 2 - 1;
