@@ -85,36 +85,12 @@ ClapEffect::~ClapEffect() {
 }
 
 void ClapEffect::setUpRecord() {
-    record.magic = kEffectMagic;
-    record.object = this;
-    record.dispatcher = [](AEffect* effect, VstInt32 opcode, VstInt32 index, VstIntPtr value,
-                           void* ptr, float opt) {
-        if (opcode != effClose)
-            return of(effect).dispatch(opcode, index, value, ptr, opt);
-        delete &of(effect);
-        return VstIntPtr{1};
-    };
-    record.setParameter = [](AEffect* effect, VstInt32 index, float value) {
-        of(effect).setParameter(index, value);
-    };
-    record.getParameter = [](AEffect* effect, VstInt32 index) {
-        return of(effect).getParameter(index);
-    };
-    record.processReplacing = [](AEffect* effect, float** inputs, float** outputs,
-                                 VstInt32 frames) {
-        if (frames > 0)
-            of(effect).player.process(inputs, outputs, static_cast<std::uint32_t>(frames));
-    };
-    record.processDoubleReplacing = [](AEffect* effect, double** inputs, double** outputs,
-                                       VstInt32 frames) {
-        if (frames > 0)
-            of(effect).player.process(inputs, outputs, static_cast<std::uint32_t>(frames));
-    };
+    EffectFunctions<ClapEffect>::give(record, *this);
+    record.processDoubleReplacing = EffectFunctions<ClapEffect>::process<double>;
     ClapInstance& plugIn = player.plugIn();
     record.numParams = static_cast<VstInt32>(player.parameters().size());
     record.numInputs = static_cast<VstInt32>(plugIn.inputChannels());
     record.numOutputs = static_cast<VstInt32>(plugIn.outputChannels());
-    record.ioRatio = 1.0F;
     record.version = versionOf(descriptor());
     record.uniqueID = identifierOf(descriptor().id);
     record.flags = effFlagsCanReplacing;

@@ -3,6 +3,7 @@
 
 #include "hosting/claplibrary.h"
 #include "hosting/clapplayer.h"
+#include "hosting/effectrecord.h"
 #include "hosting/pluginmodule.h"
 
 #include <cstddef>
@@ -31,7 +32,7 @@ class ClapEffect {
   private:
     ClapEffect(const ClapLibrary& library, audioMasterCallback host);
 
-    static ClapEffect& of(AEffect* effect) { return *static_cast<ClapEffect*>(effect->object); }
+    friend struct EffectFunctions<ClapEffect>;
     void setUpRecord();
     VstIntPtr dispatch(VstInt32 opcode, VstInt32 index, VstIntPtr value, void* ptr, float opt);
     VstIntPtr answerText(VstInt32 opcode, VstInt32 index, char* buffer);

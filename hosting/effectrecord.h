@@ -38,4 +38,38 @@ inline void describeSwitch(VstParameterProperties& properties, std::string_view 
     std::copy_n(name.data(), std::min(name.size(), sizeof properties.label - 1), properties.label);
 }
 
+// The functions of an adapter's record, which lead to its own: `dispatch`,
+// `setParameter`, `getParameter` and its `player`. An adapter makes it a friend.
+template <typename Adapter>
+struct EffectFunctions {
+    static Adapter& of(AEffect* effect) { return *static_cast<Adapter*>(effect->object); }
+
+    // From here on the record is the adapter's, until effClose.
+    static void give(AEffect& record, Adapter& adapter) {
+        record.magic = kEffectMagic;
+        record.object = &adapter;
+        record.ioRatio = 1.0F;
+        record.dispatcher = [](AEffect* effect, VstInt32 opcode, VstInt32 index, VstIntPtr value,
+                               void* ptr, float opt) {
+            if (opcode != effClose)
+                return of(effect).dispatch(opcode, index, value, ptr, opt);
+            delete &of(effect);
+            return VstIntPtr{1};
+        };
+        record.setParameter = [](AEffect* effect, VstInt32 index, float value) {
+            of(effect).setParameter(index, value);
+        };
+        record.getParameter = [](AEffect* effect, VstInt32 index) {
+            return of(effect).getParameter(index);
+        };
+        record.processReplacing = process<float>;
+    }
+
+    template <typename Sample>
+    static void process(AEffect* effect, Sample** inputs, Sample** outputs, VstInt32 frames) {
+        if (frames > 0)
+            of(effect).player.process(inputs, outputs, static_cast<std::uint32_t>(frames));
+    }
+};
+
 } // namespace mirelon::hosting

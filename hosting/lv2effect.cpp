@@ -66,30 +66,10 @@ Lv2Effect::Lv2Effect(const Lv2Bundle& bundle_, audioMasterCallback host_)
     , host(host_)
     , parameters(lv2Parameters(bundle))
     , player(bundle, usualRate) {
-    record.magic = kEffectMagic;
-    record.object = this;
-    record.dispatcher = [](AEffect* effect, VstInt32 opcode, VstInt32 index, VstIntPtr value,
-                           void* ptr, float opt) {
-        if (opcode != effClose)
-            return of(effect).dispatch(opcode, index, value, ptr, opt);
-        delete &of(effect);
-        return VstIntPtr{1};
-    };
-    record.setParameter = [](AEffect* effect, VstInt32 index, float value) {
-        of(effect).setParameter(index, value);
-    };
-    record.getParameter = [](AEffect* effect, VstInt32 index) {
-        return of(effect).getParameter(index);
-    };
-    record.processReplacing = [](AEffect* effect, float** inputs, float** outputs,
-                                 VstInt32 frames) {
-        if (frames > 0)
-            of(effect).player.process(inputs, outputs, static_cast<std::uint32_t>(frames));
-    };
+    EffectFunctions<Lv2Effect>::give(record, *this);
     record.numParams = static_cast<VstInt32>(parameters.size());
     record.numInputs = static_cast<VstInt32>(player.ports().audioInputs());
     record.numOutputs = static_cast<VstInt32>(player.ports().audioOutputs());
-    record.ioRatio = 1.0F;
     record.uniqueID = identifierOf(bundle.uri());
     record.version = versionOf(bundle);
     record.flags = effFlagsCanReplacing;

@@ -1,6 +1,7 @@
 // An LV2 plug-in in the shape of a VST 2.4 effect, for all that drives effects.
 #pragma once
 
+#include "hosting/effectrecord.h"
 #include "hosting/lv2bundle.h"
 #include "hosting/lv2editor.h"
 #include "hosting/lv2parameter.h"
@@ -33,7 +34,7 @@ class Lv2Effect : private Lv2EditorListener {
   private:
     Lv2Effect(const Lv2Bundle& bundle, audioMasterCallback host);
 
-    static Lv2Effect& of(AEffect* effect) { return *static_cast<Lv2Effect*>(effect->object); }
+    friend struct EffectFunctions<Lv2Effect>;
     VstIntPtr dispatch(VstInt32 opcode, VstInt32 index, VstIntPtr value, void* ptr, float opt);
     VstIntPtr answerText(VstInt32 opcode, VstInt32 index, char* buffer);
 
