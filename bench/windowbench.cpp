@@ -208,6 +208,16 @@ void runFor(Clock::duration time, std::vector<Job> jobs, bool withGlib) {
 
 // --- What is measured ---
 
+// Gives up after a second.
+void waitUntilAllIsDrawn(const Host& host) {
+    test::WindowDamage drawn(*host.window);
+    const ERect size = host.editorSize();
+    const long all = static_cast<long>(size.right - size.left) * (size.bottom - size.top);
+    const auto end = Clock::now() + 1s;
+    while (drawn.pixels() < all && Clock::now() < end)
+        runFor(1ms, {{1ms, [&] { drawn.look(); }}}, true);
+}
+
 // Of new instances, after a first one.
 void measureOpening(Host& host, Figures& figures) {
     constexpr int times = 7;
@@ -219,11 +229,7 @@ void measureOpening(Host& host, Figures& figures) {
         const auto sinceBegin = [begin] { return seconds(Clock::now() - begin) * 1000; };
         host.open();
         const double openedAfter = sinceBegin();
-        test::WindowDamage drawn(*host.window);
-        const ERect size = host.editorSize();
-        const long all = static_cast<long>(size.right - size.left) * (size.bottom - size.top);
-        while (drawn.pixels() < all && sinceBegin() < 1000)
-            runFor(1ms, {{1ms, [&] { drawn.look(); }}}, true);
+        waitUntilAllIsDrawn(host);
         if (i > 0) {
             opened.push_back(openedAfter);
             shown.push_back(sinceBegin());

@@ -32,6 +32,7 @@ CTextEdit* newNameField(const panel::Control& control, IControlListener* listene
     field->setFontColor(inkColor);
     field->setFrameColor(inkColor);
     field->setHoriAlign(kCenterText);
+    field->setTextTruncateMode(CTextLabel::kTruncateTail);
     return field;
 }
 

@@ -43,6 +43,7 @@ constexpr int aboutHeight = 100; // at least
 constexpr int panelTop = 305;
 constexpr Position nameField{146, 327};
 constexpr Position menuButton{212, 326};
+constexpr int menuButtonLeft = 207;
 constexpr Position rockerLeft{226, 326};
 constexpr Position rockerRight{243, 326};
 constexpr Position savePreset{14, 319};

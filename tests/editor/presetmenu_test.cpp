@@ -37,15 +37,16 @@ TEST_F(PresetMenu, ShowsTheNameOfTheChosenPresetInTheField) {
 TEST_F(PresetMenu, IsClosedUnchangedByASecondClickOnItsButton) {
     editor.click(rockerRight.x, rockerRight.y);
     const Pixels closed = shownName();
-    for (const auto apart : {100ms, 420ms, 800ms}) {
-        editor.host.forgetCalls();
-        editor.click(menuButton.x, menuButton.y);
-        editor.run(apart);
-        editor.click(menuButton.x, menuButton.y);
-        editor.run(500ms);
-        EXPECT_TRUE(editor.host.calls().empty()) << apart.count();
-        EXPECT_EQ(shownName(), closed) << apart.count();
-    }
+    for (const auto apart : {100ms, 420ms, 800ms})
+        for (const int x : {menuButtonLeft, menuButton.x}) {
+            editor.host.forgetCalls();
+            editor.click(x, menuButton.y);
+            editor.run(apart);
+            editor.click(x, menuButton.y);
+            editor.run(500ms);
+            EXPECT_TRUE(editor.host.calls().empty()) << apart.count() << ' ' << x;
+            EXPECT_EQ(shownName(), closed) << apart.count() << ' ' << x;
+        }
     EXPECT_EQ(editor.effect->programName(), "extended width");
 }
 

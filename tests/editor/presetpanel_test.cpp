@@ -111,6 +111,16 @@ TEST_P(PresetPanel, OfALongNameTwentyFourBytesStay) {
     EXPECT_EQ(editor.pixels().part(91, 320, 201, 334), cut.part(91, 320, 201, 334));
 }
 
+TEST_P(PresetPanel, OfALongNameTheBeginningIsShown) {
+    const auto shown = [&](const char* name) {
+        editor.effect->setProgramName(name);
+        editor.moveTo(150, 305);
+        return editor.pixels().part(91, 320, 201, 334);
+    };
+    // Two letters of one width, so that nothing else differs.
+    EXPECT_NE(shown("nwwwwwwwwwwwwwwwwwwwwwww"), shown("uwwwwwwwwwwwwwwwwwwwwwww"));
+}
+
 TEST_P(PresetPanel, MemoriesKeepThePresetAndGiveItBack) {
     for (const auto& [store, recall] : {std::pair{storeA, recallA}, {storeB, recallB}}) {
         editor.effect->setParameter(0, 0.125F);
