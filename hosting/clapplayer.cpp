@@ -83,7 +83,7 @@ void ClapPlayer::noteTold() noexcept {
 template <typename Sample>
 void ClapPlayer::process(Sample* const* inputs, Sample* const* outputs,
                          std::uint32_t frames) noexcept {
-    const Turn turn(busy, Turn::Manner::awaited);
+    const Turn turn(busy, Turn::Manner::spun);
     if (!active) {
         for (std::uint32_t i = 0; i < instance.outputChannels(); ++i)
             std::fill_n(outputs[i], frames, Sample{0});

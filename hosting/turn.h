@@ -9,12 +9,14 @@ namespace mirelon::hosting {
 // The thing is this thread's for as long as the object lives, if it says so.
 class Turn {
   public:
-    enum class Manner { tried, awaited };
+    // `spun`: awaited without a system call, where others hold it for moments only.
+    enum class Manner { tried, awaited, spun };
     Turn(std::atomic_flag& busy_, Manner manner) noexcept
         : busy(busy_)
         , taken(!busy.test_and_set(std::memory_order_acquire)) {
-        while (!taken && manner == Manner::awaited) {
-            std::this_thread::yield();
+        while (!taken && manner != Manner::tried) {
+            if (manner == Manner::awaited)
+                std::this_thread::yield();
             taken = !busy.test_and_set(std::memory_order_acquire);
         }
     }
