@@ -18,12 +18,21 @@ constexpr std::array<std::string_view, 4> entryPoints{"VSTPluginMain", "main", "
                                                       "main_plugin"};
 constexpr std::array<std::string_view, 3> lv2EntryPoints{"lv2_descriptor", "lv2_lib_descriptor",
                                                          "lv2ui_descriptor"};
+constexpr std::string_view clapEntryPoint = "clap_entry";
 
 bool isEntryPoint(hosting::PluginFormat format, const std::string& name) {
     const auto among = [&name](const auto& names) {
         return std::ranges::find(names, name) != names.end();
     };
-    return format == hosting::PluginFormat::lv2 ? among(lv2EntryPoints) : among(entryPoints);
+    switch (format) {
+    case hosting::PluginFormat::lv2:
+        return among(lv2EntryPoints);
+    case hosting::PluginFormat::clap:
+        return name == clapEntryPoint;
+    case hosting::PluginFormat::vst2:
+        break;
+    }
+    return among(entryPoints);
 }
 
 // The libraries of the plug-in, which need not load for that.
