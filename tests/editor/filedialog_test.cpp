@@ -276,7 +276,7 @@ TEST_P(FileDialogs, EndWithTheirWindowAndWriteNothing) {
         dialog.answer(folder / "one.dvp");
         EXPECT_TRUE(ends(dialog));
         EXPECT_FALSE(exists(folder / "one.dvp"));
-        EXPECT_TRUE(editor.window->children().empty());
+        EXPECT_TRUE(editor.window->becomesEmpty());
         EXPECT_EQ(editor.open(), 1);
         EXPECT_TRUE(takesInput());
     }

@@ -44,8 +44,7 @@ TEST_P(EditorLife, ClosingTakesTheWindowAway) {
     EditorHost editor(GetParam());
     editor.open();
     editor.close();
-    // The test's connection to the server is another than the editor's.
-    EXPECT_TRUE(editor.runUntil([&] { return editor.window->children().empty(); }));
+    EXPECT_TRUE(editor.window->becomesEmpty());
     EXPECT_EQ(editor.pixels().at(10, 10), hostGrey);
 }
 
@@ -58,7 +57,7 @@ TEST_P(EditorLife, FiftyOpeningsLeaveNoWindowAndNoFileBehind) {
         ASSERT_EQ(editor.effect->dispatch(effEditOpen, 0, 0, editor.window->asParent()), 1);
         editor.run(30ms);
         editor.close();
-        ASSERT_TRUE(editor.runUntil([&] { return editor.window->children().empty(); }));
+        ASSERT_TRUE(editor.window->becomesEmpty());
     }
     EXPECT_EQ(openFiles(), before);
     editor.open();
@@ -107,7 +106,7 @@ TEST_P(EditorLife, AnInstanceMayGoWithItsEditorOpen) {
     EditorHost editor(GetParam());
     editor.open();
     editor.effect.reset();
-    EXPECT_TRUE(editor.window->children().empty());
+    EXPECT_TRUE(editor.window->becomesEmpty());
     editor.run(60ms);
 }
 
@@ -206,10 +205,10 @@ TEST(EditorLifeAlone, AnotherThreadMayCloseTheEditor) {
     EditorHost editor;
     editor.open();
     std::thread([&] { editor.close(); }).join();
-    EXPECT_TRUE(editor.window->children().empty());
+    EXPECT_TRUE(editor.window->becomesEmpty());
     EXPECT_EQ(editor.open(), 1);
     std::thread([&] { editor.effect.reset(); }).join();
-    EXPECT_TRUE(editor.window->children().empty());
+    EXPECT_TRUE(editor.window->becomesEmpty());
 }
 
 TEST(EditorLifeAlone, EditorsOpenOnOneThreadAtATime) {

@@ -139,7 +139,7 @@ TEST(EditorThreads, TheWindowMayCloseElsewhereWhileItsOwnThreadSetsParameters) {
             editor.effect->setProgram(i % 11);
         }
         command.join();
-        EXPECT_TRUE(editor.window->children().empty());
+        EXPECT_TRUE(editor.window->becomesEmpty());
     }
 }
 

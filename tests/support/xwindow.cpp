@@ -4,9 +4,11 @@
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
 #include <X11/extensions/XTest.h>
+#include <chrono>
 #include <cmath>
 #include <memory>
 #include <stdexcept>
+#include <thread>
 
 namespace mirelon::test {
 
@@ -128,6 +130,13 @@ bool XWindow::isMapped(unsigned long child) const {
     XWindowAttributes attributes{};
     return XGetWindowAttributes(connection(), child, &attributes) != 0 &&
            attributes.map_state == IsViewable;
+}
+
+bool XWindow::becomesEmpty() const {
+    constexpr std::chrono::milliseconds interval(4);
+    for (int i = 0; i < 500 && !children().empty(); ++i)
+        std::this_thread::sleep_for(interval);
+    return children().empty();
 }
 
 std::vector<std::uint32_t> XWindow::embedInfo(unsigned long child) const {

@@ -42,6 +42,10 @@ class XWindow : public hosting::HostWindow {
     void markAsManaged() const;
 
     bool isMapped(unsigned long child) const;
+    // Whether no window is left in it. Waits for that, for two seconds: the server
+    // may hear of an editor's closing later than of this question, which comes over
+    // another connection.
+    bool becomesEmpty() const;
     // The two words of the property by which a child asks to be shown; empty
     // when it has none.
     std::vector<std::uint32_t> embedInfo(unsigned long child) const;

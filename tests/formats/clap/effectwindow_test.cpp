@@ -53,7 +53,7 @@ TEST_F(ClapEffectWindow, OpensAndCloses) {
     EXPECT_NE(effect.dispatch(effEditOpen, 0, 0, parent->asParent()), 0);
     EXPECT_EQ(parent->children().size(), 1U);
     effect.dispatch(effEditClose);
-    EXPECT_TRUE(parent->children().empty());
+    EXPECT_TRUE(parent->becomesEmpty());
 }
 
 TEST_F(ClapEffectWindow, TellsADragAsOneGesture) {

@@ -47,7 +47,7 @@ TEST(Lv2WindowLife, RefusesAHostThatLacksTheMappingOrTheParent) {
     EXPECT_FALSE(NotedWindow(lv2Bundle(), {host.parent->id(), false, {}}).isOpen());
     EXPECT_FALSE(NotedWindow(lv2Bundle(), {0, true, {}}).isOpen());
     EXPECT_FALSE(NotedWindow(lv2Bundle(), {0x7FFFFF, true, {}}).isOpen());
-    EXPECT_TRUE(host.parent->children().empty());
+    EXPECT_TRUE(host.parent->becomesEmpty());
 }
 
 TEST(Lv2WindowLife, OpensInTheScaleThatTheHostAsksFor) {
@@ -61,7 +61,7 @@ TEST(Lv2WindowLife, ClosingTakesTheWindowAway) {
     host.open();
     host.run();
     host.window.reset();
-    EXPECT_TRUE(host.parent->children().empty());
+    EXPECT_TRUE(host.parent->becomesEmpty());
 }
 
 TEST(Lv2WindowLife, SixtyOpeningsWithTwoAtOnceInEveryThirdLeaveNothingBehind) {
@@ -85,7 +85,7 @@ TEST(Lv2WindowLife, SixtyOpeningsWithTwoAtOnceInEveryThirdLeaveNothingBehind) {
             other.window.reset();
         host.window.reset();
         other.window.reset();
-        ASSERT_TRUE(host.parent->children().empty()) << i;
+        ASSERT_TRUE(host.parent->becomesEmpty()) << i;
     }
     EXPECT_EQ(openFiles(), before);
     host.open();
