@@ -76,11 +76,12 @@ TEST(Check, RefusesWhatIsNoFile) {
 }
 
 TEST(Check, RefusesAFileThatIsNoPlugInInOneLine) {
-    for (const std::string& file : {host, std::string("/etc/passwd"), std::string("/")}) {
+    const std::vector<std::pair<std::string, std::string>> files{
+        {host, ": not a "}, {"/etc/passwd", ": not a "}, {"/", ": a folder, but no LV2 bundle"}};
+    for (const auto& [file, reason] : files) {
         const Outcome outcome = run(host + " check " + file);
         EXPECT_EQ(outcome.status, 2) << outcome.output;
-        EXPECT_EQ(outcome.output.rfind("mirelon-host: " + file + ": not a ", 0), 0U)
-            << outcome.output;
+        EXPECT_EQ(outcome.output.rfind("mirelon-host: " + file + reason, 0), 0U) << outcome.output;
         EXPECT_EQ(std::ranges::count(outcome.output, '\n'), 1) << outcome.output;
     }
 }
