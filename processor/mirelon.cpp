@@ -13,7 +13,6 @@ using mirelon::copyText;
 
 namespace {
 
-constexpr VstInt32 uniqueId = fourCharacters("MrLn");
 constexpr VstInt32 vendorVersion = 1980;
 constexpr std::string_view effectName = "Dravik Mirelon";
 constexpr std::string_view productName = "Mirelon";
@@ -42,7 +41,7 @@ Mirelon::Mirelon(audioMasterCallback audioMaster)
     , scratchBuffer(std::make_unique_for_overwrite<float[]>(scratchSize)) {
     setNumInputs(2);
     setNumOutputs(2);
-    setUniqueID(uniqueId);
+    setUniqueID(mirelon::effectId);
     canProcessReplacing(true);
     canDoubleReplacing(true);
     sampleRateInt = integerRate(getSampleRate());

@@ -5,7 +5,6 @@
 #include "tools/displaysearch.h"
 #include "tools/nearestname.h"
 
-#include <algorithm>
 #include <cmath>
 #include <optional>
 #include <utility>
@@ -14,12 +13,10 @@ namespace mirelon::tools {
 
 namespace {
 
-// Whether its parameters are Mirelon's, whose texts have an exact way back.
+// Whether its parameters are Mirelon's, in whatever format, whose texts have an
+// exact way back.
 bool hasOwnParameters(const hosting::Effect& effect) {
-    return effect.record().numParams == kNumParams &&
-           std::ranges::all_of(parameterTable, [&](const Parameter& parameter) {
-               return effect.parameterName(parameter.index) == parameter.name;
-           });
+    return effect.record().uniqueID == effectId && effect.record().numParams == kNumParams;
 }
 
 // The effect's own conversion. Some claim to have one and do nothing: what counts

@@ -28,6 +28,10 @@ enum ParameterIndex : int {
 
 namespace mirelon {
 
+// Whose parameters these are: the effect's number in states, files and towards
+// hosts, "MrLn" as four characters. Part of the file formats.
+inline constexpr int effectId = 0x4D724C6E;
+
 enum class ParameterKind { continuous, onOff };
 
 // A coefficient, and how it follows from the parameter's normalised value.
