@@ -22,8 +22,10 @@ constexpr std::array descriptions{
     Description{"load-time", "Loads and opens the plug-in. More than two seconds are unusual: "
                              "hosts scan whole folders of plug-ins."},
     Description{"load-memory", "Makes sixteen instances. More than 32 MiB for each are unusual."},
-    Description{"symbols-entry", "Reads the file's symbols: VSTPluginMain or main must be "
-                                 "exported, or no host finds the plug-in."},
+    Description{"symbols-entry",
+                "Reads the file's symbols: the entry point of its format must be exported "
+                "(VSTPluginMain or main, lv2_descriptor, clap_entry), or no host finds the "
+                "plug-in."},
     Description{"symbols-leaked",
                 "Reads the file's symbols. Exported names besides the entry points are unusual: "
                 "where a host loads plug-ins with their names in common, two that export the same "

@@ -7,7 +7,7 @@
 
 namespace mirelon::test {
 
-// Counts from its making on. Whoever draws goes on meanwhile: look() often, and
+// Counts from its making on. The window is drawn meanwhile: look() often, and
 // after a moment's rest to have seen everything.
 class WindowDamage {
   public:
