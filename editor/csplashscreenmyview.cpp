@@ -55,13 +55,24 @@ void CSplashScreenMyView::draw(CDrawContext* context) {
 CMouseEventResult CSplashScreenMyView::onMouseDown(CPoint& /*where*/, const CButtonState& buttons) {
     if ((buttons & kLButton) == 0)
         return kMouseEventNotHandled;
-    // The frame still refers to this view while it delivers the press.
+    endWhenHandled();
+    return kMouseEventHandled;
+}
+
+void CSplashScreenMyView::onKeyboardEvent(KeyboardEvent& event) {
+    if (event.type != EventType::KeyDown || event.virt != VirtualKey::Escape)
+        return;
+    event.consumed = true;
+    endWhenHandled(); // may be the end of this view
+}
+
+// The frame still refers to this view while it delivers an event.
+void CSplashScreenMyView::endWhenHandled() {
     CFrame* frame = getFrame();
     if (frame == nullptr || !frame->inEventProcessing())
         end();
     else
         frame->doAfterEventProcessing([view = shared(this)] { view->end(); });
-    return kMouseEventHandled;
 }
 
 void CSplashScreenMyView::end() {

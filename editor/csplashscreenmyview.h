@@ -4,7 +4,7 @@
 #include "platform/toolkit.h"
 
 // Modal in its frame: a press anywhere in the window comes here and takes the
-// picture away. The frame and the view itself share its life; nobody
+// picture away, and so does the escape key. The frame and the view itself share its life; nobody
 // else keeps it.
 class CSplashScreenMyView : public VSTGUI::CControl {
   public:
@@ -16,6 +16,7 @@ class CSplashScreenMyView : public VSTGUI::CControl {
     void draw(VSTGUI::CDrawContext* context) override;
     VSTGUI::CMouseEventResult onMouseDown(VSTGUI::CPoint& where,
                                           const VSTGUI::CButtonState& buttons) override;
+    void onKeyboardEvent(VSTGUI::KeyboardEvent& event) override;
     // Whether `className` names this class or one that it derives from.
     virtual bool isTypeOf(const char* className) const;
     VSTGUI::CBaseObject* newCopy() const override;
@@ -25,6 +26,8 @@ class CSplashScreenMyView : public VSTGUI::CControl {
     void end();
 
   private:
+    void endWhenHandled();
+
     VSTGUI::CSplashScreen* owner; // not owned
     VSTGUI::CPoint textOrigin;
 };

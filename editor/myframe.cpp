@@ -122,9 +122,9 @@ bool MyFrame::isTyping() const {
 }
 
 void MyFrame::onKey(KeyboardEvent& event) {
-    const CView* const modal = getModalView();
+    CView* const modal = getModalView();
     if (modal != nullptr && modal->asViewContainer() == nullptr)
-        return; // the about picture has no use for keys
+        return modal->onKeyboardEvent(event); // the about picture, or what blocks the input
     // The text that is typed asks here a second time, from inside.
     const bool outermost = !std::exchange(handlingKey, true);
     const auto end = finally([&] { handlingKey = handlingKey && !outermost; });
