@@ -8,12 +8,15 @@
 #include "tools/pngfile.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace mirelon::tools {
 
@@ -27,9 +30,23 @@ struct Options {
     std::string input;
 };
 
-// For the window to appear, and for the meters to follow the sound.
-constexpr auto openingTime = 500ms;
-constexpr auto listeningTime = 1500ms;
+constexpr auto lookInterval = 250ms;
+constexpr auto longestWait = 5s;
+constexpr auto listeningTime = 1500ms; // for the meters to follow the sound
+
+// Until two looks in a row see the same, and more than one colour.
+void waitUntilDrawn(hosting::EditorWindow& editor) {
+    hosting::Picture before;
+    for (auto waited = 0ms; waited < longestWait; waited += lookInterval) {
+        editor.runFor(lookInterval);
+        hosting::Picture now = editor.window().picture();
+        const bool blank =
+            std::ranges::adjacent_find(now.rgb, std::not_equal_to()) == now.rgb.end();
+        if (!blank && now == before)
+            return;
+        before = std::move(now);
+    }
+}
 
 void screenshot(const Options& options) {
     if (!sameName(std::filesystem::path(options.picture).extension().string(), ".png"))
@@ -37,7 +54,7 @@ void screenshot(const Options& options) {
     const auto plugin = loadForEditor(options.editor);
     hosting::Effect& effect = plugin->effect;
     const auto editor = openEditor(effect, hosting::WindowKind::bare, hosting::Drive::both);
-    editor->runFor(openingTime);
+    waitUntilDrawn(*editor);
     std::optional<LiveFeed> feed;
     if (!options.input.empty()) {
         feed.emplace(effect, options.input, Output::none);
