@@ -4,7 +4,15 @@ install(TARGETS mirelon LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}/vst" COMPON
 install(FILES packaging/example.dravik.mirelon.metainfo.xml
         DESTINATION "${CMAKE_INSTALL_DATADIR}/metainfo" COMPONENT plugin)
 
-install(FILES README.md CHANGELOG.md docs/manual.md docs/formats.md docs/lv2.md docs/clap.md
+# The toolkit's licence as the toolkit words it.
+file(STRINGS "${MIRELON_VSTGUI_DIR}/LICENSE" _lines)
+foreach(_line IN LISTS _lines)
+  string(REGEX REPLACE "^// ?" "" _line "${_line}")
+  string(APPEND MIRELON_VSTGUI_LICENSE "${_line}\n")
+endforeach()
+configure_file(packaging/third-party-notices.md.in third-party-notices.md @ONLY)
+
+install(FILES README.md CHANGELOG.md "${CMAKE_BINARY_DIR}/third-party-notices.md" docs/manual.md docs/formats.md docs/lv2.md docs/clap.md
               docs/hosts.md
         DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT docs)
 
