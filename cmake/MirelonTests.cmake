@@ -1,7 +1,8 @@
-# mirelon_test(NAME SOURCES ... [LINK ...] [ROOMS] [LABELS ...] [TIMEOUT s])
+# mirelon_test(NAME SOURCES ... [LINK ...] [ROOMS] [LABELS ...] [TIMEOUT s] [LOCK name])
 # makes one GoogleTest executable and registers each of its tests with CTest.
 # ROOMS links the plug-in's own objects; tests that see the plug-in as a host
-# does load the built .so instead, whose path is the macro MIRELON_PLUGIN_FILE.
+# does load the built .so instead, whose path is the macro MIRELON_PLUGIN_FILE. Of
+# tests with the same LOCK one runs at a time; they begin early.
 #
 # Target threaded_tests: those with "threads" in their label, which a ThreadSanitizer
 # build runs.
@@ -11,7 +12,7 @@ find_package(GTest REQUIRED)
 add_custom_target(threaded_tests)
 
 function(mirelon_test name)
-  cmake_parse_arguments(PARSE_ARGV 1 ARG "ROOMS" "TIMEOUT" "SOURCES;LINK;LABELS")
+  cmake_parse_arguments(PARSE_ARGV 1 ARG "ROOMS" "TIMEOUT;LOCK" "SOURCES;LINK;LABELS")
   add_executable(${name} ${ARG_SOURCES})
   target_link_libraries(${name} PRIVATE mirelon_options ${ARG_LINK} GTest::gmock GTest::gtest
                                         GTest::gtest_main)
@@ -27,6 +28,9 @@ function(mirelon_test name)
   if(NOT ARG_TIMEOUT)
     set(ARG_TIMEOUT 120)
   endif()
+  if(ARG_LOCK)
+    set(_lock RESOURCE_LOCK ${ARG_LOCK} COST 1000)
+  endif()
   gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST
-    PROPERTIES TIMEOUT ${ARG_TIMEOUT} LABELS "${ARG_LABELS}")
+    PROPERTIES TIMEOUT ${ARG_TIMEOUT} LABELS "${ARG_LABELS}" ${_lock})
 endfunction()
