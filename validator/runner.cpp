@@ -16,7 +16,6 @@
 #include <cstring>
 #include <fcntl.h>
 #include <fstream>
-#include <regex>
 #include <sys/prctl.h>
 #include <unistd.h>
 #include <utility>
@@ -114,6 +113,17 @@ Result resultOf(const Check& check, const std::string& report, bool inTime, int 
     return result;
 }
 
+// Takes out what tells a terminal to change colour: "\x1b[", numbers, "m".
+void eraseColours(std::string& line) {
+    for (std::size_t from = 0; (from = line.find("\x1b[", from)) != std::string::npos;) {
+        const std::size_t end = line.find_first_not_of("0123456789;", from + 2);
+        if (end != std::string::npos && line[end] == 'm')
+            line.erase(from, end + 1 - from);
+        else
+            from += 2;
+    }
+}
+
 // Its end, where a crash leaves its reason.
 std::vector<std::string> lastLines(const fs::path& file) {
     constexpr std::size_t most = 5;
@@ -122,9 +132,8 @@ std::vector<std::string> lastLines(const fs::path& file) {
     stream.seekg(0, std::ios::end);
     stream.seekg(std::max<std::streamoff>(0, stream.tellg() - farthest));
     std::vector<std::string> lines;
-    static const std::regex colours("\x1b\\[[0-9;]*m");
     for (std::string line; std::getline(stream, line);) {
-        line = std::regex_replace(line, colours, "");
+        eraseColours(line);
         if (!line.empty())
             lines.push_back(std::move(line));
     }
