@@ -6,8 +6,8 @@
 #include <gmock/gmock.h>
 
 #include <filesystem>
-#include <regex>
 #include <sndfile.h>
+#include <stdexcept>
 
 namespace mirelon::test {
 namespace {
@@ -19,7 +19,12 @@ std::string recipe(const std::string& word) {
     const std::string fence = "```\n";
     const std::size_t begin = page.rfind(fence, place) + fence.size();
     const std::string text = page.substr(begin, page.find(fence, begin) - begin);
-    return std::regex_replace(text, std::regex("--sshlogin [^ ]*"), "--sshlogin :");
+    const std::string machines = "--sshlogin ";
+    const std::size_t option = text.find(machines);
+    if (option == std::string::npos)
+        throw std::runtime_error("the recipe names no machines");
+    const std::size_t first = option + machines.size();
+    return text.substr(0, first) + ':' + text.substr(text.find(' ', first));
 }
 
 class Archive : public testing::Test {
