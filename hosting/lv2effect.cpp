@@ -123,6 +123,8 @@ VstIntPtr Lv2Effect::dispatch(VstInt32 opcode, VstInt32 index, VstIntPtr value, 
             editor->idle();
         return 0;
     case effGetChunk:
+        if (ptr == nullptr)
+            return 0;
         givenChunk = chunk();
         *static_cast<void**>(ptr) = givenChunk.data();
         return static_cast<VstIntPtr>(givenChunk.size());

@@ -1,20 +1,10 @@
 #include "platform/toolkitconnection.h"
 
+#include "platform/toolkitx11.h"
+
 #include <array>
-#include <cstdlib>
-#include <memory>
 #include <mutex>
 #include <string_view>
-#include <xcb/xcb.h>
-
-// The header uses `explicit` and other keywords of C as names in what it
-// includes; it is fenced like the rest of the toolkit.
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wconversion"
-#pragma GCC diagnostic ignored "-Wunused-parameter"
-#include "vstgui/lib/platform/linux/x11platform.h"
-#include "vstgui/lib/platform/linux/x11timer.h"
-#pragma GCC diagnostic pop
 
 namespace mirelon {
 
@@ -24,17 +14,6 @@ constexpr std::string_view embedPropertyName = "_XEMBED_INFO";
 // Window managers put it on the windows that they manage.
 constexpr std::string_view managedPropertyName = "WM_STATE";
 constexpr std::array<std::uint32_t, 2> embedVersionAndMapped{0, 1};
-
-template <typename Reply>
-struct FreeReply {
-    void operator()(Reply* reply) const { std::free(reply); }
-};
-template <typename Reply>
-using ReplyPtr = std::unique_ptr<Reply, FreeReply<Reply>>;
-
-xcb_connection_t* connection() {
-    return VSTGUI::X11::RunLoop::instance().getXcbConnection();
-}
 
 // 0 when the server has not made it, or is gone.
 xcb_atom_t atomNamed(std::string_view name, bool onlyIfExists) {

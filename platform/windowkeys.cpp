@@ -1,20 +1,12 @@
 #include "platform/windowkeys.h"
 
 #include "platform/toolkitconnection.h"
+#include "platform/toolkitx11.h"
 
 #include <algorithm>
 #include <array>
-#include <cstdlib>
-#include <memory>
 #include <utility>
 #include <vector>
-#include <xcb/xcb.h>
-
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wconversion"
-#pragma GCC diagnostic ignored "-Wunused-parameter"
-#include "vstgui/lib/platform/linux/x11platform.h"
-#pragma GCC diagnostic pop
 
 namespace mirelon {
 
@@ -22,17 +14,9 @@ namespace {
 
 constexpr std::uint8_t sentByAProgram = 0x80; // in the type of an event
 
-template <typename Reply>
-using ReplyPtr = std::unique_ptr<Reply, decltype(&std::free)>;
-
-xcb_connection_t* connection() {
-    return VSTGUI::X11::RunLoop::instance().getXcbConnection();
-}
-
 xcb_window_t focusedWindow() {
     const ReplyPtr<xcb_get_input_focus_reply_t> reply(
-        xcb_get_input_focus_reply(connection(), xcb_get_input_focus(connection()), nullptr),
-        &std::free);
+        xcb_get_input_focus_reply(connection(), xcb_get_input_focus(connection()), nullptr));
     return reply != nullptr ? reply->focus : xcb_window_t{XCB_NONE};
 }
 
@@ -44,8 +28,7 @@ void setFocus(xcb_window_t window) {
 // Goes further out from there to whatever window asks for keys.
 void sendToParent(const xcb_key_press_event_t& key, std::uint32_t mask) {
     const ReplyPtr<xcb_query_tree_reply_t> tree(
-        xcb_query_tree_reply(connection(), xcb_query_tree(connection(), key.event), nullptr),
-        &std::free);
+        xcb_query_tree_reply(connection(), xcb_query_tree(connection(), key.event), nullptr));
     if (tree == nullptr || tree->parent == XCB_NONE)
         return;
     // An editor's window stands in its parent's corner: positions stay.
