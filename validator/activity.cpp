@@ -33,9 +33,8 @@ void keepActivityIn(const std::filesystem::path& file) {
 }
 
 void setActivity(std::string_view text) noexcept {
-    const std::size_t length = std::min(text.size(), std::size_t{250});
-    std::memcpy(place, text.data(), length);
-    place[length] = '\0';
+    // Not memcpy: an empty text may point nowhere.
+    *std::ranges::copy(text.substr(0, 250), place).out = '\0';
 }
 
 std::string activity() {
