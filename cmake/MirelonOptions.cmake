@@ -1,5 +1,5 @@
 # What all of our own code is compiled with: target mirelon_options, and
-# mirelon_room(NAME SOURCES ... [LINK ...]) for the plug-in's rooms.
+# mirelon_room(NAME [AUDIO] SOURCES ... [LINK ...]) for the plug-in's rooms.
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
@@ -24,10 +24,15 @@ if(MIRELON_SANITIZE)
   add_link_options("-fsanitize=${MIRELON_SANITIZE}")
 endif()
 
+# AUDIO: the room's code runs for each block of audio; all other waits for hands,
+# files or the display, and is made small rather than fast.
 function(mirelon_room name)
-  cmake_parse_arguments(PARSE_ARGV 1 ARG "" "" "SOURCES;LINK")
+  cmake_parse_arguments(PARSE_ARGV 1 ARG "AUDIO" "" "SOURCES;LINK")
   add_library(mirelon_${name} OBJECT ${ARG_SOURCES})
   target_link_libraries(mirelon_${name} PRIVATE mirelon_options PUBLIC ${ARG_LINK})
   # The plug-in is linked with --gc-sections: what nobody calls stays out of it.
-  target_compile_options(mirelon_${name} PRIVATE -ffunction-sections)
+  target_compile_options(mirelon_${name} PRIVATE -ffunction-sections -fdata-sections)
+  if(NOT ARG_AUDIO)
+    target_compile_options(mirelon_${name} PRIVATE $<$<CONFIG:Release>:-O2>)
+  endif()
 endfunction()
