@@ -1,6 +1,6 @@
 // Numbers as the short texts that hosts and the editor's read-outs show.
 //
-// What every function here promises: the text has at most 31 characters and is
+// What every function that forms a text promises: it has at most 31 characters and is
 // terminated; it goes into the buffer complete or not at all. Where there is no
 // number that the format could take (too large, or NaN), the buffer keeps what it
 // held. Only a text that means "everything else", like "C" or "-oo dB", is also
