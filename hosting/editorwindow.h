@@ -50,6 +50,7 @@ class EditorWindow {
     void runFor(std::chrono::milliseconds time);
 
     const HostWindow& window() const { return host; }
+    HostWindow& window() { return host; }
 
   private:
     Effect& effect;

@@ -10,6 +10,8 @@ namespace mirelon::hosting {
 
 namespace {
 
+constexpr std::size_t mostKeys = 64; // kept
+
 int ignoreError(Display*, XErrorEvent*) {
     return 0;
 }
@@ -48,12 +50,11 @@ HostWindow::HostWindow(const std::string& title, int width, int height, WindowKi
         throw DisplayError("there is no X display to open a window on (DISPLAY)");
     XSetWindowAttributes attributes{};
     attributes.override_redirect = kind == WindowKind::bare ? True : False;
-    attributes.event_mask = StructureNotifyMask;
+    attributes.event_mask = StructureNotifyMask | KeyPressMask;
     window = XCreateWindow(display, DefaultRootWindow(display), 0, 0, static_cast<unsigned>(width),
                            static_cast<unsigned>(height), 0, CopyFromParent, InputOutput, nullptr,
                            CWOverrideRedirect | CWEventMask, &attributes);
-    Xutf8SetWMProperties(display, window, title.c_str(), title.c_str(), nullptr, 0, nullptr,
-                         nullptr, nullptr);
+    setTitle(title);
     fixSize(display, window, width, height);
     Atom message = XInternAtom(display, "WM_DELETE_WINDOW", False);
     XSetWMProtocols(display, window, &message, 1);
@@ -76,6 +77,12 @@ void HostWindow::show() {
     XSync(display, False);
 }
 
+void HostWindow::setTitle(const std::string& title) {
+    Xutf8SetWMProperties(display, window, title.c_str(), title.c_str(), nullptr, 0, nullptr,
+                         nullptr, nullptr);
+    XFlush(display);
+}
+
 void HostWindow::resize(int width, int height) {
     XWindowAttributes now{};
     if (XGetWindowAttributes(display, window, &now) != 0 && now.width == width &&
@@ -91,12 +98,19 @@ bool HostWindow::serve() {
     while (XPending(display) > 0) {
         XEvent event;
         XNextEvent(display, &event);
+        constexpr unsigned commands = ControlMask | Mod1Mask | Mod4Mask;
+        if (event.type == KeyPress && (event.xkey.state & commands) == 0 && keys.size() < mostKeys)
+            keys.push_back(XLookupKeysym(&event.xkey, 0));
         if (event.type == DestroyNotify ||
             (event.type == ClientMessage &&
              static_cast<unsigned long>(event.xclient.data.l[0]) == deleteMessage))
             open = false;
     }
     return open;
+}
+
+std::vector<unsigned long> HostWindow::takeKeys() {
+    return std::exchange(keys, {});
 }
 
 Picture HostWindow::picture() const {

@@ -34,11 +34,16 @@ class HostWindow {
     void* asParent() const;
 
     void show();
+    void setTitle(const std::string& title);
     // Nothing happens where it has that size.
     void resize(int width, int height);
     // Looks at what has happened to the window; false once the user has asked
     // for it to be closed.
     bool serve();
+    // The keys that were pressed in it since the last call, without Control, Alt and
+    // the like: keysyms, of the key's first level. An editor in it may have taken
+    // others for itself. Those of a window that is never asked are lost.
+    std::vector<unsigned long> takeKeys();
     std::vector<unsigned long> children() const { return childrenOf(display, window); }
     // Throws DisplayError when it is not all on the display.
     Picture picture() const;
@@ -47,6 +52,7 @@ class HostWindow {
     _XDisplay* display;
     unsigned long window = 0;
     unsigned long deleteMessage = 0;
+    std::vector<unsigned long> keys;
 };
 
 } // namespace mirelon::hosting

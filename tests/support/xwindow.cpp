@@ -67,12 +67,25 @@ std::optional<unsigned long> windowNamed(std::string_view title) {
         char* name = nullptr;
         if (XFetchName(display.get(), window, &name) == 0 || name == nullptr)
             continue;
-        const bool found = name == title;
+        const std::string_view whole(name);
+        const bool found = whole == title || (whole.starts_with(title) &&
+                                              whole.substr(title.size()).starts_with(" - "));
         XFree(name);
         if (found)
             return window;
     }
     return {};
+}
+
+std::string titleOfWindowNamed(std::string_view title) {
+    const auto window = windowNamed(title);
+    const Connection display = connectToDisplay();
+    char* name = nullptr;
+    if (!window || XFetchName(display.get(), *window, &name) == 0 || name == nullptr)
+        return {};
+    std::string whole(name);
+    XFree(name);
+    return whole;
 }
 
 std::optional<Pixels> pixelsOfWindowNamed(std::string_view title) {
@@ -94,6 +107,17 @@ void closeWindowNamed(std::string_view title) {
     event.xclient.data.l[0] =
         static_cast<long>(XInternAtom(display.get(), "WM_DELETE_WINDOW", False));
     XSendEvent(display.get(), *window, False, NoEventMask, &event);
+}
+
+void pressKeyAt(int x, int y, unsigned long keysym) {
+    const Connection display = connectToDisplay();
+    const unsigned key = XKeysymToKeycode(display.get(), keysym);
+    // Without a window manager the pointer's window must be given the keys.
+    XSetInputFocus(display.get(), PointerRoot, RevertToPointerRoot, CurrentTime);
+    XTestFakeMotionEvent(display.get(), -1, x, y, CurrentTime);
+    XTestFakeKeyEvent(display.get(), key, True, CurrentTime);
+    XTestFakeKeyEvent(display.get(), key, False, CurrentTime);
+    XSync(display.get(), False);
 }
 
 XWindow::XWindow(int width, int height)

@@ -22,12 +22,18 @@ std::pair<int, int> changedRows(const Pixels& before, const Pixels& after);
 // The X resource text that a desktop leaves on the screen for its programs.
 void setScreenResources(std::string_view text);
 
-// A program's window with this title, directly on the screen.
+// A program's window with this title, directly on the screen; what follows " - " in a
+// title may be anything.
 std::optional<unsigned long> windowNamed(std::string_view title);
+// All of its title; empty when there is no such window.
+std::string titleOfWindowNamed(std::string_view title);
 // As the user sees it; nothing when there is no such window.
 std::optional<Pixels> pixelsOfWindowNamed(std::string_view title);
 // Asks the program to close it, as a window manager's close button does.
 void closeWindowNamed(std::string_view title);
+
+// Puts the pointer on this pixel of the screen, and presses a key there.
+void pressKeyAt(int x, int y, unsigned long keysym);
 
 // On show, with the keys. Positions are pixels from the window's corner. Input is
 // real: it goes through the server to whatever is there.

@@ -4,7 +4,6 @@
 #include "tests/tools/hostprogram.h"
 #include "tests/tools/soundfile.h"
 
-#include <algorithm>
 #include <cairo.h>
 #include <chrono>
 #include <csignal>
@@ -42,6 +41,16 @@ class WindowCommands : public ::testing::Test {
     static bool appears() {
         for (int i = 0; i < 500; ++i) {
             if (windowNamed("Dravik Mirelon"))
+                return true;
+            std::this_thread::sleep_for(10ms);
+        }
+        return false;
+    }
+    // To the left, to which the tone goes, while the width meter stays in the middle.
+    static bool balanceMeterMoves() {
+        for (int i = 0; i < 3000; ++i) {
+            const Pixels window = *pixelsOfWindowNamed("Dravik Mirelon");
+            if (window.part(60, 25, 242, 39) != window.part(60, 121, 242, 135))
                 return true;
             std::this_thread::sleep_for(10ms);
         }
@@ -107,14 +116,7 @@ TEST_F(WindowCommands, TheLv2PlugInIsEdited) {
                            home.path,
                            std::vector<std::pair<std::string, std::string>>{{"DISPLAY", display}});
     ASSERT_TRUE(appears());
-    // The balance meter hears the left alone.
-    bool heard = false;
-    for (int i = 0; i < 500 && !heard; ++i) {
-        std::this_thread::sleep_for(10ms);
-        const Pixels window = *pixelsOfWindowNamed("Dravik Mirelon");
-        heard = window.part(60, 25, 242, 39) != window.part(60, 121, 242, 135);
-    }
-    EXPECT_TRUE(heard);
+    EXPECT_TRUE(balanceMeterMoves());
     closeWindowNamed("Dravik Mirelon");
     EXPECT_EQ(program.wait().status, 0);
 }
@@ -165,13 +167,10 @@ TEST_F(WindowCommands, EndsOnControlC) {
     }
 }
 
-TEST_F(WindowCommands, WithoutASoundOutputTheMetersStillMove) {
-    const auto program = start({"edit", tone(), "--play"});
+TEST_F(WindowCommands, TheMetersMoveToAFileThatIsNotHeard) {
+    const auto program = start({"edit", tone()});
     ASSERT_TRUE(appears());
-    std::this_thread::sleep_for(500ms);
-    const Pixels window = *pixelsOfWindowNamed("Dravik Mirelon");
-    // The width meter stays in the middle, the balance meter goes to the left.
-    EXPECT_NE(window.part(60, 25, 242, 39), window.part(60, 121, 242, 135));
+    EXPECT_TRUE(balanceMeterMoves());
     program->signal(SIGINT);
     EXPECT_EQ(program->wait().status, 0);
 }
@@ -182,16 +181,6 @@ TEST_F(WindowCommands, AnEditTakesItsFileAfterASetting) {
     program->signal(SIGINT);
     const ProgramResult result = program->wait();
     EXPECT_EQ(result.status, 0) << result.errors;
-}
-
-TEST_F(WindowCommands, AMissingSoundCardIsOneLine) {
-    const auto program = start({"edit", tone(), "--play"});
-    ASSERT_TRUE(appears());
-    program->signal(SIGINT);
-    const ProgramResult result = program->wait();
-    EXPECT_THAT(std::ranges::count(result.errors, '\n'), ::testing::Le(1)) << result.errors;
-    EXPECT_THAT(result.output + result.errors,
-                ::testing::AnyOf(HasSubstr("playing on"), HasSubstr("no sound output")));
 }
 
 TEST_F(WindowCommands, AnEditIsRefusedWithAReason) {

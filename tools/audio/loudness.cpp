@@ -9,9 +9,10 @@
 
 namespace mirelon::tools {
 
-Loudness::Loudness(int sampleRate)
+Loudness::Loudness(int sampleRate, TruePeak peak)
     : meter(ebur128_init(2, static_cast<unsigned long>(sampleRate),
-                         EBUR128_MODE_I | EBUR128_MODE_TRUE_PEAK)) {
+                         EBUR128_MODE_I |
+                             (peak == TruePeak::measured ? EBUR128_MODE_TRUE_PEAK : 0))) {
     if (!meter)
         throw CommandError("loudness cannot be measured at " + std::to_string(sampleRate) + " Hz");
 }

@@ -1,5 +1,6 @@
 // screenshot OUT.png: what a user sees when the editor opens.
-#include "tools/audio/livefeed.h"
+#include "tools/audio/player.h"
+#include "tools/audio/silentdevice.h"
 #include "tools/commanderror.h"
 #include "tools/commandoptions.h"
 #include "tools/commands.h"
@@ -55,9 +56,11 @@ void screenshot(const Options& options) {
     hosting::Effect& effect = plugin->effect;
     const auto editor = openEditor(effect, hosting::WindowKind::bare, hosting::Drive::both);
     waitUntilDrawn(*editor);
-    std::optional<LiveFeed> feed;
+    std::optional<Player> player;
+    SilentDevice clock;
     if (!options.input.empty()) {
-        feed.emplace(effect, options.input, Output::none);
+        player.emplace(effect, readMaterial(options.input));
+        clock.start(*player, player->rate());
         editor->runFor(listeningTime);
     }
     const hosting::Picture picture = editor->window().picture();
