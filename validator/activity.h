@@ -25,8 +25,14 @@ void keepActivityIn(const std::filesystem::path& file);
 void setActivity(std::string_view text) noexcept;
 std::string activity();
 
-// What a process that may be gone has left in the file; empty when nothing.
+// Whether it is something that no known host does: what goes wrong in it is unusual,
+// the end of the process included. Kept beside the activity.
+void setUnusual(bool unusual) noexcept;
+bool isUnusual() noexcept;
+
+// What a process that may be gone has left in the file; empty and false when nothing.
 std::string activityIn(const std::filesystem::path& file);
+bool isUnusualIn(const std::filesystem::path& file);
 
 // Completes "while": doing("given a state of ", size, " bytes").
 template <typename... Parts>

@@ -50,7 +50,7 @@ constexpr std::array descriptions{
                 "Processes noise at rates from 8 to 768 kHz in blocks of 1 to 16384 frames. What "
                 "comes out must be finite, inputs and everything around the buffers untouched. "
                 "Sound systems differ in their rates and block sizes. Not to manage rates below "
-                "22.05 or above 192 kHz is unusual only."},
+                "22.05 or above 192 kHz or blocks of more than 8192 frames is unusual only."},
     Description{"audio-double-precision",
                 "The same in double precision, of plug-ins that say they have it."},
     Description{"audio-changing-blocks",

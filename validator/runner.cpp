@@ -92,13 +92,14 @@ char letterOf(Verdict verdict) {
     return std::ranges::find(letters, verdict, &std::pair<char, Verdict>::second)->first;
 }
 
-Verdict verdictOf(const Check& check, Verdict said) {
-    return said == Verdict::failed && check.severity == Severity::unusual ? Verdict::warned : said;
+Verdict verdictOf(const Check& check, Verdict said, bool unusual) {
+    unusual |= check.severity == Severity::unusual;
+    return said == Verdict::failed && unusual ? Verdict::warned : said;
 }
 
-Result resultOf(const Check& check, const std::string& report, bool inTime, int ending,
-                int seconds) {
-    Result result{&check, verdictOf(check, Verdict::failed), {}, 0.0};
+Result resultOf(const Check& check, const std::string& report, bool inTime, int ending, int seconds,
+                bool unusual) {
+    Result result{&check, verdictOf(check, Verdict::failed, unusual), {}, 0.0};
     if (!inTime) {
         result.note = "still runs after " + std::to_string(seconds) + " s";
     } else if (report.empty() || ending != 0) {
@@ -107,7 +108,7 @@ Result resultOf(const Check& check, const std::string& report, bool inTime, int 
         const auto* const letter =
             std::ranges::find(letters, report[0], &std::pair<char, Verdict>::first);
         if (letter != letters.end())
-            result.verdict = verdictOf(check, letter->second);
+            result.verdict = letter->second;
         result.note = report.substr(1);
     }
     return result;
@@ -154,10 +155,11 @@ void judgeXErrors() {
 Result run(const Check& check, const Subject& subject) {
     Result result{&check, Verdict::passed, {}, 0.0};
     const auto end = [&](Verdict verdict, const std::exception& why) {
-        result.verdict = verdictOf(check, verdict);
+        result.verdict = verdictOf(check, verdict, isUnusual());
         result.note = why.what();
     };
     setActivity({});
+    setUnusual(false);
     try {
         result.note = check.run(subject);
         judgeXErrors();
@@ -230,7 +232,7 @@ Result runInChild(const Check& check, const Subject& subject, const ScratchHome&
     const bool inTime = report.readUntil(begin + std::chrono::seconds(seconds), text);
     if (!inTime)
         child.killGroup();
-    Result result = resultOf(check, text, inTime, child.wait(), seconds);
+    Result result = resultOf(check, text, inTime, child.wait(), seconds, isUnusualIn(activityFile));
     home.guard(0);
     result.seconds = std::chrono::duration<double>(Clock::now() - begin).count();
     result.activity = activityIn(activityFile);

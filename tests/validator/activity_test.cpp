@@ -20,8 +20,12 @@ TEST(Activity, IsTheLastThatWasSaid) {
 }
 
 TEST(Activity, IsCutWhereItIsTooLong) {
+    setUnusual(true);
     doing(std::string(1000, 'x'));
     EXPECT_EQ(activity(), std::string(250, 'x'));
+    EXPECT_TRUE(isUnusual()) << "is kept beside it";
+    setUnusual(false);
+    EXPECT_FALSE(isUnusual());
 }
 
 TEST(Activity, OutlivesItsProcess) {
@@ -29,11 +33,14 @@ TEST(Activity, OutlivesItsProcess) {
     hosting::ChildProcess child([&] {
         keepActivityIn(folder / "activity");
         doing("given a state of ", 17, " bytes");
+        setUnusual(true);
         return raise(SIGKILL);
     });
     EXPECT_EQ(child.wait(), -SIGKILL);
     EXPECT_EQ(activityIn(folder / "activity"), "given a state of 17 bytes");
+    EXPECT_TRUE(isUnusualIn(folder / "activity"));
     EXPECT_EQ(activityIn(folder / "none"), "");
+    EXPECT_FALSE(isUnusualIn(folder / "none"));
 }
 
 } // namespace

@@ -277,6 +277,7 @@ INSTANTIATE_TEST_SUITE_P(
         Defect{"parameter-properties-stable", "properties"},
         Defect{"audio-every-rate-and-block", "writes-outside"},
         Defect{"audio-every-rate-and-block", "large-block"},
+        Defect{"audio-every-rate-and-block", "huge-block", "warning"},
         Defect{"audio-every-rate-and-block", "telephone-rate", "warning"},
         Defect{"audio-double-precision", "double"}, Defect{"audio-changing-blocks", "odd-block"},
         Defect{"audio-in-place", "clears-output-first"},

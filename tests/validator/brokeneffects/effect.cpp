@@ -314,8 +314,10 @@ class TestEffect {
     void misbehave(Sample** out, VstInt32 frames) {
         if (hasDefect("writes-outside"))
             out[0][frames] = 0;
-        if (hasDefect("large-block") && frames == 16384)
+        if (hasDefect("large-block") && frames == 8192)
             out[0][0] = std::numeric_limits<Sample>::quiet_NaN();
+        if (hasDefect("huge-block") && frames == 16384)
+            crash();
         if (hasDefect("telephone-rate") && rate == 8000.0F)
             out[0][0] = std::numeric_limits<Sample>::quiet_NaN();
         if (hasDefect("double") && sizeof(Sample) == sizeof(double))
