@@ -58,7 +58,7 @@ class EditPlayer : public ::testing::Test {
     std::string file(int seconds) {
         const auto path = home / "noise.wav";
         writeSound(path, stereoNoise(SF_FORMAT_WAV | SF_FORMAT_PCM_16,
-                                     static_cast<std::size_t>(44100 * seconds)));
+                                     44100 * static_cast<std::size_t>(seconds)));
         return path;
     }
     // In the window, on the plug-in's background.

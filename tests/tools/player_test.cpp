@@ -150,8 +150,8 @@ TEST_F(PlayerOfAFile, FadesBetweenProcessedAndOriginal) {
 TEST_F(PlayerOfAFile, HearsWhatComesIn) {
     Player player(effect, 44100);
     std::vector<float> in(2 * 1200);
-    for (std::size_t i = 0; i < in.size(); ++i)
-        in[i] = static_cast<float>(i / 2 + 1);
+    for (std::size_t frame = 0; frame < in.size() / 2; ++frame)
+        in[2 * frame] = in[2 * frame + 1] = static_cast<float>(frame + 1);
     std::vector<float> out(in.size());
     player.fill(out, in);
     EXPECT_EQ(out[2 * latency], 1.0F);
