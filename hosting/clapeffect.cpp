@@ -2,7 +2,6 @@
 
 #include "hosting/effectbank.h"
 #include "hosting/effectrecord.h"
-#include "hosting/hostingerror.h"
 
 #include <algorithm>
 #include <array>
@@ -15,13 +14,6 @@ namespace mirelon::hosting {
 namespace {
 
 constexpr double usualRate = 44100.0;
-
-std::string firstIdIn(const ClapLibrary& library) {
-    const auto ids = library.ids();
-    if (ids.empty())
-        throw PluginError(library.file().string() + ": there is no plug-in in it");
-    return ids.front();
-}
 
 // "1.9.8" is 1980.
 VstInt32 versionOf(const clap_plugin_descriptor& descriptor) {
@@ -76,12 +68,8 @@ AEffect* ClapEffect::make(const ClapLibrary& library, audioMasterCallback host) 
 
 ClapEffect::ClapEffect(const ClapLibrary& library, audioMasterCallback host_)
     : host(host_)
-    , player(library, firstIdIn(library), usualRate) {
+    , player(library, library.firstId(), usualRate) {
     setUpRecord();
-}
-
-ClapEffect::~ClapEffect() {
-    closeEditor();
 }
 
 void ClapEffect::setUpRecord() {
@@ -96,8 +84,7 @@ void ClapEffect::setUpRecord() {
     record.flags = effFlagsCanReplacing;
     if (plugIn.takesDoubles())
         record.flags |= effFlagsCanDoubleReplacing;
-    const clap_plugin_gui* const gui = plugIn.window();
-    if (gui != nullptr && gui->is_api_supported(&plugIn.plugin(), CLAP_WINDOW_API_X11, false))
+    if (editor.exists())
         record.flags |= effFlagsHasEditor;
     if (const auto state = player.save()) {
         record.flags |= effFlagsProgramChunks;
@@ -135,9 +122,9 @@ VstIntPtr ClapEffect::dispatch(VstInt32 opcode, VstInt32 index, VstIntPtr value,
         *static_cast<const ERect**>(ptr) = editorRectangle();
         return *static_cast<const ERect**>(ptr) != nullptr ? 1 : 0;
     case effEditOpen:
-        return openEditor(ptr);
+        return editor.open(reinterpret_cast<std::uintptr_t>(ptr)) ? 1 : 0;
     case effEditClose:
-        closeEditor();
+        editor.close();
         idle(); // what it has told to the end
         return 0;
     case effEditIdle:
@@ -251,49 +238,12 @@ VstIntPtr ClapEffect::setChunk(std::span<const std::byte> bytes) {
 
 // --- Editor ---
 
-VstIntPtr ClapEffect::openEditor(void* parent) {
-    if ((record.flags & effFlagsHasEditor) == 0)
-        return 0;
-    closeEditor();
-    const clap_plugin* const plugin = &player.plugIn().plugin();
-    const clap_plugin_gui& gui = *player.plugIn().window();
-    clap_window window{CLAP_WINDOW_API_X11, {}};
-    window.x11 = reinterpret_cast<clap_xwnd>(parent);
-    if (!gui.create(plugin, CLAP_WINDOW_API_X11, false))
-        return 0;
-    editorOpen = gui.set_parent(plugin, &window);
-    if (editorOpen)
-        gui.show(plugin);
-    else
-        gui.destroy(plugin);
-    return editorOpen ? 1 : 0;
-}
-
-void ClapEffect::closeEditor() {
-    if (!editorOpen)
-        return;
-    const clap_plugin* const plugin = &player.plugIn().plugin();
-    const clap_plugin_gui& gui = *player.plugIn().window();
-    gui.hide(plugin);
-    gui.destroy(plugin);
-    editorOpen = false;
-}
-
-// Before it is open the size is asked for as hosts do.
 const ERect* ClapEffect::editorRectangle() {
-    if ((record.flags & effFlagsHasEditor) == 0)
+    const auto size = editor.size();
+    if (!size)
         return nullptr;
-    const clap_plugin* const plugin = &player.plugIn().plugin();
-    const clap_plugin_gui& gui = *player.plugIn().window();
-    if (!editorOpen && !gui.create(plugin, CLAP_WINDOW_API_X11, false))
-        return nullptr;
-    std::uint32_t width = 0;
-    std::uint32_t height = 0;
-    const bool known = gui.get_size(plugin, &width, &height);
-    if (!editorOpen)
-        gui.destroy(plugin);
-    rectangle = {0, 0, static_cast<VstInt16>(height), static_cast<VstInt16>(width)};
-    return known ? &rectangle : nullptr;
+    rectangle = {0, 0, static_cast<VstInt16>(size->height), static_cast<VstInt16>(size->width)};
+    return &rectangle;
 }
 
 void ClapEffect::idle() {

@@ -1,6 +1,7 @@
 // A CLAP plug-in in the shape of a VST 2.4 effect, for all that drives effects.
 #pragma once
 
+#include "hosting/clapeditor.h"
 #include "hosting/claplibrary.h"
 #include "hosting/clapplayer.h"
 #include "hosting/effectrecord.h"
@@ -25,7 +26,6 @@ class ClapEffect {
   public:
     // The record owns what stands behind it, until effClose. Throws PluginError.
     static AEffect* make(const ClapLibrary& library, audioMasterCallback host);
-    ~ClapEffect();
     ClapEffect(const ClapEffect&) = delete;
     ClapEffect& operator=(const ClapEffect&) = delete;
 
@@ -46,8 +46,6 @@ class ClapEffect {
     std::string programName();
     VstIntPtr setChunk(std::span<const std::byte> bytes);
 
-    VstIntPtr openEditor(void* parent);
-    void closeEditor();
     const ERect* editorRectangle();
     void idle();
     void passOnTold();
@@ -57,9 +55,9 @@ class ClapEffect {
 
     audioMasterCallback host;
     ClapPlayer player;
+    ClapEditor editor{player.plugIn()};
     AEffect record{};
     bool hasBank = false;
-    bool editorOpen = false;
     std::vector<std::byte> givenChunk; // what the host was handed last
     ERect rectangle{};
 };

@@ -1,9 +1,16 @@
 #include "hosting/claphost.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 
 namespace mirelon::hosting {
+
+std::span<const std::string_view> ClapHost::extensionNames() noexcept {
+    static constexpr std::array<std::string_view, 3> names{CLAP_EXT_PARAMS, CLAP_EXT_STATE,
+                                                           CLAP_EXT_TIMER_SUPPORT};
+    return names;
+}
 
 const void* ClapHost::extension(const char* id) const noexcept {
     static constexpr clap_host_params params{
@@ -16,7 +23,7 @@ const void* ClapHost::extension(const char* id) const noexcept {
             return of(host).startTimer(milliseconds, id);
         },
         [](const clap_host* host, clap_id id) { return of(host).stopTimer(id); }};
-    if (offered == ClapExtensions::none)
+    if (offered == ClapExtensions::none || id == missing)
         return nullptr;
     if (std::strcmp(id, CLAP_EXT_PARAMS) == 0)
         return &params;

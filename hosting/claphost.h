@@ -7,6 +7,8 @@
 #include <clap/ext/state.h>
 #include <clap/ext/timer-support.h>
 #include <clap/host.h>
+#include <span>
+#include <string_view>
 #include <vector>
 
 namespace mirelon::hosting {
@@ -20,10 +22,15 @@ class ClapHost {
   public:
     explicit ClapHost(ClapExtensions offered = ClapExtensions::all) noexcept
         : offered(offered) {}
+    // Offers all but the one of this name.
+    explicit ClapHost(std::string_view missing) noexcept
+        : missing(missing) {}
     ClapHost(const ClapHost&) = delete;
     ClapHost& operator=(const ClapHost&) = delete;
 
     const clap_host* record() const noexcept { return &functions; }
+    // The names of all that it can offer.
+    static std::span<const std::string_view> extensionNames() noexcept;
 
     // How often the plug-in has asked, so far. Any thread.
     int flushRequests() const noexcept { return flushes; }
@@ -55,7 +62,8 @@ class ClapHost {
     bool startTimer(std::uint32_t milliseconds, clap_id* id);
     bool stopTimer(clap_id id);
 
-    ClapExtensions offered;
+    ClapExtensions offered = ClapExtensions::all;
+    std::string_view missing; // of these; a constant's, like all names of extensions
     std::atomic<int> flushes{0};
     std::atomic<int> scans{0};
     std::atomic<int> marks{0};

@@ -66,15 +66,32 @@ bool ClapInstance::activate(double rate, std::uint32_t mostFrames) {
         return false;
     active = true;
     played = 0;
-    return made->start_processing(made);
+    return startProcessing();
 }
 
 void ClapInstance::deactivate() {
     if (!active)
         return;
-    made->stop_processing(made);
+    stopProcessing();
     made->deactivate(made);
     active = false;
+}
+
+bool ClapInstance::startProcessing() {
+    if (active && !processing)
+        processing = made->start_processing(made);
+    return processing;
+}
+
+void ClapInstance::stopProcessing() {
+    if (processing)
+        made->stop_processing(made);
+    processing = false;
+}
+
+void ClapInstance::reset() {
+    if (active)
+        made->reset(made);
 }
 
 template <typename Sample>
@@ -137,14 +154,22 @@ std::optional<double> ClapInstance::valueOf(clap_id parameter, const std::string
 
 std::optional<std::vector<std::byte>> ClapInstance::save(std::size_t atOnce) const {
     ClapOutputStream stream(atOnce);
-    if (state == nullptr || !state->save(made, stream.stream()))
+    if (!save(*stream.stream()))
         return std::nullopt;
     return stream.bytes();
 }
 
+bool ClapInstance::save(const clap_ostream& to) const {
+    return state != nullptr && state->save(made, &to);
+}
+
 bool ClapInstance::load(std::span<const std::byte> bytes, std::size_t atOnce) {
     const ClapInputStream stream(bytes, atOnce);
-    return state != nullptr && state->load(made, stream.stream());
+    return load(*stream.stream());
+}
+
+bool ClapInstance::load(const clap_istream& from) {
+    return state != nullptr && state->load(made, &from);
 }
 
 void ClapInstance::serve() {

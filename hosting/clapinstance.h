@@ -38,10 +38,14 @@ class ClapInstance {
     const clap_plugin_params* parameters() const noexcept { return params; }
     const clap_plugin_gui* window() const noexcept { return gui; }
 
-    // Blocks of 1 to `mostFrames` frames. Active and processing from activate() to
-    // deactivate().
+    // Blocks of 1 to `mostFrames` frames. Active from activate() to deactivate(), and
+    // processing unless that is stopped in between. What would only repeat the state
+    // that it is in is not passed on; starting and resetting are for an active one.
     bool activate(double rate, std::uint32_t mostFrames);
     void deactivate();
+    bool startProcessing();
+    void stopProcessing();
+    void reset();
 
     // The channels of the one port that it has in each direction; 0 without one.
     std::uint32_t inputChannels() const noexcept { return inputs; }
@@ -66,6 +70,8 @@ class ClapInstance {
     // The state, in parts of at most so many bytes; nothing when there is none.
     std::optional<std::vector<std::byte>> save(std::size_t atOnce = SIZE_MAX) const;
     bool load(std::span<const std::byte> state, std::size_t atOnce = SIZE_MAX);
+    bool save(const clap_ostream& to) const;
+    bool load(const clap_istream& from);
 
     // What a host's main loop does for it: due timers and the callback that it has
     // asked for.
@@ -85,6 +91,7 @@ class ClapInstance {
     bool doubles = false;
     std::int64_t played = 0; // frames since the activation
     bool active = false;
+    bool processing = false;
 };
 
 } // namespace mirelon::hosting

@@ -46,4 +46,11 @@ std::vector<std::string> ClapLibrary::ids() const {
     return ids;
 }
 
+std::string ClapLibrary::firstId() const {
+    const auto all = ids();
+    if (all.empty())
+        throw PluginError(path.string() + ": there is no plug-in in it");
+    return all.front();
+}
+
 } // namespace mirelon::hosting

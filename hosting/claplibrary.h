@@ -25,6 +25,8 @@ class ClapLibrary {
 
     // The identifiers of the plug-ins in it.
     std::vector<std::string> ids() const;
+    // Of the first one. Throws PluginError when there is none.
+    std::string firstId() const;
 
   private:
     struct Close {

@@ -45,13 +45,18 @@ class ClapOutputStream {
                         }};
 };
 
+// What a stream says when there is nothing more in it.
+enum class StreamEnd { reached, failed };
+
 // Gives at most so many bytes at a time.
 class ClapInputStream {
   public:
     explicit ClapInputStream(std::span<const std::byte> bytes,
-                             std::size_t atOnce = anyNumberOfBytes)
+                             std::size_t atOnce = anyNumberOfBytes,
+                             StreamEnd end = StreamEnd::reached)
         : left(bytes)
-        , most(atOnce) {}
+        , most(atOnce)
+        , end(end) {}
     ClapInputStream(const ClapInputStream&) = delete;
     ClapInputStream& operator=(const ClapInputStream&) = delete;
 
@@ -60,6 +65,8 @@ class ClapInputStream {
   private:
     std::int64_t read(std::byte* data, std::size_t size) {
         const std::size_t count = std::min({size, most, left.size()});
+        if (left.empty() && size > 0 && end == StreamEnd::failed)
+            return -1;
         std::copy_n(left.begin(), count, data);
         left = left.subspan(count);
         return static_cast<std::int64_t>(count);
@@ -67,6 +74,7 @@ class ClapInputStream {
 
     std::span<const std::byte> left;
     std::size_t most;
+    StreamEnd end;
     clap_istream record{this, [](const clap_istream* stream, void* buffer, std::uint64_t size) {
                             return static_cast<ClapInputStream*>(stream->ctx)
                                 ->read(static_cast<std::byte*>(buffer), size);

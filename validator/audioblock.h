@@ -97,19 +97,27 @@ class AudioBlock {
     std::vector<Sample*> pointers;
 };
 
-// Input and output of one effect, out of place.
+// Input and output of one plug-in, out of place.
 template <typename Sample>
 struct Buffers {
+    Buffers(int inputs, int outputs, int frames)
+        : in(inputs, frames)
+        , out(outputs, frames) {}
     Buffers(const hosting::Effect& effect, int frames)
-        : in(effect.record().numInputs, frames)
-        , out(effect.record().numOutputs, frames) {}
+        : Buffers(effect.record().numInputs, effect.record().numOutputs, frames) {}
 
     // One block; fails where a guard zone was written to, an input was changed
     // or an output is not finite. `when` ends the message.
     template <typename... When>
     void process(hosting::Effect& effect, const When&... when) {
+        processBy([&](Sample** from, Sample** to) { effect.process(from, to, in.frames()); },
+                  when...);
+    }
+    // The same with what does the processing given.
+    template <typename Call, typename... When>
+    void processBy(Call call, const When&... when) {
         const AudioBlock<Sample> before = in;
-        effect.process(in.data(), out.data(), in.frames());
+        call(in.data(), out.data());
         require(in.guardsIntact() && out.guardsIntact(), "wrote outside the buffers it was given, ",
                 when...);
         require(in.sameBits(before), "changed its input buffers, ", when...);

@@ -52,7 +52,7 @@ enum class Guard { none, realTime };
 
 // The formats that a check is for. What only VST 2 effects are asked, an adapter
 // would answer for other plug-ins.
-enum class Formats { all, vst2, lv2 };
+enum class Formats { all, vst2, lv2, clap };
 
 constexpr bool includes(Formats formats, hosting::PluginFormat format) noexcept {
     switch (formats) {
@@ -60,13 +60,25 @@ constexpr bool includes(Formats formats, hosting::PluginFormat format) noexcept 
         return format == hosting::PluginFormat::vst2;
     case Formats::lv2:
         return format == hosting::PluginFormat::lv2;
+    case Formats::clap:
+        return format == hosting::PluginFormat::clap;
     case Formats::all:
         break;
     }
     return true;
 }
 constexpr const char* nameOf(Formats formats) noexcept {
-    return formats == Formats::vst2 ? "VST 2" : formats == Formats::lv2 ? "LV2" : "all";
+    switch (formats) {
+    case Formats::vst2:
+        return nameOf(hosting::PluginFormat::vst2);
+    case Formats::lv2:
+        return nameOf(hosting::PluginFormat::lv2);
+    case Formats::clap:
+        return nameOf(hosting::PluginFormat::clap);
+    case Formats::all:
+        break;
+    }
+    return "all";
 }
 
 // What it says of an effect not to pass, be it by a crash: that it fails in a host,
@@ -110,5 +122,7 @@ std::span<const Check> stateFuzzChecks();
 std::span<const Check> threadChecks();
 std::span<const Check> realTimeChecks();
 std::span<const Check> messageChecks();
+// Those of CLAP, of several files; none where this program is built without CLAP.
+std::span<const Check> clapChecks();
 
 } // namespace mirelon::validator

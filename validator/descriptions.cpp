@@ -150,6 +150,83 @@ constexpr std::array descriptions{
     Description{"realtime-messages",
                 "Watches run() while messages of the plug-in's own come back to it and it tells "
                 "its window of restored states."},
+    Description{"entry-reloaded",
+                "Loads the file, plays and unloads it, five times, and does so five times more "
+                "while the file stays in memory, as a host that scans its plug-ins anew."},
+    Description{"entry-counted",
+                "Initialises the file for two users and lets one of them leave. The other must "
+                "still have its factory and get instances. CLAP 1.1 has one init() a process, "
+                "newer versions any number; not to count them is reported as unusual."},
+    Description{"extensions-unknown",
+                "Asks for extensions that there are not. The answer must be none: hosts ask for "
+                "many that are newer than a plug-in, and call what they get."},
+    Description{"host-without-extensions",
+                "Sets, processes, saves, loads and opens the window in a host that offers no "
+                "extension at all. That the window stays away is unusual only."},
+    Description{"host-without-one-extension",
+                "The same in hosts that each lack one of parameters, state and timers."},
+    Description{"instances-independent",
+                "Has two instances of one factory: values, state and sound of the one must not "
+                "depend on the other. Says nothing of the sound of plug-ins that give something "
+                "else each time."},
+    Description{"parameter-identifiers",
+                "Lists the parameters again, of an active instance with other values and of a "
+                "second one. Each must have an identifier of its own and everything be the same: "
+                "sessions and automation know parameters by it."},
+    Description{"parameter-ranges",
+                "Looks at each parameter's range, which must be of finite numbers and hold "
+                "default and value. A single value, or whole numbers between broken ends, are "
+                "unusual."},
+    Description{"parameter-texts-read-back",
+                "Asks for the text of ten values of each parameter and has it read back, as when "
+                "a user confirms what a host's field shows. Another value is a fault, no text and "
+                "rounding are unusual. Texts must keep to buffers of 1 to 256 bytes."},
+    Description{"parameter-set-and-read",
+                "Sets each parameter to ten values of its range with events and asks for it, as "
+                "hosts that think of all parameters from 0 to 1."},
+    Description{"parameter-unknown",
+                "Asks for parameters beyond the last and for identifiers that there are not, and "
+                "sets those. No known host does; to answer or to move is reported as unusual."},
+    Description{"state-in-parts",
+                "Saves and loads through streams that take and give 1, 7 and 691 bytes at a time, "
+                "as streams may. The state must come back whole."},
+    Description{"state-cut-short",
+                "Loads from streams that end too early. Either the state comes whole or nothing "
+                "moves. Only damaged sessions hold such states; not to take them is reported as "
+                "unusual."},
+    Description{"state-stream-fails",
+                "The same with streams that fail, and saves into such ones, which must not be "
+                "called a success. It takes a full or broken disk, so it is reported as unusual."},
+    Description{"events-every-frame",
+                "Sends each parameter events at every frame of a block, several at one frame and "
+                "one at the last frame, as dense automation does. The last value must be the one "
+                "it has then."},
+    Description{"events-unknown-types",
+                "Sends events of types that CLAP may come to have, with the body of one that sets "
+                "a parameter. Nothing may move: hosts are newer than plug-ins."},
+    Description{"flush-without-audio",
+                "Sets each parameter with flush() while the plug-in is not active, and while it "
+                "is active and does not process, as hosts do while nothing plays."},
+    Description{"events-foreign-spaces",
+                "Sends events of spaces that are not CLAP's own. Nothing may move. Hardly a host "
+                "has any, so it is reported as unusual."},
+    Description{"events-beyond-block",
+                "Sends events with times behind the end of the block. No known host does; not to "
+                "take them is reported as unusual."},
+    Description{"activation-loop",
+                "Activates and deactivates a hundred times with other rates and block sizes, and "
+                "processes in between, as sound systems are changed. No parameter may move."},
+    Description{"processing-loop",
+                "Stops, starts and resets two hundred times and processes in between. No "
+                "parameter may move; another sound than after an activation is unusual."},
+    Description{"threads-mistaken",
+                "Calls what is the main thread's on another one, one call at a time. It is a "
+                "host's mistake; not to take it is reported as unusual."},
+    Description{"realtime-events",
+                "Watches process() with an event for each parameter in every block."},
+    Description{"realtime-flush-and-reset",
+                "Watches flush(), starting, stopping and resetting of an active plug-in, which "
+                "are the audio thread's."},
 };
 
 } // namespace

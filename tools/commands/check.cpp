@@ -169,7 +169,8 @@ Run define(CLI::App& parser) {
     const auto options = std::make_shared<Options>();
     parser
         .add_option("FILE", options->files,
-                    "Plug-ins: VST 2.4 .so files, LV2 bundles or URIs (default: the Mirelon found)")
+                    "Plug-ins: VST 2.4 .so files, LV2 bundles or URIs, .clap files (default: the "
+                    "Mirelon found)")
         ->type_name("");
     parser
         .add_option("--level", options->level, "How strict to be: 1 loads it, 10 runs every check")
