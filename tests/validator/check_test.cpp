@@ -14,6 +14,7 @@
 #include <iterator>
 #include <nlohmann/json.hpp>
 #include <string>
+#include <string_view>
 #include <thread>
 #include <vector>
 
@@ -156,6 +157,8 @@ TEST(Check, CountsWarningsAsFailuresOnlyWhenItIsToBeStrict) {
 
 TEST(Check, DescribesEveryCheckAsThePageDoes) {
     const Outcome page = run(host + " check --list --markdown");
+    if (std::string_view(MIRELON_CHECKS_PAGE).empty())
+        GTEST_SKIP() << "built without CLAP: the page has more checks";
     std::ifstream stream(MIRELON_CHECKS_PAGE, std::ios::binary);
     const std::string written(std::istreambuf_iterator<char>(stream), {});
     EXPECT_EQ(page.output, written) << "make it anew: mirelon-host check --markdown";
