@@ -62,7 +62,7 @@ std::string leadALife(ClapSubject& plugIn, std::uint64_t seed, const std::string
         require(plugIn.plugIn().load(*state), "refuses its own state in ", where);
     doing("calling on_main_thread() in ", where);
     plugIn.plugIn().plugin().on_main_thread(&plugIn.plugIn().plugin());
-    const std::string note = openWindow(plugIn.plugIn(), where);
+    std::string note = openWindow(plugIn.plugIn(), where);
     doing("ending the instance in ", where);
     return note;
 }
