@@ -1,7 +1,6 @@
 #include "hosting/clapeffect.h"
 
 #include "hosting/effectbank.h"
-#include "hosting/effectrecord.h"
 
 #include <algorithm>
 #include <array>
@@ -47,6 +46,10 @@ VstPlugCategory categoryOf(const clap_plugin_descriptor& descriptor) {
     return kPlugCategEffect;
 }
 
+std::string textOrNone(const char* text) {
+    return text != nullptr ? text : "";
+}
+
 double spanOf(const clap_param_info& parameter) {
     return parameter.max_value - parameter.min_value;
 }
@@ -67,7 +70,7 @@ AEffect* ClapEffect::make(const ClapLibrary& library, audioMasterCallback host) 
 }
 
 ClapEffect::ClapEffect(const ClapLibrary& library, audioMasterCallback host_)
-    : host(host_)
+    : AdaptedEffect(host_)
     , player(library, library.firstId(), usualRate) {
     setUpRecord();
 }
@@ -96,157 +99,99 @@ void ClapEffect::setUpRecord() {
     record.numPrograms = hasBank ? 1 : 0;
 }
 
-VstIntPtr ClapEffect::dispatch(VstInt32 opcode, VstInt32 index, VstIntPtr value, void* ptr,
-                               float opt) {
-    switch (opcode) {
-    case effSetSampleRate:
-        player.setRate(static_cast<double>(opt));
-        return 0;
-    case effSetBlockSize:
-        player.setLargestBlock(
-            static_cast<std::uint32_t>(std::clamp<VstIntPtr>(value, 0, 1 << 24)));
-        return 0;
-    case effMainsChanged:
-        if (value == 0) {
-            player.suspend();
-            return 0;
-        }
-        player.resume();
-        if (const auto* const latency =
-                player.plugIn().extension<clap_plugin_latency>(CLAP_EXT_LATENCY))
-            record.initialDelay = static_cast<VstInt32>(latency->get(&player.plugIn().plugin()));
-        return 0;
-    case effEditGetRect:
-        if (ptr == nullptr)
-            return 0;
-        *static_cast<const ERect**>(ptr) = editorRectangle();
-        return *static_cast<const ERect**>(ptr) != nullptr ? 1 : 0;
-    case effEditOpen:
-        return editor.open(reinterpret_cast<std::uintptr_t>(ptr)) ? 1 : 0;
-    case effEditClose:
-        editor.close();
-        idle(); // what it has told to the end
-        return 0;
-    case effEditIdle:
-        idle();
-        return 0;
-    case effGetChunk:
-        if (ptr == nullptr)
-            return 0;
-        givenChunk = player.save().value_or(std::vector<std::byte>());
-        *static_cast<void**>(ptr) = givenChunk.data();
-        return static_cast<VstIntPtr>(givenChunk.size());
-    case effSetChunk:
-        if (ptr == nullptr || value < 0)
-            return 0;
-        return setChunk({static_cast<const std::byte*>(ptr), static_cast<std::size_t>(value)});
-    case effCanBeAutomated:
-        return parameterAt(index) != nullptr &&
-                       (parameterAt(index)->flags & CLAP_PARAM_IS_AUTOMATABLE) != 0
-                   ? 1
-                   : 0;
-    case effString2Parameter:
-        return setParameterText(index, static_cast<const char*>(ptr));
-    case effGetPlugCategory:
-        return categoryOf(descriptor());
-    case effGetVendorVersion:
-        return record.version;
-    case effGetParameterProperties:
-        return ptr != nullptr ? describeParameter(index, *static_cast<VstParameterProperties*>(ptr))
-                              : 0;
-    default:
-        return answerText(opcode, index, static_cast<char*>(ptr));
-    }
+void ClapEffect::setLargestBlock(std::int32_t frames) {
+    player.setLargestBlock(static_cast<std::uint32_t>(frames));
 }
 
-VstIntPtr ClapEffect::answerText(VstInt32 opcode, VstInt32 index, char* buffer) {
-    const auto put = [buffer](const char* text) {
-        return putText(buffer, text != nullptr ? text : "");
-    };
-    const clap_param_info* const parameter = parameterAt(index);
-    switch (opcode) {
-    case effGetEffectName:
-    case effGetProductString:
-        return put(descriptor().name);
-    case effGetVendorString:
-        return put(descriptor().vendor);
-    case effGetProgramName:
-        return hasBank ? put(programName().c_str()) : 0;
-    case effGetParamName:
-        return parameter != nullptr ? put(parameter->name) : 0;
-    case effGetParamDisplay:
-        if (parameter == nullptr)
-            return 0;
-        return put(player.plugIn()
-                       .text(parameter->id, player.value(static_cast<std::size_t>(index)))
-                       .value_or("")
-                       .c_str());
-    default:
-        return 0;
-    }
+void ClapEffect::resume() {
+    player.resume();
+    if (const auto* const latency =
+            player.plugIn().extension<clap_plugin_latency>(CLAP_EXT_LATENCY))
+        record.initialDelay = static_cast<VstInt32>(latency->get(&player.plugIn().plugin()));
+}
+
+std::string ClapEffect::effectName() {
+    return textOrNone(descriptor().name);
+}
+
+std::string ClapEffect::vendorName() {
+    return textOrNone(descriptor().vendor);
+}
+
+VstPlugCategory ClapEffect::category() {
+    return categoryOf(descriptor());
 }
 
 // --- Parameters ---
 
-const clap_param_info* ClapEffect::parameterAt(VstInt32 index) const {
-    const bool exists = index >= 0 && index < record.numParams;
-    return exists ? &player.parameters()[static_cast<std::size_t>(index)] : nullptr;
+const clap_param_info& ClapEffect::parameterAt(VstInt32 index) const {
+    return player.parameters()[static_cast<std::size_t>(index)];
 }
 
 void ClapEffect::setParameter(VstInt32 index, float value) {
-    if (const clap_param_info* const parameter = parameterAt(index))
-        player.setValue(static_cast<std::size_t>(index), plain(*parameter, value));
+    if (hasParameter(index))
+        player.setValue(static_cast<std::size_t>(index), plain(parameterAt(index), value));
 }
 
 float ClapEffect::getParameter(VstInt32 index) const {
-    const clap_param_info* const parameter = parameterAt(index);
-    return parameter != nullptr
-               ? normalised(*parameter, player.value(static_cast<std::size_t>(index)))
+    return hasParameter(index)
+               ? normalised(parameterAt(index), player.value(static_cast<std::size_t>(index)))
                : 0.0F;
 }
 
-VstIntPtr ClapEffect::setParameterText(VstInt32 index, const char* text) {
-    const clap_param_info* const parameter = parameterAt(index);
-    if (parameter == nullptr || text == nullptr) // no text: can it be done at all?
-        return parameter != nullptr ? 1 : 0;
-    const auto value = player.plugIn().valueOf(parameter->id, text);
-    if (value)
-        player.setValue(static_cast<std::size_t>(index), *value);
-    return value ? 1 : 0;
+std::string ClapEffect::parameterName(VstInt32 index) {
+    return parameterAt(index).name;
 }
 
-VstIntPtr ClapEffect::describeParameter(VstInt32 index, VstParameterProperties& properties) const {
-    const clap_param_info* const parameter = parameterAt(index);
-    if (parameter == nullptr || (parameter->flags & CLAP_PARAM_IS_STEPPED) == 0 ||
-        spanOf(*parameter) != 1.0)
-        return 0;
-    describeSwitch(properties, parameter->name);
-    return 1;
+std::string ClapEffect::parameterDisplay(VstInt32 index) {
+    const double value = player.value(static_cast<std::size_t>(index));
+    return player.plugIn().text(parameterAt(index).id, value).value_or("");
+}
+
+bool ClapEffect::readParameter(VstInt32 index, const char* text) {
+    const auto value = player.plugIn().valueOf(parameterAt(index).id, text);
+    if (value)
+        player.setValue(static_cast<std::size_t>(index), *value);
+    return value.has_value();
+}
+
+bool ClapEffect::isAutomatable(VstInt32 index) {
+    return (parameterAt(index).flags & CLAP_PARAM_IS_AUTOMATABLE) != 0;
+}
+
+bool ClapEffect::isSwitch(VstInt32 index) {
+    const clap_param_info& parameter = parameterAt(index);
+    return (parameter.flags & CLAP_PARAM_IS_STEPPED) != 0 && spanOf(parameter) == 1.0;
 }
 
 // --- State ---
 
-std::string ClapEffect::programName() {
-    const auto bank =
-        EffectBank::in(player.save().value_or(std::vector<std::byte>()), record.uniqueID);
+std::optional<std::string> ClapEffect::programName() {
+    if (!hasBank)
+        return std::nullopt;
+    const auto bank = EffectBank::in(chunk(), record.uniqueID);
     return bank ? bank->presets.at(bank->current.value_or(0)).name().data() : "";
 }
 
-VstIntPtr ClapEffect::setChunk(std::span<const std::byte> bytes) {
-    return player.load(bytes) ? 1 : 0;
+std::vector<std::byte> ClapEffect::chunk() {
+    return player.save().value_or(std::vector<std::byte>());
 }
 
 // --- Editor ---
 
-const ERect* ClapEffect::editorRectangle() {
-    const auto size = editor.size();
-    if (!size)
-        return nullptr;
-    rectangle = {0, 0, static_cast<VstInt16>(size->height), static_cast<VstInt16>(size->width)};
-    return &rectangle;
+void ClapEffect::closeEditor() {
+    editor.close();
+    idleEditor(); // what it has told to the end
 }
 
-void ClapEffect::idle() {
+std::optional<std::pair<int, int>> ClapEffect::editorSize() {
+    const auto size = editor.size();
+    if (!size)
+        return std::nullopt;
+    return std::pair(static_cast<int>(size->width), static_cast<int>(size->height));
+}
+
+void ClapEffect::idleEditor() {
     const bool lookAgain = player.serve();
     player.settle(); // where nothing plays that would do it
     passOnTold();
@@ -261,16 +206,12 @@ void ClapEffect::passOnTold() {
             continue;
         const auto index = static_cast<VstInt32>(*place);
         if (told->type == CLAP_EVENT_PARAM_VALUE)
-            tellHost(audioMasterAutomate, index, normalised(*parameterAt(index), told->value));
+            tellHost(audioMasterAutomate, index, 0, normalised(parameterAt(index), told->value));
         else
             tellHost(told->type == CLAP_EVENT_PARAM_GESTURE_BEGIN ? audioMasterBeginEdit
                                                                   : audioMasterEndEdit,
                      index);
     }
-}
-
-VstIntPtr ClapEffect::tellHost(VstInt32 opcode, VstInt32 index, float opt) {
-    return host != nullptr ? host(&record, opcode, index, 0, nullptr, opt) : 0;
 }
 
 } // namespace mirelon::hosting

@@ -1,10 +1,10 @@
 // A CLAP plug-in in the shape of a VST 2.4 effect, for all that drives effects.
 #pragma once
 
+#include "hosting/adaptedeffect.h"
 #include "hosting/clapeditor.h"
 #include "hosting/claplibrary.h"
 #include "hosting/clapplayer.h"
-#include "hosting/effectrecord.h"
 #include "hosting/pluginmodule.h"
 
 #include <cstddef>
@@ -22,44 +22,51 @@ namespace mirelon::hosting {
 // Threads as for an effect: process and setParameter on any one thread each,
 // everything else on the main thread; the chunk may be read and given on another
 // one. What the window tells of parameters reaches the host in the editor's idle.
-class ClapEffect {
+class ClapEffect final : public AdaptedEffect {
   public:
     // The record owns what stands behind it, until effClose. Throws PluginError.
     static AEffect* make(const ClapLibrary& library, audioMasterCallback host);
-    ClapEffect(const ClapEffect&) = delete;
-    ClapEffect& operator=(const ClapEffect&) = delete;
 
   private:
     ClapEffect(const ClapLibrary& library, audioMasterCallback host);
 
     friend struct EffectFunctions<ClapEffect>;
     void setUpRecord();
-    VstIntPtr dispatch(VstInt32 opcode, VstInt32 index, VstIntPtr value, void* ptr, float opt);
-    VstIntPtr answerText(VstInt32 opcode, VstInt32 index, char* buffer);
 
-    const clap_param_info* parameterAt(VstInt32 index) const;
+    void setRate(double rate) override { player.setRate(rate); }
+    void setLargestBlock(std::int32_t frames) override;
+    void resume() override;
+    void suspend() override { player.suspend(); }
+
+    std::string effectName() override;
+    std::string vendorName() override;
+    VstPlugCategory category() override;
+
+    const clap_param_info& parameterAt(VstInt32 index) const;
     void setParameter(VstInt32 index, float value);
     float getParameter(VstInt32 index) const;
-    VstIntPtr setParameterText(VstInt32 index, const char* text);
-    VstIntPtr describeParameter(VstInt32 index, VstParameterProperties& properties) const;
+    std::string parameterName(VstInt32 index) override;
+    std::optional<std::string> parameterLabel(VstInt32 /*index*/) override { return std::nullopt; }
+    std::string parameterDisplay(VstInt32 index) override;
+    bool readParameter(VstInt32 index, const char* text) override;
+    bool isAutomatable(VstInt32 index) override;
+    bool isSwitch(VstInt32 index) override;
 
-    std::string programName();
-    VstIntPtr setChunk(std::span<const std::byte> bytes);
+    std::optional<std::string> programName() override;
+    std::vector<std::byte> chunk() override;
+    bool setChunk(std::span<const std::byte> bytes) override { return player.load(bytes); }
 
-    const ERect* editorRectangle();
-    void idle();
+    bool openEditor(std::uintptr_t parent) override { return editor.open(parent); }
+    void closeEditor() override;
+    void idleEditor() override;
+    std::optional<std::pair<int, int>> editorSize() override;
     void passOnTold();
-    VstIntPtr tellHost(VstInt32 opcode, VstInt32 index = 0, float opt = 0.0F);
 
     const clap_plugin_descriptor& descriptor() { return *player.plugIn().plugin().desc; }
 
-    audioMasterCallback host;
     ClapPlayer player;
     ClapEditor editor{player.plugIn()};
-    AEffect record{};
     bool hasBank = false;
-    std::vector<std::byte> givenChunk; // what the host was handed last
-    ERect rectangle{};
 };
 
 // A file's first plug-in.

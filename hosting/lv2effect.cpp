@@ -2,7 +2,6 @@
 
 #include "formats/lv2/names.h"
 #include "hosting/effectbank.h"
-#include "hosting/effectrecord.h"
 #include "hosting/hostingerror.h"
 #include "hosting/lv2nodes.h"
 
@@ -47,14 +46,6 @@ VstPlugCategory categoryOf(const Lv2Bundle& bundle) {
     return kPlugCategEffect;
 }
 
-std::string vendorOf(const Lv2Bundle& bundle) {
-    return lv2Text(Lv2Node(lilv_plugin_get_author_name(bundle.plugin())).get());
-}
-
-std::string effectNameOf(const Lv2Bundle& bundle) {
-    return lv2Text(Lv2Node(lilv_plugin_get_name(bundle.plugin())).get());
-}
-
 } // namespace
 
 AEffect* Lv2Effect::make(const Lv2Bundle& bundle, audioMasterCallback host) {
@@ -62,8 +53,8 @@ AEffect* Lv2Effect::make(const Lv2Bundle& bundle, audioMasterCallback host) {
 }
 
 Lv2Effect::Lv2Effect(const Lv2Bundle& bundle_, audioMasterCallback host_)
-    : bundle(bundle_)
-    , host(host_)
+    : AdaptedEffect(host_)
+    , bundle(bundle_)
     , parameters(lv2Parameters(bundle))
     , player(bundle, usualRate) {
     EffectFunctions<Lv2Effect>::give(record, *this);
@@ -90,94 +81,22 @@ Lv2Effect::Lv2Effect(const Lv2Bundle& bundle_, audioMasterCallback host_)
     }
 }
 
-VstIntPtr Lv2Effect::dispatch(VstInt32 opcode, VstInt32 index, VstIntPtr value, void* ptr,
-                              float opt) {
-    switch (opcode) {
-    case effSetProgram:
-        setProgram(value);
-        return 0;
-    case effGetProgram:
-        return program;
-    case effSetSampleRate:
-        player.setRate(static_cast<double>(opt));
-        return 0;
-    case effSetBlockSize:
-        player.setLargestBlock(static_cast<std::int32_t>(std::clamp<VstIntPtr>(value, 0, 1 << 24)));
-        return 0;
-    case effMainsChanged:
-        value != 0 ? player.resume() : player.suspend();
-        return 0;
-    case effEditGetRect:
-        if (ptr == nullptr)
-            return 0;
-        *static_cast<const ERect**>(ptr) = editorRectangle();
-        return *static_cast<const ERect**>(ptr) != nullptr ? 1 : 0;
-    case effEditOpen:
-        return openEditor(ptr);
-    case effEditClose:
-        editor.reset();
-        player.settle();
-        return 0;
-    case effEditIdle:
-        if (editor)
-            editor->idle();
-        return 0;
-    case effGetChunk:
-        if (ptr == nullptr)
-            return 0;
-        givenChunk = chunk();
-        *static_cast<void**>(ptr) = givenChunk.data();
-        return static_cast<VstIntPtr>(givenChunk.size());
-    case effSetChunk:
-        if (ptr == nullptr || value < 0)
-            return 0;
-        return setChunk({static_cast<const std::byte*>(ptr), static_cast<std::size_t>(value)});
-    case effCanBeAutomated:
-        return parameterAt(index) != nullptr ? 1 : 0;
-    case effString2Parameter:
-        return setParameterText(index, static_cast<const char*>(ptr));
-    case effGetPlugCategory:
-        return categoryOf(bundle);
-    case effGetVendorVersion:
-        return record.version;
-    case effGetParameterProperties:
-        return ptr != nullptr ? describeParameter(index, *static_cast<VstParameterProperties*>(ptr))
-                              : 0;
-    default:
-        return answerText(opcode, index, static_cast<char*>(ptr));
-    }
+std::string Lv2Effect::effectName() {
+    return lv2Text(Lv2Node(lilv_plugin_get_name(bundle.plugin())).get());
 }
 
-VstIntPtr Lv2Effect::answerText(VstInt32 opcode, VstInt32 index, char* buffer) {
-    const Lv2Parameter* const parameter = parameterAt(index);
-    switch (opcode) {
-    case effGetEffectName:
-    case effGetProductString:
-        return putText(buffer, effectNameOf(bundle));
-    case effGetVendorString:
-        return putText(buffer, vendorOf(bundle));
-    case effGetProgramName:
-        return putText(buffer, programName(static_cast<VstInt32>(program)));
-    case effGetProgramNameIndexed:
-        return chunkProperty.empty() ? putText(buffer, programName(index)) : 0;
-    case effGetParamName:
-        return parameter != nullptr ? putText(buffer, parameter->name) : 0;
-    case effGetParamLabel:
-        return parameter != nullptr ? putText(buffer, parameter->unit) : 0;
-    case effGetParamDisplay:
-        return parameter != nullptr
-                   ? putText(buffer, parameter->display(player.number(parameter->port)))
-                   : 0;
-    default:
-        return 0;
-    }
+std::string Lv2Effect::vendorName() {
+    return lv2Text(Lv2Node(lilv_plugin_get_author_name(bundle.plugin())).get());
+}
+
+VstPlugCategory Lv2Effect::category() {
+    return categoryOf(bundle);
 }
 
 // --- Parameters ---
 
-const Lv2Parameter* Lv2Effect::parameterAt(VstInt32 index) const {
-    const bool exists = index >= 0 && index < record.numParams;
-    return exists ? &parameters[static_cast<std::size_t>(index)] : nullptr;
+const Lv2Parameter& Lv2Effect::parameterAt(VstInt32 index) const {
+    return parameters[static_cast<std::size_t>(index)];
 }
 
 std::optional<VstInt32> Lv2Effect::indexOfPort(std::uint32_t port) const {
@@ -188,31 +107,34 @@ std::optional<VstInt32> Lv2Effect::indexOfPort(std::uint32_t port) const {
 }
 
 void Lv2Effect::setParameter(VstInt32 index, float value) {
-    if (const Lv2Parameter* const parameter = parameterAt(index))
-        player.setNumber(parameter->port, parameter->numberOf(value));
+    if (hasParameter(index))
+        player.setNumber(parameterAt(index).port, parameterAt(index).numberOf(value));
 }
 
 float Lv2Effect::getParameter(VstInt32 index) const {
-    const Lv2Parameter* const parameter = parameterAt(index);
-    return parameter != nullptr ? parameter->valueOf(player.number(parameter->port)) : 0.0F;
+    return hasParameter(index) ? parameterAt(index).valueOf(player.number(parameterAt(index).port))
+                               : 0.0F;
 }
 
-VstIntPtr Lv2Effect::setParameterText(VstInt32 index, const char* text) {
-    const Lv2Parameter* const parameter = parameterAt(index);
-    if (parameter == nullptr || text == nullptr) // no text: can it be done at all?
-        return parameter != nullptr ? 1 : 0;
-    const auto number = parameter->read(text);
+std::optional<std::string> Lv2Effect::parameterLabel(VstInt32 index) {
+    return parameterAt(index).unit;
+}
+
+std::string Lv2Effect::parameterDisplay(VstInt32 index) {
+    const Lv2Parameter& parameter = parameterAt(index);
+    return parameter.display(player.number(parameter.port));
+}
+
+bool Lv2Effect::readParameter(VstInt32 index, const char* text) {
+    const Lv2Parameter& parameter = parameterAt(index);
+    const auto number = parameter.read(text);
     if (number)
-        player.setNumber(parameter->port, *number);
-    return number ? 1 : 0;
+        player.setNumber(parameter.port, *number);
+    return number.has_value();
 }
 
-VstIntPtr Lv2Effect::describeParameter(VstInt32 index, VstParameterProperties& properties) const {
-    const Lv2Parameter* const parameter = parameterAt(index);
-    if (parameter == nullptr || parameter->kind != Lv2Parameter::Kind::toggle)
-        return 0;
-    describeSwitch(properties, parameter->name);
-    return 1;
+bool Lv2Effect::isSwitch(VstInt32 index) {
+    return parameterAt(index).kind == Lv2Parameter::Kind::toggle;
 }
 
 // --- Programs and state ---
@@ -220,20 +142,29 @@ VstIntPtr Lv2Effect::describeParameter(VstInt32 index, VstParameterProperties& p
 void Lv2Effect::setProgram(VstIntPtr number) {
     if (number < 0 || number >= static_cast<VstIntPtr>(programs.size()))
         return;
-    program = number;
+    chosenProgram = number;
     const auto numbers = bundle.preset(programs[static_cast<std::size_t>(number)]);
     for (const Lv2Parameter& parameter : parameters)
         if (const auto found = numbers.find(parameter.symbol); found != numbers.end())
             player.setNumber(parameter.port, found->second);
 }
 
-std::string Lv2Effect::programName(VstInt32 index) {
-    if (!chunkProperty.empty()) {
-        const auto bank = EffectBank::in(chunk(), record.uniqueID);
-        return bank ? bank->presets.at(bank->current.value_or(0)).name().data() : "";
-    }
-    const bool exists = index >= 0 && index < static_cast<VstInt32>(programs.size());
-    return exists ? programs[static_cast<std::size_t>(index)] : "";
+std::optional<std::string> Lv2Effect::programName() {
+    if (chunkProperty.empty())
+        return nameOfProgram(chosenProgram);
+    const auto bank = EffectBank::in(chunk(), record.uniqueID);
+    return bank ? bank->presets.at(bank->current.value_or(0)).name().data() : "";
+}
+
+std::optional<std::string> Lv2Effect::programName(VstInt32 index) {
+    if (!chunkProperty.empty())
+        return std::nullopt;
+    return nameOfProgram(index);
+}
+
+std::string Lv2Effect::nameOfProgram(VstIntPtr number) const {
+    const bool exists = number >= 0 && number < static_cast<VstIntPtr>(programs.size());
+    return exists ? programs[static_cast<std::size_t>(number)] : "";
 }
 
 // The one property of a state that is Mirelon's bank.
@@ -253,9 +184,9 @@ std::vector<std::byte> Lv2Effect::chunk() {
     return player.save()[chunkProperty].value;
 }
 
-VstIntPtr Lv2Effect::setChunk(std::span<const std::byte> bytes) {
+bool Lv2Effect::setChunk(std::span<const std::byte> bytes) {
     if (chunkProperty.empty())
-        return 0;
+        return false;
     player.settle(); // what the ports say until now is not to count afterwards
     std::vector<float> before;
     for (const Lv2Parameter& parameter : parameters)
@@ -269,10 +200,10 @@ VstIntPtr Lv2Effect::setChunk(std::span<const std::byte> bytes) {
     if (player.restore(state) != LV2_STATE_SUCCESS) {
         for (std::size_t i = 0; i < parameters.size(); ++i)
             player.setNumber(parameters[i].port, before[i]);
-        return 0;
+        return false;
     }
     showBank(player.save()[chunkProperty].value); // what it has made of it
-    return 1;
+    return true;
 }
 
 void Lv2Effect::showBank(std::span<const std::byte> chunk) {
@@ -287,28 +218,31 @@ void Lv2Effect::showBank(std::span<const std::byte> chunk) {
 
 // --- Editor ---
 
-VstIntPtr Lv2Effect::openEditor(void* parent) {
-    if (!(record.flags & effFlagsHasEditor))
-        return 0;
+bool Lv2Effect::openEditor(std::uintptr_t parent) {
     editor.reset();
     Lv2EditorListener& self = *this;
     try {
-        editor = std::make_unique<Lv2Editor>(bundle, player,
-                                             reinterpret_cast<std::uintptr_t>(parent), self);
+        editor = std::make_unique<Lv2Editor>(bundle, player, parent, self);
     } catch (const PluginError&) {
-        return 0;
+        return false;
     }
     if (!editor->isOpen())
         editor.reset();
-    return editor ? 1 : 0;
+    return editor != nullptr;
 }
 
-const ERect* Lv2Effect::editorRectangle() {
-    const auto size = editor ? editor->size() : std::nullopt;
-    if (!size)
-        return nullptr;
-    rectangle = {0, 0, static_cast<VstInt16>(size->second), static_cast<VstInt16>(size->first)};
-    return &rectangle;
+void Lv2Effect::closeEditor() {
+    editor.reset();
+    player.settle();
+}
+
+void Lv2Effect::idleEditor() {
+    if (editor)
+        editor->idle();
+}
+
+std::optional<std::pair<int, int>> Lv2Effect::editorSize() {
+    return editor ? editor->size() : std::nullopt;
 }
 
 void Lv2Effect::numberWritten(std::uint32_t port, float number) {
@@ -324,10 +258,6 @@ void Lv2Effect::touched(std::uint32_t port, bool grabbed) {
 
 void Lv2Effect::resized(int width, int height) {
     tellHost(audioMasterSizeWindow, width, height);
-}
-
-VstIntPtr Lv2Effect::tellHost(VstInt32 opcode, VstInt32 index, VstIntPtr value, float opt) {
-    return host != nullptr ? host(&record, opcode, index, value, nullptr, opt) : 0;
 }
 
 // --- Module ---

@@ -1,7 +1,7 @@
 // An LV2 plug-in in the shape of a VST 2.4 effect, for all that drives effects.
 #pragma once
 
-#include "hosting/effectrecord.h"
+#include "hosting/adaptedeffect.h"
 #include "hosting/lv2bundle.h"
 #include "hosting/lv2editor.h"
 #include "hosting/lv2parameter.h"
@@ -13,7 +13,7 @@
 #include <optional>
 #include <span>
 #include <string>
-#include <string_view>
+#include <utility>
 #include <vector>
 
 namespace mirelon::hosting {
@@ -26,7 +26,7 @@ namespace mirelon::hosting {
 // Threads as for an effect: process and setParameter on any one thread each,
 // everything else on the main thread; the chunk may be read and given on another
 // one.
-class Lv2Effect : private Lv2EditorListener {
+class Lv2Effect final : public AdaptedEffect, private Lv2EditorListener {
   public:
     // The record owns what stands behind it, until effClose. Throws PluginError.
     static AEffect* make(const Lv2Bundle& bundle, audioMasterCallback host);
@@ -35,42 +35,53 @@ class Lv2Effect : private Lv2EditorListener {
     Lv2Effect(const Lv2Bundle& bundle, audioMasterCallback host);
 
     friend struct EffectFunctions<Lv2Effect>;
-    VstIntPtr dispatch(VstInt32 opcode, VstInt32 index, VstIntPtr value, void* ptr, float opt);
-    VstIntPtr answerText(VstInt32 opcode, VstInt32 index, char* buffer);
 
-    const Lv2Parameter* parameterAt(VstInt32 index) const;
+    void setRate(double rate) override { player.setRate(rate); }
+    void setLargestBlock(std::int32_t frames) override { player.setLargestBlock(frames); }
+    void resume() override { player.resume(); }
+    void suspend() override { player.suspend(); }
+
+    std::string effectName() override;
+    std::string vendorName() override;
+    VstPlugCategory category() override;
+
+    const Lv2Parameter& parameterAt(VstInt32 index) const;
     std::optional<VstInt32> indexOfPort(std::uint32_t port) const;
     void setParameter(VstInt32 index, float value);
     float getParameter(VstInt32 index) const;
-    VstIntPtr setParameterText(VstInt32 index, const char* text);
-    VstIntPtr describeParameter(VstInt32 index, VstParameterProperties& properties) const;
+    std::string parameterName(VstInt32 index) override { return parameterAt(index).name; }
+    std::optional<std::string> parameterLabel(VstInt32 index) override;
+    std::string parameterDisplay(VstInt32 index) override;
+    bool readParameter(VstInt32 index, const char* text) override;
+    bool isAutomatable(VstInt32 /*index*/) override { return true; }
+    bool isSwitch(VstInt32 index) override;
 
-    void setProgram(VstIntPtr number);
-    std::string programName(VstInt32 index);
+    void setProgram(VstIntPtr number) override;
+    VstIntPtr program() override { return chosenProgram; }
+    std::optional<std::string> programName() override;
+    std::optional<std::string> programName(VstInt32 index) override;
+    std::string nameOfProgram(VstIntPtr number) const;
 
     std::optional<std::string> bankProperty();
-    std::vector<std::byte> chunk();
-    VstIntPtr setChunk(std::span<const std::byte> bytes);
+    std::vector<std::byte> chunk() override;
+    bool setChunk(std::span<const std::byte> bytes) override;
     void showBank(std::span<const std::byte> chunk);
 
-    VstIntPtr openEditor(void* parent);
-    const ERect* editorRectangle();
+    bool openEditor(std::uintptr_t parent) override;
+    void closeEditor() override;
+    void idleEditor() override;
+    std::optional<std::pair<int, int>> editorSize() override;
     void numberWritten(std::uint32_t port, float number) override;
     void touched(std::uint32_t port, bool grabbed) override;
     void resized(int width, int height) override;
-    VstIntPtr tellHost(VstInt32 opcode, VstInt32 index = 0, VstIntPtr value = 0, float opt = 0.0F);
 
     const Lv2Bundle& bundle;
-    audioMasterCallback host;
-    AEffect record{};
     std::vector<Lv2Parameter> parameters;
     Lv2Player player;
     std::vector<std::string> programs; // by label; empty where the chunk holds them
-    VstIntPtr program = 0;
-    std::string chunkProperty{};       // of the state; empty: the effect has no chunk
-    std::vector<std::byte> givenChunk; // what the host was handed last
+    VstIntPtr chosenProgram = 0;
+    std::string chunkProperty{}; // of the state; empty: the effect has no chunk
     std::unique_ptr<Lv2Editor> editor;
-    ERect rectangle{};
 };
 
 // A bundle's plug-in.
