@@ -135,9 +135,8 @@ std::string oddityOfText(const hosting::ClapInstance& plugIn, const clap_param_i
     const auto again = plugIn.text(parameter.id, *read);
     if (apart <= sameValue || again == text)
         return {};
-    std::string what =
-        joined("reads \"", *text, "\", its own text for ", nameOf(parameter), " at ", value,
-               ", as ", *read, " (\"", again.value_or(""), "\")");
+    std::string what = joined("reads \"", *text, "\", its own text for ", nameOf(parameter), " at ",
+                              value, ", as ", *read, " (\"", again.value_or(""), "\")");
     require(apart <= otherValue, what);
     return what;
 }
