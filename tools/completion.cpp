@@ -1,5 +1,7 @@
 #include "tools/completion.h"
 
+#include "validator/check.h"
+
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <sstream>
@@ -44,6 +46,13 @@ std::vector<std::string> wordsOf(const std::string& type) {
     return words;
 }
 
+std::vector<std::string> checkNames() {
+    std::vector<std::string> names;
+    for (const validator::Check& each : validator::checks())
+        names.emplace_back(each.name);
+    return names;
+}
+
 Kind kindOf(const CLI::Option& option, std::string_view placeholder, bool hasWords) {
     if (option.nonpositional() && option.get_items_expected_max() == 0)
         return Kind::nothing;
@@ -65,7 +74,7 @@ CompletedOption completed(const CLI::Option& option) {
     if (result.placeholder.empty())
         result.placeholder = option.get_single_name();
     result.summary = option.get_description();
-    result.words = wordsOf(type);
+    result.words = result.placeholder == "CHECK" ? checkNames() : wordsOf(type);
     result.kind = kindOf(option, result.placeholder, !result.words.empty());
     result.repeated = option.get_items_expected_max() > 1 || option.get_trigger_on_parse();
     return result;

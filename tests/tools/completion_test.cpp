@@ -66,6 +66,13 @@ TEST_F(CompletionInBash, OffersWhatAnOptionTakes) {
     EXPECT_THAT(offered("render --block t"), ElementsAre());
 }
 
+TEST_F(CompletionInBash, OffersTheNamesOfChecks) {
+    EXPECT_THAT(offered("check --only load-"),
+                UnorderedElementsAre("load-twice", "load-time", "load-memory"));
+    EXPECT_THAT(offered("check --skip = audio-in"), ElementsAre("audio-in-place"));
+    EXPECT_THAT(offered("check --only no-such"), ElementsAre());
+}
+
 TEST_F(CompletionInBash, OffersFilesWhereThereAreToBeFiles) {
     EXPECT_THAT(offered("render --double t"), UnorderedElementsAre("takes", "take.wav"));
     EXPECT_THAT(offered("info t"), ElementsAre());
@@ -86,6 +93,12 @@ TEST(Completion, InZshIsAScriptThatZshCanRead) {
         GTEST_SKIP() << "zsh is not installed";
     EXPECT_EQ(read.status, 0);
     EXPECT_EQ(read.errors, "");
+}
+
+TEST(Completion, InZshHasTheNamesOfChecks) {
+    const ProgramResult script = runHost({"completion", "zsh"});
+    EXPECT_THAT(script.output, testing::HasSubstr("'*--only[Only this check, whatever its level; "
+                                                  "repeatable]:CHECK:(load-twice load-time "));
 }
 
 // Asks zsh itself, as a user who presses Tab.

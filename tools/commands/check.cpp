@@ -162,7 +162,7 @@ void runCheck(const Options& options) {
 
 void addSelection(CLI::App& parser, const char* name, std::vector<std::string>& names,
                   const char* summary) {
-    parser.add_option(name, names, summary)->type_name("NAME")->allow_extra_args(false);
+    parser.add_option(name, names, summary)->type_name("CHECK")->allow_extra_args(false);
 }
 
 Run define(CLI::App& parser) {
