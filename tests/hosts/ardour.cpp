@@ -54,6 +54,28 @@ std::string runScript(const HostHome& home, const std::string& script,
     return outcome.output;
 }
 
+void automate(const HostHome& home, const std::string& session, const Automation& automation) {
+    std::string parameter = std::to_string(automation.parameter);
+    if (automation.port)
+        parameter.append(":").append(std::to_string(*automation.port));
+    std::vector<std::string> arguments{session, parameter, automation.mode};
+    arguments.insert(arguments.end(), automation.points.begin(), automation.points.end());
+    runScript(home, "automate.lua", arguments);
+}
+
+std::vector<float> pointsIn(const std::string& output) {
+    std::vector<float> points;
+    std::istringstream lines(output);
+    for (std::string line; std::getline(lines, line);) {
+        std::istringstream words(line);
+        std::string word;
+        float value = 0.0F;
+        if (words >> word >> value && word == "point")
+            points.push_back(value);
+    }
+    return points;
+}
+
 std::map<int, float> parametersIn(const std::string& output) {
     std::map<int, float> parameters;
     std::istringstream lines(output);

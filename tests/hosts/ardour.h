@@ -4,6 +4,7 @@
 #include "tests/hosts/hosthome.h"
 
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -33,6 +34,18 @@ Outcome scan(const HostHome& home);
 // gives its output; a failure of the running test when it does not end well.
 std::string runScript(const HostHome& home, const std::string& script,
                       const std::vector<std::string>& arguments);
+
+// What automate.lua gives the session's plug-in.
+struct Automation {
+    int parameter = 0;
+    std::vector<std::string> points;   // each FRAME=VALUE
+    std::optional<unsigned> port = {}; // the parameter's, of an LV2 plug-in
+    std::string mode = "Play";         // the host's name for it
+};
+void automate(const HostHome& home, const std::string& session, const Automation& automation);
+
+// The values in the lines "point <value>" of a script's output.
+std::vector<float> pointsIn(const std::string& output);
 
 // The lines "parameter <index> <value>" of a script's output.
 std::map<int, float> parametersIn(const std::string& output);

@@ -9,7 +9,9 @@
 #include "tests/support/signals.h"
 
 #include <array>
+#include <chrono>
 #include <glib.h>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <memory>
 #include <string>
@@ -150,6 +152,35 @@ TEST_F(ArdourLv2, ReloadedInANewProcessHasParametersAndPresetNamesBack) {
     EXPECT_EQ(difference(session.bounced("first"), referenceOf(input(), everythingMoved)), "");
 }
 
+TEST_F(ArdourLv2, KeepsTheBytesThatTheVst2PlugInKeepsAtTheSameSettings) {
+    insert(everythingMoved);
+    bounce("bounce");
+    const std::vector<std::byte> bank = savedBank();
+
+    const ArdourSession other{home / "vst2"};
+    std::vector<std::string> arguments{other.path(), std::to_string(ArdourSession::rate)};
+    for (int i = 0; i < kNumParams; ++i)
+        arguments.push_back(assignment(
+            i, lv2::valueOfPort(i, everythingMoved[static_cast<std::size_t>(i)]).value()));
+    ASSERT_THAT(ardour::scan(home).output, ::testing::HasSubstr("<VST2Info "));
+    ardour::runScript(home, "insert.lua", arguments);
+    const std::vector<std::byte> chunk = other.chunk();
+    EXPECT_EQ(chunk.size(), 692U);
+    EXPECT_EQ(bank, chunk);
+
+    const auto shown = [this](const std::vector<std::byte>& state) {
+        const fs::path file = home / "state";
+        writeFile(file, {reinterpret_cast<const char*>(state.data()), state.size()});
+        const Outcome outcome =
+            home.run({MIRELON_HOST_PROGRAM, "chunk", "show", "--plugin", home.plugin(), file},
+                     std::chrono::seconds(20));
+        EXPECT_EQ(outcome.exitCode, 0) << outcome.output;
+        return outcome.output;
+    };
+    EXPECT_EQ(shown(bank), shown(chunk));
+    EXPECT_THAT(shown(bank), ::testing::HasSubstr("692 bytes, a bank of 11 presets"));
+}
+
 TEST_F(ArdourLv2, BypassedByTheHostsButtonLeavesTheInputAlone) {
     insert(everythingMoved);
     ardour::runScript(home, "bypass.lua", {session.path()});
@@ -161,9 +192,8 @@ TEST_F(ArdourLv2, AutomationIsHeardFromItsPointOn) {
     const PortNumbers middle{100.0F, 0.0F, 0.0F, 0.0F, 0.0F, 1.0F, 0.0F, 0.0F, 0.0F};
     insert(middle);
     // The channels swapped from one second on.
-    std::string parameter = std::to_string(kParamPhase) + ':';
-    parameter += std::to_string(lv2::portOfParameter(kParamPhase));
-    ardour::runScript(home, "automate.lua", {session.path(), parameter, "0=0", "48000=1"});
+    ardour::automate(home, session.path(),
+                     {kParamPhase, {"0=0", "48000=1"}, lv2::portOfParameter(kParamPhase)});
     bounce("automated");
     PortNumbers swapped = middle;
     swapped[kParamPhase] = 1.0F;

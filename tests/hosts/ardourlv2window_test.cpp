@@ -2,14 +2,16 @@
 #include "formats/lv2/names.h"
 #include "formats/lv2/portvalues.h"
 #include "tests/hosts/ardourwindow.h"
+#include "tests/hosts/gesture.h"
 #include "tests/hosts/lv2bundles.h"
 #include "tests/hosts/openings.h"
 
-#include <X11/keysym.h>
-
-#include <gtest/gtest.h>
-
+#include <algorithm>
 #include <chrono>
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
 
 namespace mirelon::test {
 namespace {
@@ -23,7 +25,7 @@ class ArdourLv2Window : public ArdourWindowTest {
   protected:
     ArdourLv2Window()
         : ArdourWindowTest(MIRELON_PLUGIN_FILE) {
-        home.addEnvironment(lv2Environment(home / "lv2"));
+        home.addEnvironment(observedLv2Environment(home / "lv2", record));
     }
 
     void insertPlugin() override {
@@ -36,52 +38,78 @@ class ArdourLv2Window : public ArdourWindowTest {
     // the editor stays dark.
     std::string shownSize() const override { return "392x348"; }
 
+    // Of a parameter's port; in the host's mode of automation of this name.
+    void automate(int parameter, const std::vector<std::string>& points,
+                  const std::string& mode = "Play") const {
+        ardour::automate(home, session.path(),
+                         {parameter, points, lv2::portOfParameter(parameter), mode});
+    }
     std::map<int, float> reloaded() {
         return ardour::parametersIn(
             ardour::runScript(home, "bounce.lua", {session.path(), "1024", "after"}));
     }
+
+    std::filesystem::path record = home / "observations";
 };
 
-TEST_F(ArdourLv2Window, KeepsADraggedSliderWhereItWasLeftAndTheSessionKeepsIt) {
+TEST_F(ArdourLv2Window, DragOnASliderIsOneGestureAndStaysWhereItWasLeftAndIsSaved) {
     ASSERT_NO_FATAL_FAILURE(start());
     EXPECT_TRUE(eventually(seconds(10), [&] { return standsAt(balanceSlider, 0.5); }));
+    const std::size_t before = observationsIn(record).size();
     dragSlider(*screen, *editor(), balanceSlider, 0.5, 0.75);
+    const float last =
+        lastOfRisingGesture(finishedGestureOn(balanceSlider.parameter, record, before), "main");
+    EXPECT_NEAR(last, 25.0F, 1.0F);
     EXPECT_TRUE(eventually(seconds(10), [&] { return standsAt(balanceSlider, 0.75); }));
     std::this_thread::sleep_for(seconds(1)); // for the host's echo
     EXPECT_TRUE(standsAt(balanceSlider, 0.75));
     quit();
-    EXPECT_NEAR(reloaded().at(balanceSlider.parameter), 25.0F, 1.0F);
+    EXPECT_EQ(reloaded().at(balanceSlider.parameter), last);
 }
 
 // Ardour closes an LV2 plug-in's window when it hides it.
 TEST_F(ArdourLv2Window, IsClosedAndOpenedAgainAndAgainAndTheHostQuitsCleanly) {
     ASSERT_NO_FATAL_FAILURE(start());
-    const auto main = screen->windowTitled(mainTitle);
-    ASSERT_TRUE(main);
-    ASSERT_TRUE(hideEditor());
-    showMixer(*main);
-    for (int time = 1; time <= openings(); ++time) {
-        ASSERT_TRUE(showEditor()) << "the window was not shown the " << time << ". time";
-        EXPECT_TRUE(eventually(seconds(5), [this] { return handle(balanceSlider).has_value(); }))
-            << "the window is empty the " << time << ". time";
-        ASSERT_TRUE(hideEditor()) << "the window was not hidden the " << time << ". time";
-    }
+    ASSERT_NO_FATAL_FAILURE(hideAndShowEditor(openings()));
     quit();
 }
 
 TEST_F(ArdourLv2Window, ShowsAutomationOfTheHost) {
-    std::string parameter = std::to_string(widthSlider.parameter) + ':';
-    parameter += std::to_string(lv2::portOfParameter(widthSlider.parameter));
-    ardour::runScript(home, "automate.lua", {session.path(), parameter, "0=100", "48000=324"});
+    automate(widthSlider.parameter, {"0=100", "48000=324"});
     ASSERT_NO_FATAL_FAILURE(start());
     ASSERT_TRUE(eventually(seconds(10), [&] { return standsAt(widthSlider, 0.5); }));
-    const auto main = screen->windowTitled(mainTitle);
-    ASSERT_TRUE(main);
-    screen->activate(*main);
-    screen->key(XK_space);
-    EXPECT_TRUE(eventually(seconds(15), [&] {
-        return handle(widthSlider).value_or(0) > handlePosition(0.7);
-    })) << "the slider did not move";
+    ASSERT_NO_FATAL_FAILURE(pressSpace());
+    expectToRise(widthSlider, 0.7);
+}
+
+// In the host's mode "touch" a control's automation is written from the gesture's
+// begin to its end, and plays before and after it.
+TEST_F(ArdourLv2Window, WritesADragAsOneStretchOfTouchAutomation) {
+    automate(widthSlider.parameter, {"0=100", "400000=324"}); // shows that the transport runs
+    automate(balanceSlider.parameter, {"0=0", "470000=0"}, "Touch");
+    ASSERT_NO_FATAL_FAILURE(start());
+    ASSERT_TRUE(eventually(seconds(10), [&] { return standsAt(balanceSlider, 0.5); }));
+    ASSERT_NO_FATAL_FAILURE(pressSpace());
+    expectToRise(widthSlider, 0.55);
+    dragSlider(*screen, *editor(), balanceSlider, 0.5, 0.75);
+    EXPECT_TRUE(eventually(seconds(10), [&] { return standsAt(balanceSlider, 0.5); }))
+        << "the curve does not play again after the gesture";
+    ASSERT_NO_FATAL_FAILURE(pressSpace());
+    quit();
+
+    const std::vector<float> curve = ardour::pointsIn(ardour::runScript(
+        home, "points.lua", {session.path(), std::to_string(balanceSlider.parameter)}));
+    ASSERT_GE(curve.size(), 4U);
+    EXPECT_EQ(curve.front(), 0.0F);
+    EXPECT_EQ(curve.back(), 0.0F);
+    EXPECT_NEAR(*std::ranges::max_element(curve), 25.0F, 1.0F);
+    const auto leaves = std::ranges::adjacent_find(
+        curve, [](float now, float next) { return now == 0.0F && next > 0.0F; });
+    ASSERT_NE(leaves, curve.end());
+    EXPECT_EQ(std::adjacent_find(leaves + 1, curve.end(),
+                                 [](float now, float next) { return now == 0.0F && next > 0.0F; }),
+              curve.end())
+        << "more than one stretch";
 }
 
 TEST_F(ArdourLv2Window, KeepsAPresetThatItChoseInTheSession) {

@@ -194,10 +194,8 @@ TEST_F(ArdourSessionTest, AutomationIsHeardAsTheHostPlaysItBack) {
     const Parameters values{0.5F, 0.5F, 0.5F, 0.5F, 0.5F, 1.0F, 0.0F, 0.0F, 0.0F};
     const ArdourSession session = sessionWith(home, values);
     // The channels swapped for a while, and a rising gain.
-    ardour::runScript(home, "automate.lua",
-                      {session.path(), std::to_string(kSwap), "0=0", "48000=1", "60000=0"});
-    ardour::runScript(home, "automate.lua",
-                      {session.path(), std::to_string(kGain), "0=0.5", "96000=0.75"});
+    ardour::automate(home, session.path(), {kSwap, {"0=0", "48000=1", "60000=0"}});
+    ardour::automate(home, session.path(), {kGain, {"0=0.5", "96000=0.75"}});
 
     std::filesystem::remove(home / "observations");
     bounce(home, session, "automated");

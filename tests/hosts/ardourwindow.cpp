@@ -80,6 +80,32 @@ bool ArdourWindowTest::showEditor() {
            });
 }
 
+void ArdourWindowTest::hideAndShowEditor(int times) {
+    const auto main = screen->windowTitled(mainTitle);
+    ASSERT_TRUE(main);
+    ASSERT_TRUE(hideEditor());
+    showMixer(*main);
+    for (int time = 1; time <= times; ++time) {
+        ASSERT_TRUE(showEditor()) << "the window was not shown the " << time << ". time";
+        EXPECT_TRUE(eventually(seconds(5), [this] { return handle(sliderPlaces[0]).has_value(); }))
+            << "the window is empty the " << time << ". time";
+        ASSERT_TRUE(hideEditor()) << "the window was not hidden the " << time << ". time";
+    }
+}
+
+void ArdourWindowTest::pressSpace() {
+    const auto main = screen->windowTitled(mainTitle);
+    ASSERT_TRUE(main);
+    screen->activate(*main);
+    screen->key(XK_space);
+}
+
+void ArdourWindowTest::expectToRise(const SliderPlace& slider, double value) const {
+    EXPECT_TRUE(eventually(seconds(15), [&] {
+        return handle(slider).value_or(0) > handlePosition(value);
+    })) << "the slider did not move";
+}
+
 // The main window shows the tracks at first; the key is lost while it is busy.
 void ArdourWindowTest::showMixer(Screen::WindowId main) {
     const Pixels tracks = screen->pixels(main);

@@ -45,6 +45,12 @@ class ArdourWindowTest : public ::testing::Test {
     // plug-in's name in the mixer; false when that does not come about.
     bool hideEditor() const;
     bool showEditor();
+    // Both of them so many times; what is shown is the editor each time.
+    void hideAndShowEditor(int times);
+    // The transport's key in the main window.
+    void pressSpace();
+    // Fails the running test unless the slider is beyond this value before long.
+    void expectToRise(const SliderPlace& slider, double value) const;
     // Saves and leaves as a user does.
     void quit();
 

@@ -39,6 +39,9 @@ class ArdourWindow : public ArdourWindowTest {
         editorThread = theCall(effEditOpen).thread;
     }
 
+    void automate(int parameter, const std::vector<std::string>& points) const {
+        ardour::automate(home, session.path(), {parameter, points});
+    }
     Observations calls() const { return observationsIn(record); }
     std::size_t countOf(VstInt32 opcode) const {
         const Observations all = calls();
@@ -89,12 +92,8 @@ TEST_F(ArdourWindow, DragOnASliderIsOneGestureOnTheEditorsThreadAndIsSaved) {
     const auto window = editor();
     ASSERT_TRUE(window);
     dragSlider(*screen, *window, balanceSlider, 0.5, 0.75);
-    Observations gesture;
-    EXPECT_TRUE(eventually(seconds(10), [&] {
-        gesture = gestureOn(balanceSlider.parameter, calls(), before);
-        return isOver(gesture);
-    }));
-    const float last = lastOfRisingGesture(gesture, editorThread);
+    const float last = lastOfRisingGesture(
+        finishedGestureOn(balanceSlider.parameter, record, before), editorThread);
     EXPECT_NE(editorThread, "main"); // Ardour gives editors a thread of their own
     EXPECT_NEAR(last, 0.75F, 0.01F);
     EXPECT_TRUE(eventually(seconds(10), [&] { return standsAt(balanceSlider, 0.75); }))
@@ -109,20 +108,12 @@ TEST_F(ArdourWindow, DragOnASliderIsOneGestureOnTheEditorsThreadAndIsSaved) {
 }
 
 TEST_F(ArdourWindow, AutomationOfTheHostMovesTheSlider) {
-    ardour::runScript(
-        home, "automate.lua",
-        {session.path(), std::to_string(widthSlider.parameter), "0=0.5", "48000=0.9"});
+    automate(widthSlider.parameter, {"0=0.5", "48000=0.9"});
     ASSERT_NO_FATAL_FAILURE(start());
     ASSERT_TRUE(eventually(seconds(10), [&] { return standsAt(widthSlider, 0.5); }))
         << "the slider does not stand in the middle";
-
-    const auto main = screen->windowTitled(mainTitle);
-    ASSERT_TRUE(main);
-    screen->activate(*main);
-    screen->key(XK_space);
-    EXPECT_TRUE(eventually(seconds(15), [&] {
-        return handle(widthSlider).value_or(0) > handlePosition(0.7);
-    })) << "the slider did not move";
+    ASSERT_NO_FATAL_FAILURE(pressSpace());
+    expectToRise(widthSlider, 0.7);
     const Observations all = calls();
     EXPECT_TRUE(std::any_of(all.begin(), all.end(), [this](const Observation& call) {
         return call.kind == Kind::sets && call.index == widthSlider.parameter && call.opt > 0.6F &&
@@ -132,9 +123,7 @@ TEST_F(ArdourWindow, AutomationOfTheHostMovesTheSlider) {
 
 TEST_F(ArdourWindow, SpaceStartsAndStopsTheTransportAfterAClickOnASlider) {
     // Slow enough to be seen standing half way.
-    ardour::runScript(
-        home, "automate.lua",
-        {session.path(), std::to_string(widthSlider.parameter), "0=0.5", "400000=0.9"});
+    automate(widthSlider.parameter, {"0=0.5", "400000=0.9"});
     ASSERT_NO_FATAL_FAILURE(start());
     ASSERT_TRUE(eventually(seconds(10), [&] { return standsAt(widthSlider, 0.5); }));
     const auto window = editor();
@@ -157,16 +146,7 @@ TEST_F(ArdourWindow, SpaceStartsAndStopsTheTransportAfterAClickOnASlider) {
 
 TEST_F(ArdourWindow, IsHiddenAndShownFiveTimesAndTheHostQuitsCleanly) {
     ASSERT_NO_FATAL_FAILURE(start());
-    const auto main = screen->windowTitled(mainTitle);
-    ASSERT_TRUE(main);
-    ASSERT_TRUE(hideEditor());
-    showMixer(*main);
-    for (int time = 1; time <= 5; ++time) {
-        ASSERT_TRUE(showEditor()) << "the window was not shown the " << time << ". time";
-        EXPECT_TRUE(eventually(seconds(5), [this] { return handle(balanceSlider).has_value(); }))
-            << "the window is empty the " << time << ". time";
-        ASSERT_TRUE(hideEditor()) << "the window was not hidden the " << time << ". time";
-    }
+    ASSERT_NO_FATAL_FAILURE(hideAndShowEditor(5));
     quit();
     // Ardour keeps a hidden editor open; in the end all is closed, in order.
     EXPECT_EQ(countOf(effEditOpen), countOf(effEditClose));

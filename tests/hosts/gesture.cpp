@@ -1,5 +1,6 @@
 #include "tests/hosts/gesture.h"
 
+#include <chrono>
 #include <gtest/gtest.h>
 
 namespace mirelon::test {
@@ -16,8 +17,14 @@ Observations gestureOn(VstInt32 parameter, const Observations& all, std::size_t 
     return gesture;
 }
 
-bool isOver(const Observations& gesture) {
-    return !gesture.empty() && gesture.back().opcode == audioMasterEndEdit;
+Observations finishedGestureOn(VstInt32 parameter, const std::filesystem::path& record,
+                               std::size_t from) {
+    Observations gesture;
+    eventually(std::chrono::seconds(20), [&] {
+        gesture = gestureOn(parameter, observationsIn(record), from);
+        return !gesture.empty() && gesture.back().opcode == audioMasterEndEdit;
+    });
+    return gesture;
 }
 
 float lastOfRisingGesture(const Observations& gesture, const std::string& thread) {

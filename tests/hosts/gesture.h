@@ -4,6 +4,7 @@
 #include "tests/hosts/observations.h"
 
 #include <cstddef>
+#include <filesystem>
 #include <string>
 
 namespace mirelon::test {
@@ -12,8 +13,10 @@ namespace mirelon::test {
 // on: begin of an edit, automation, end.
 Observations gestureOn(VstInt32 parameter, const Observations& all, std::size_t from);
 
-// The hand has let go.
-bool isOver(const Observations& gesture);
+// The same from a record that is still being written, when the hand has let go;
+// what there is after some seconds when it has not.
+Observations finishedGestureOn(VstInt32 parameter, const std::filesystem::path& record,
+                               std::size_t from);
 
 // Fails the running test unless this is one edit, begun and ended once, in which
 // the value never falls, all on one thread. Answers the last value.

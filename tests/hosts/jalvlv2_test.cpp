@@ -3,9 +3,11 @@
 #include "tests/hosts/editorview.h"
 #include "tests/hosts/jackserver.h"
 #include "tests/hosts/lv2bundles.h"
+#include "tests/hosts/observations.h"
 #include "tests/hosts/openings.h"
 #include "tests/hosts/screen.h"
 
+#include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <gmock/gmock.h>
@@ -31,7 +33,7 @@ class Jalv : public testing::TestWithParam<const char*> {
             GTEST_SKIP() << "the JACK server is not installed (scripts/setup hosts)";
         if (!Screen::hasWindowManager())
             GTEST_SKIP() << "openbox is not installed (scripts/setup)";
-        home.addEnvironment(lv2Environment(home / "lv2"));
+        home.addEnvironment(observedLv2Environment(home / "lv2", record));
         home.addEnvironment({{"DISPLAY", Screen::display()}});
         jack = std::make_unique<JackServer>(home);
         home.addEnvironment(jack->variables());
@@ -69,6 +71,7 @@ class Jalv : public testing::TestWithParam<const char*> {
     }
 
     HostHome home{MIRELON_PLUGIN_FILE};
+    std::filesystem::path record = home / "observations";
     std::filesystem::path log = home / "jalv.log";
     std::unique_ptr<JackServer> jack;
     std::unique_ptr<Screen> screen;
@@ -86,13 +89,26 @@ TEST_P(Jalv, ShowsTheWindowAtItsOwnSizeAndQuitsWithoutAComplaint) {
     EXPECT_THAT(contentsOf(log), Not(HasSubstr("\nwarning")));
 }
 
-TEST_P(Jalv, LetsADraggedSliderStayWhereItWasLeft) {
+// It takes no word of a gesture's ends: what it hears are the numbers.
+TEST_P(Jalv, HearsADragAsRisingNumbersOfOnePortAndLeavesTheSliderThere) {
     ASSERT_NO_FATAL_FAILURE(start());
+    const std::size_t before = observationsIn(record).size();
     dragSlider(*screen, *editor(), balanceSlider, 0.5, 0.7);
     EXPECT_TRUE(eventually(seconds(10), [this] { return standsAt(0.7); }));
-    std::this_thread::sleep_for(seconds(1));
+    std::this_thread::sleep_for(seconds(1)); // for the host's echo
     EXPECT_TRUE(standsAt(0.7));
     quit();
+    Observations heard = observationsIn(record);
+    heard.erase(heard.begin(), heard.begin() + static_cast<std::ptrdiff_t>(before));
+    std::erase_if(heard,
+                  [](const Observation& call) { return call.kind != Observation::Kind::tells; });
+    ASSERT_GE(heard.size(), 2U);
+    for (const Observation& call : heard) {
+        EXPECT_TRUE(call.is(Observation::Kind::tells, audioMasterAutomate));
+        EXPECT_EQ(call.index, balanceSlider.parameter);
+    }
+    EXPECT_TRUE(std::ranges::is_sorted(heard, {}, &Observation::opt));
+    EXPECT_NEAR(heard.back().opt, 20.0F, 1.0F);
 }
 
 // It shows the window from its start to its end.

@@ -41,6 +41,22 @@ PluginEntry lv2(const std::string& uri);
 // A session with this plug-in on the master bus's output.
 void writeSession(const PluginEntry& plugin, const std::filesystem::path& file);
 
+// One parameter's automation, as the session names it; it plays, and what the
+// user does meanwhile is recorded when `capture` is set.
+struct AutomatedParameter {
+    unsigned long index;
+    std::string name;
+    std::filesystem::path curve; // see qtractorcurve.h; beside the session
+    bool capture = false;
+};
+
+// A session with this plug-in on its only track.
+void writeTrackSession(const PluginEntry& plugin, const AutomatedParameter& automated,
+                       const std::filesystem::path& file);
+
+// Where a session that Qtractor has saved keeps its only curve.
+std::filesystem::path curveFileOf(const std::filesystem::path& session);
+
 // The plug-in's parameters in a session's file, by name.
 std::map<std::string, float> parametersIn(const std::filesystem::path& session);
 

@@ -1,8 +1,11 @@
 // The CLAP plug-in in Qtractor, with its window.
+#include "processor/core/parameters.h"
 #include "tests/hosts/gesture.h"
 #include "tests/hosts/observations.h"
+#include "tests/hosts/qtractorcurve.h"
 #include "tests/hosts/qtractorwindow.h"
 
+#include <X11/keysym.h>
 #include <algorithm>
 #include <chrono>
 #include <gmock/gmock.h>
@@ -43,6 +46,28 @@ class QtractorClap : public QtractorWindowTest {
         Observations all = calls();
         std::erase_if(all, [](const Observation& call) { return call.kind != Kind::plays; });
         return all;
+    }
+    // Waits until the plug-in has played so many more blocks.
+    void playOn(std::size_t more) const {
+        const std::size_t until = blocks().size() + more;
+        EXPECT_TRUE(eventually(seconds(60), [&] { return blocks().size() >= until; }));
+    }
+    // What the host has set the balance to, after so many calls.
+    Observations balanceSetSince(std::size_t from) const {
+        Observations all = calls();
+        all.erase(all.begin(), all.begin() + static_cast<std::ptrdiff_t>(from));
+        std::erase_if(all, [](const Observation& call) {
+            return call.kind != Kind::sets || call.index != balanceSlider.parameter;
+        });
+        return all;
+    }
+    // The session's curve is only played from now on.
+    void stopRecording() const {
+        const std::string recording = "<capture>1</capture>";
+        std::string text = contentsOf(session);
+        const auto place = text.find(recording);
+        ASSERT_NE(place, std::string::npos);
+        writeFile(session, text.replace(place, recording.size(), "<capture>0</capture>"));
     }
     std::ptrdiff_t asked(VstInt32 opcode) const {
         return std::ranges::count_if(
@@ -91,12 +116,8 @@ TEST_F(QtractorClap, DragOnASliderIsOneGestureAndIsBackAfterSavingAndReloading) 
     const std::string audioThread = blocks().back().thread;
     const std::size_t before = calls().size();
     dragSlider(*screen, *editor(), balanceSlider, 0.5, 0.7);
-    Observations gesture;
-    ASSERT_TRUE(eventually(seconds(20), [&] {
-        gesture = gestureOn(balanceSlider.parameter, calls(), before);
-        return isOver(gesture);
-    }));
-    const float last = lastOfRisingGesture(gesture, audioThread);
+    const float last = lastOfRisingGesture(
+        finishedGestureOn(balanceSlider.parameter, record, before), audioThread);
     EXPECT_NEAR(last, 0.7, 0.01);
     EXPECT_TRUE(eventually(seconds(10), [this] { return standsAt(0.7); }));
     ASSERT_NO_FATAL_FAILURE(save());
@@ -117,27 +138,69 @@ TEST_F(QtractorClap, DragOnASliderIsOneGestureAndIsBackAfterSavingAndReloading) 
 TEST_F(QtractorClap, HasAPresetThatTheWindowChoseBackAfterSavingAndReloading) {
     ASSERT_NO_FATAL_FAILURE(start());
     ASSERT_NO_FATAL_FAILURE(openEditor());
-    for (int preset = 1; preset <= 3; ++preset) // the third is "balanse to the left"
-        screen->click(*editor(), rockerRight);
-    EXPECT_TRUE(eventually(seconds(10), [this] { return standsAt(0.7); }));
+    chooseTheThirdPreset();
     ASSERT_NO_FATAL_FAILURE(save());
     const auto saved = qtractor::parametersIn(session);
     EXPECT_EQ(saved.size(), 9U);
     EXPECT_NEAR(saved.at("balance"), 0.7F, 1e-5F);
     EXPECT_EQ(saved.at("phase"), 1.0F);
-    const Pixels shown = screen->pixels(*editor());
+    const Pixels shown = presetPanel();
     quit();
 
     ASSERT_NO_FATAL_FAILURE(start());
     ASSERT_NO_FATAL_FAILURE(openEditor());
-    // The panel with the preset's name, below the meters.
-    const auto panel = [](const Pixels& window) {
-        return window.part(84, 312, 206, window.height);
-    };
-    EXPECT_TRUE(eventually(seconds(10), [&] {
-        return standsAt(0.7) && panel(screen->pixels(*editor())) == panel(shown);
-    }));
+    EXPECT_TRUE(eventually(seconds(10), [&] { return standsAt(0.7) && presetPanel() == shown; }));
     expectToKeep(saved);
+}
+
+TEST_F(QtractorClap, HasDragsRecordedAsAutomationAndPlaysThemBackInANewProcess) {
+    const std::filesystem::path curve = home / "home/curve.mid";
+    qtractor::writeCurve(curve, {{0.0, 0.5}});
+    qtractor::writeTrackSession(qtractor::clap(home),
+                                {kParamBalance, "balance", curve, /*capture*/ true}, session);
+    ASSERT_NO_FATAL_FAILURE(launch());
+    ASSERT_NO_FATAL_FAILURE(openEditorOfTrack());
+    EXPECT_TRUE(eventually(seconds(10), [this] { return standsAt(0.5); }));
+    const std::size_t before = calls().size();
+    press(XK_space); // what is on a track plays with the transport alone
+    playOn(50);
+    const std::string audioThread = blocks().back().thread;
+    dragSlider(*screen, *editor(), balanceSlider, 0.5, 0.7);
+    const float there = lastOfRisingGesture(
+        finishedGestureOn(balanceSlider.parameter, record, before), audioThread);
+    EXPECT_NEAR(there, 0.7, 0.01);
+    playOn(100);
+    const std::size_t half = calls().size();
+    dragSlider(*screen, *editor(), balanceSlider, 0.7, 0.5);
+    const Observations wayBack = finishedGestureOn(balanceSlider.parameter, record, half);
+    ASSERT_GE(wayBack.size(), 3U);
+    const float back = wayBack[wayBack.size() - 2].opt;
+    EXPECT_NEAR(back, 0.5, 0.01);
+    playOn(50);
+    press(XK_space);
+    ASSERT_NO_FATAL_FAILURE(save());
+    quit();
+    const auto points = qtractor::curveIn(qtractor::curveFileOf(session));
+    ASSERT_GE(points.size(), 3U);
+    EXPECT_NEAR(std::ranges::max(points, {}, &qtractor::CurvePoint::value).value, there, 1e-3);
+    EXPECT_NEAR(points.back().value, back, 1e-3);
+
+    stopRecording();
+    ASSERT_NO_FATAL_FAILURE(launch());
+    ASSERT_NO_FATAL_FAILURE(openEditorOfTrack());
+    const std::size_t again = calls().size();
+    clickMain(toTheStart); // a session keeps where the transport stood
+    press(XK_space);
+    EXPECT_TRUE(eventually(seconds(20), [this] { return standsAt(0.7); }));
+    EXPECT_TRUE(eventually(seconds(20), [this] { return standsAt(0.5); }));
+    press(XK_space);
+    const Observations set = balanceSetSince(again);
+    ASSERT_GE(set.size(), 2U);
+    EXPECT_NEAR(std::ranges::max(set, {}, &Observation::opt).opt, there, 1e-3F);
+    EXPECT_NEAR(set.back().opt, back, 1e-3F);
+    for (const Observation& call : set)
+        EXPECT_EQ(call.thread, blocks().back().thread);
+    quit();
 }
 
 TEST_F(QtractorClap, ShowsTheWindowFiftyTimesAndPlaysOn) {

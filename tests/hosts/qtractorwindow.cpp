@@ -14,7 +14,7 @@ namespace {
 constexpr auto mainTitle = "session.qtr";
 constexpr auto unsavedTitle = "session.qtr [modified]";
 constexpr auto mixerTitle = "Mixer";
-constexpr auto pluginTitle = "Dravik Mirelon - Master Out";
+constexpr auto pluginTitle = "Dravik Mirelon - ";
 
 } // namespace
 
@@ -48,12 +48,26 @@ void QtractorWindowTest::openEditor() {
     }
     const auto mixer = screen->windowTitled(mixerTitle);
     ASSERT_TRUE(mixer) << "the mixer was not shown";
+    // The output busses stand at the mixer's right end.
+    openEditorAt(mixerTitle, {screen->pixels(*mixer).width - 115, 47});
+}
+
+void QtractorWindowTest::openEditorOfTrack() {
+    openEditorAt(mainTitle, {185, 180});
+}
+
+void QtractorWindowTest::switchPluginOfTrack() {
+    clickMain({158, 180});
+}
+
+// `entry` is the plug-in's name in the window of this title.
+void QtractorWindowTest::openEditorAt(const std::string& title, const Position& entry) {
+    const auto window = screen->windowTitled(title);
+    ASSERT_TRUE(window);
     ASSERT_TRUE(eventually(seconds(60), [&] {
-        // The output busses stand at the mixer's right end.
-        const Position entry{screen->pixels(*mixer).width - 115, 47};
-        screen->activate(*mixer);
-        screen->pointAt(*mixer, {entry.x - 3, entry.y});
-        screen->pointAt(*mixer, entry);
+        screen->activate(*window);
+        screen->pointAt(*window, {entry.x - 3, entry.y});
+        screen->pointAt(*window, entry);
         // One more on a slow machine would hide it again.
         if (!screen->windowTitled(pluginTitle))
             screen->doubleClick();
@@ -82,21 +96,57 @@ bool QtractorWindowTest::standsAt(double value) const {
     return std::abs(handle().value_or(0) - handlePosition(value)) <= handleTolerance;
 }
 
+void QtractorWindowTest::chooseTheThirdPreset() {
+    for (int preset = 1; preset <= 3; ++preset)
+        screen->click(*editor(), rockerRight);
+    EXPECT_TRUE(eventually(seconds(10), [this] { return standsAt(0.7); }));
+}
+
+Pixels QtractorWindowTest::presetPanel() const {
+    const Pixels window = screen->pixels(*editor());
+    return window.part(84, 312, 206, window.height);
+}
+
+void QtractorWindowTest::clickMain(Position at) {
+    const auto main = screen->windowTitled(mainTitle);
+    ASSERT_TRUE(main);
+    screen->activate(*main);
+    screen->click(*main, at);
+    raiseEditor();
+}
+
+void QtractorWindowTest::press(unsigned long keysym, unsigned long modifier) {
+    screen->activate(*screen->windowTitled(mainTitle));
+    screen->key(keysym, modifier);
+    raiseEditor();
+}
+
+void QtractorWindowTest::raiseEditor() {
+    if (const auto window = screen->windowTitled(pluginTitle))
+        screen->activate(*window);
+}
+
+bool QtractorWindowTest::countsAsChanged() const {
+    return screen->windowTitled(unsavedTitle).has_value();
+}
+
 void QtractorWindowTest::save() {
-    ASSERT_TRUE(eventually(seconds(20), [this] { return screen->windowTitled(unsavedTitle); }))
+    ASSERT_TRUE(eventually(seconds(20), [this] { return countsAsChanged(); }))
         << "the session does not count as changed";
     const auto saved = [this] {
-        return !screen->windowTitled(unsavedTitle) && !qtractor::parametersIn(session).empty();
+        return !countsAsChanged() && !qtractor::parametersIn(session).empty();
     };
     for (int attempt = 0; attempt < 3 && !saved(); ++attempt) {
-        screen->activate(*screen->windowTitled(mainTitle));
-        screen->key(XK_s, XK_Control_L);
+        press(XK_s, XK_Control_L);
         eventually(seconds(10), saved);
     }
     ASSERT_TRUE(saved()) << "the session was not saved";
 }
 
 void QtractorWindowTest::quit() {
+    if (countsAsChanged()) {
+        ASSERT_NO_FATAL_FAILURE(save());
+    }
     const auto window = screen->windowTitled(mainTitle);
     ASSERT_TRUE(window);
     screen->close(*window);

@@ -17,6 +17,9 @@ namespace mirelon::test {
 class QtractorWindowTest : public ::testing::Test {
   protected:
     static constexpr SliderPlace balanceSlider = sliderPlaces[2];
+    // Buttons of the main window.
+    static constexpr Position undo{144, 38};
+    static constexpr Position toTheStart{29, 77};
 
     // `plugin` is what the user has installed.
     explicit QtractorWindowTest(const std::filesystem::path& plugin)
@@ -29,6 +32,10 @@ class QtractorWindowTest : public ::testing::Test {
     // Shows the mixer and, by a double click on the plug-in's name in the master
     // bus's strip, the editor.
     void openEditor();
+    // The same in the list of tracks, where the plug-in stands on a track.
+    void openEditorOfTrack();
+    // Clicks on the host's switch of the plug-in on a track.
+    void switchPluginOfTrack();
     // As its window's close button does.
     void closeEditor();
     std::optional<Screen::WindowId> editor() const;
@@ -36,9 +43,20 @@ class QtractorWindowTest : public ::testing::Test {
     // a value.
     std::optional<int> handle() const;
     bool standsAt(double value) const;
+    // The third preset is "balanse to the left", which puts the slider to 0.7.
+    void chooseTheThirdPreset();
+    // The window's panel with the preset's name, below the meters.
+    Pixels presetPanel() const;
+    // A click or a key for the main window; the editor, if it is open, is on top
+    // afterwards.
+    void clickMain(Position at);
+    void press(unsigned long keysym, unsigned long modifier = 0);
+    // The host knows of something that is not saved.
+    bool countsAsChanged() const;
     // Saves as a user does.
     void save();
-    // Leaves by the main window's close button; Qtractor has no key for it.
+    // Leaves by the main window's close button, for which Qtractor has no key; what
+    // is not saved yet is saved.
     void quit();
 
     HostHome home;
@@ -46,6 +64,10 @@ class QtractorWindowTest : public ::testing::Test {
     std::unique_ptr<JackServer> jack;
     std::unique_ptr<Screen> screen;
     std::unique_ptr<Program> host;
+
+  private:
+    void raiseEditor();
+    void openEditorAt(const std::string& title, const Position& entry);
 };
 
 } // namespace mirelon::test

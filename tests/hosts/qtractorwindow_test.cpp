@@ -83,12 +83,8 @@ TEST_F(QtractorWindow, DragOnASliderIsOneGestureAndIsBackAfterSavingAndReloading
     EXPECT_EQ(editorThread, "main");
     dragSlider(*screen, *editor(), balanceSlider, 0.5, draggedTo);
 
-    Observations gesture;
-    ASSERT_TRUE(eventually(seconds(20), [&] {
-        gesture = gestureOn(balanceSlider.parameter, calls(), before);
-        return isOver(gesture);
-    }));
-    const float last = lastOfRisingGesture(gesture, editorThread);
+    const float last = lastOfRisingGesture(
+        finishedGestureOn(balanceSlider.parameter, record, before), editorThread);
     EXPECT_NEAR(last, draggedTo, 0.01);
     const auto shown = [this] { return standsAt(draggedTo); };
     EXPECT_TRUE(eventually(seconds(10), shown)) << "the handle did not follow";
