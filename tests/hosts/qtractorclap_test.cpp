@@ -189,7 +189,7 @@ TEST_F(QtractorClap, HasDragsRecordedAsAutomationAndPlaysThemBackInANewProcess) 
     ASSERT_NO_FATAL_FAILURE(launch());
     ASSERT_NO_FATAL_FAILURE(openEditorOfTrack());
     const std::size_t again = calls().size();
-    clickMain(toTheStart); // a session keeps where the transport stood
+    clickMain(toTheStart); // JACK keeps where the transport stood
     press(XK_space);
     EXPECT_TRUE(eventually(seconds(20), [this] { return standsAt(0.7); }));
     EXPECT_TRUE(eventually(seconds(20), [this] { return standsAt(0.5); }));
