@@ -48,7 +48,7 @@ class Jalv : public testing::TestWithParam<const char*> {
         command.emplace_back(lv2::pluginUri);
         host = std::make_unique<Program>(command, home.environment(), log);
         ASSERT_TRUE(eventually(seconds(30), [this] { return handle().has_value(); }))
-            << contentsOf(log);
+            << contentsOf(log) << contentsOf(home / "openbox.log");
     }
 
     std::optional<Screen::WindowId> editor() const {

@@ -35,7 +35,7 @@ void QtractorWindowTest::launch() {
         std::make_unique<Program>(std::vector<std::string>{qtractor::program(), session.string()},
                                   home.environment(qtractor::variables()), home / "qtractor.log");
     ASSERT_TRUE(eventually(seconds(60), [this] { return screen->windowTitled(mainTitle); }))
-        << contentsOf(home / "qtractor.log");
+        << contentsOf(home / "qtractor.log") << contentsOf(home / "openbox.log");
 }
 
 void QtractorWindowTest::openEditor() {

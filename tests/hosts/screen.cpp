@@ -75,6 +75,11 @@ Screen::Screen(const Environment& environment, const std::filesystem::path& log)
     // On a busy machine a key is let go late, which no program is to take for a
     // key held down.
     XAutoRepeatOff(connection);
+    // What the window manager of an earlier test has left would count as the new
+    // one's word that it runs, and a host's first window might come before it does.
+    XDeleteProperty(connection, DefaultRootWindow(connection),
+                    XInternAtom(connection, "_NET_SUPPORTING_WM_CHECK", False));
+    XSync(connection, False);
     windowManager =
         std::make_unique<Program>(std::vector<std::string>{windowManagerFile}, environment, log);
     const bool running = eventually(std::chrono::seconds(20), [this] {
