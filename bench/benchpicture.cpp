@@ -3,6 +3,7 @@
 #include "tools/plot/canvas.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdio>
 #include <stdexcept>
@@ -49,6 +50,25 @@ std::vector<Bar> barsOf(const Results& results) {
     return bars;
 }
 
+struct Kind {
+    const char* name;
+    Colour colour;
+};
+
+constexpr std::array kinds{Kind{"bound: part of the work alone", bounds}, Kind{"Mirelon", ours},
+                           Kind{"another plug-in", others}};
+
+// What the colours mean, one under the other from (x, y) on.
+void drawLegend(const tools::Canvas& canvas, double x, double y) {
+    constexpr double side = 12;
+    constexpr double step = 20;
+    for (const Kind& kind : kinds) {
+        canvas.fill({x, y, side, side}, kind.colour);
+        canvas.text(x + side + 8, y + side - 1, kind.name, {14, ink});
+        y += step;
+    }
+}
+
 } // namespace
 
 void drawPicture(const Results& results, const std::filesystem::path& file) {
@@ -58,7 +78,7 @@ void drawPicture(const Results& results, const std::filesystem::path& file) {
 
     constexpr int width = 1100;
     constexpr int rowHeight = 34;
-    constexpr int top = 90;
+    constexpr int top = 110;
     constexpr double left = 280;
     constexpr double right = width - 190;
     const int height = top + static_cast<int>(bars.size()) * rowHeight + 30;
@@ -76,6 +96,7 @@ void drawPicture(const Results& results, const std::filesystem::path& file) {
     canvas.text(20, 34, "Time of one stereo frame, noise, blocks of 512", {20, ink});
     const TextStyle axis{14, ink};
     canvas.text(20, 58, "as a ratio to the plain follower chain; logarithmic", axis);
+    drawLegend(canvas, 800, 14);
     for (int decade = static_cast<int>(from); decade <= static_cast<int>(to); ++decade) {
         const double ratio = std::pow(10.0, decade);
         const double x = place(ratio);
