@@ -33,10 +33,12 @@ target_include_directories(vstgui PRIVATE "${CMAKE_SOURCE_DIR}")
 # headers is compiled with the same ones.
 target_compile_definitions(vstgui PUBLIC
   NDEBUG RELEASE VSTGUI_ENABLE_DEPRECATED_METHODS=1 VSTGUI_OPENGL_SUPPORT=0)
+file(RELATIVE_PATH _vstgui_from_build "${CMAKE_BINARY_DIR}" "${MIRELON_VSTGUI_DIR}")
 target_compile_options(vstgui PRIVATE -w -ffunction-sections -fdata-sections
   # What it draws waits for the display and not for its code: smaller is better.
   $<$<CONFIG:Release>:-O2>
-  # Its assertions name their source file: not by a path of this machine.
-  "-fmacro-prefix-map=${MIRELON_VSTGUI_DIR}/=")
+  # Its assertions and debug information name their source file: not by a path of this
+  # machine, nor by one from the build folder, which a compiler cache may make of it.
+  "-ffile-prefix-map=${MIRELON_VSTGUI_DIR}/=" "-ffile-prefix-map=${_vstgui_from_build}/=")
 target_compile_options(vstgui PUBLIC -Wno-multichar)
 target_link_libraries(vstgui PUBLIC PkgConfig::VSTGUI_DEPS ${CMAKE_DL_LIBS})

@@ -23,8 +23,8 @@ class ByteFile {
     // Zeros stand for what lies behind the end.
     std::string text(std::uint64_t place, std::size_t count) const {
         std::string bytes(count, '\0');
-        if (place < size)
-            static_cast<void>(pread(descriptor, bytes.data(), count, static_cast<off_t>(place)));
+        if (place < size && pread(descriptor, bytes.data(), count, static_cast<off_t>(place)) < 0)
+            bytes.assign(count, '\0');
         return bytes;
     }
     std::uint64_t bigEndian(std::uint64_t place, std::size_t count) const {

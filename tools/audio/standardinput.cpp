@@ -37,8 +37,8 @@ std::string startOfPipe() {
         if (i > 0) {
             std::this_thread::sleep_for(std::chrono::milliseconds(5));
             std::string discarded(startBytes, '\0');
-            static_cast<void>(read(copy[0], discarded.data(),
-                                   static_cast<std::size_t>(std::max<ssize_t>(there, 0))));
+            if (read(copy[0], discarded.data(), static_cast<std::size_t>(there)) < 0)
+                break;
         }
         there = tee(STDIN_FILENO, copy[1], startBytes, 0);
         if (there <= 0)
