@@ -1,8 +1,8 @@
-# What `cmake --install` puts where. Components: plugin, tools, docs; lv2 and clap
-# stand with their plug-ins.
+# What `cmake --install` puts where. Components: plugin, tools, docs, metainfo; lv2 and
+# clap stand with their plug-ins.
 install(TARGETS mirelon LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}/vst" COMPONENT plugin)
 install(FILES packaging/example.dravik.mirelon.metainfo.xml
-        DESTINATION "${CMAKE_INSTALL_DATADIR}/metainfo" COMPONENT plugin)
+        DESTINATION "${CMAKE_INSTALL_DATADIR}/metainfo" COMPONENT metainfo)
 
 # The toolkit's licence as the toolkit words it.
 file(STRINGS "${MIRELON_VSTGUI_DIR}/LICENSE" _lines)
@@ -12,9 +12,12 @@ foreach(_line IN LISTS _lines)
 endforeach()
 configure_file(packaging/third-party-notices.md.in third-party-notices.md @ONLY)
 
-install(FILES README.md CHANGELOG.md "${CMAKE_BINARY_DIR}/third-party-notices.md" docs/manual.md docs/formats.md docs/lv2.md docs/clap.md
-              docs/hosts.md
+# The pages for users, with the pages and pictures that they point to.
+install(FILES CHANGELOG.md "${CMAKE_BINARY_DIR}/third-party-notices.md" docs/manual.md docs/formats.md
+              docs/lv2.md docs/clap.md docs/hosts.md docs/mirelon-host.md docs/checks.md
         DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT docs)
+install(FILES docs/images/meters.png
+        DESTINATION "${CMAKE_INSTALL_DOCDIR}/images" COMPONENT docs)
 
 # The man pages are the same text as the pages in docs/.
 find_program(LOWDOWN_EXECUTABLE lowdown DOC "Makes the man pages; without it there are none")
@@ -34,7 +37,7 @@ function(mirelon_man_page name section page component summary)
 endfunction()
 if(LOWDOWN_EXECUTABLE)
   file(MAKE_DIRECTORY "${CMAKE_BINARY_DIR}/man")
-  mirelon_man_page(mirelon 7 docs/manual.md plugin "stereo-image processor, a VST 2.4 plug-in")
+  mirelon_man_page(mirelon 7 docs/manual.md docs "stereo-image processor, a VST 2.4 plug-in")
   if(MIRELON_TOOLS)
     mirelon_man_page(mirelon-host 1 docs/mirelon-host.md tools "a small host for VST 2.4 effects")
   endif()
