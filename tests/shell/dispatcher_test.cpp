@@ -16,9 +16,12 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-// A pointer argument that no operation follows.
+// Pointer arguments that no operation follows: the command's own, and the one that
+// some commands have in their value.
 std::array<char, 64> target{};
+std::array<char, 64> otherTarget{};
 const std::string targetText = LoggingEffect::noted(target.data());
+const std::string otherTargetText = LoggingEffect::noted(otherTarget.data());
 
 struct Command {
     VstInt32 opcode;
@@ -37,7 +40,8 @@ class DispatcherCommand : public testing::TestWithParam<Command> {};
 
 std::vector<Command> commands() {
     const std::string p = targetText;
-    const auto address = reinterpret_cast<VstIntPtr>(target.data());
+    const std::string inValue = otherTargetText;
+    const auto address = reinterpret_cast<VstIntPtr>(otherTarget.data());
     return {
         {effOpen, 0, 0, 0, "open", 0},
         {effClose, 0, 0, 0, "close", 0},
@@ -76,7 +80,7 @@ std::vector<Command> commands() {
         {effOfflinePrepare, 0, 3, 0, "offlinePrepare " + p + " 3", 1},
         {effOfflineRun, 0, 4, 0, "offlineRun " + p + " 4", 1},
         {effProcessVarIo, 0, 0, 0, "processVariableIo " + p, 1},
-        {effSetSpeakerArrangement, 0, address, 0, "setSpeakerArrangement " + p + " " + p, 1},
+        {effSetSpeakerArrangement, 0, address, 0, "setSpeakerArrangement " + inValue + " " + p, 1},
         {effSetBlockSizeAndSampleRate, 0, 256, 48000.0F, "setBlockSizeAndSampleRate 256 48000", 1},
         {effSetBypass, 0, 1, 0, "setBypass 1", 1},
         {effGetEffectName, 0, 0, 0, "getEffectName " + p, 1},
@@ -99,7 +103,7 @@ std::vector<Command> commands() {
         {effGetMidiKeyName, 5, 0, 0, "getMidiKeyName 5 " + p, 1},
         {effBeginSetProgram, 0, 0, 0, "beginSetProgram", 1},
         {effEndSetProgram, 0, 0, 0, "endSetProgram", 1},
-        {effGetSpeakerArrangement, 0, address, 0, "getSpeakerArrangement " + p + " " + p, 1},
+        {effGetSpeakerArrangement, 0, address, 0, "getSpeakerArrangement " + inValue + " " + p, 1},
         {effShellGetNextPlugin, 0, 0, 0, "getNextShellPlugin " + p, 70},
         {effStartProcess, 0, 0, 0, "startProcess", 71},
         {effStopProcess, 0, 0, 0, "stopProcess", 72},
