@@ -1,17 +1,20 @@
 #include "platform/helperprocess.h"
 
-#include "tests/support/temporaryfolder.h"
-
+#include "hosting/pipe.h"
 #include "tests/support/processes.h"
 #include "tests/support/pumping.h"
+#include "tests/support/systemcalls.h"
 #include "tests/support/temporaryfolder.h"
 
+#include <array>
+#include <cerrno>
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <thread>
+#include <sys/wait.h>
+#include <unistd.h>
 #include <vector>
 
 namespace mirelon::test {
@@ -96,15 +99,50 @@ TEST_F(Helper, DoesNotInheritTheHostsOpenFiles) {
     EXPECT_EQ(output, "closed\n");
 }
 
+// The programs here are no shells, which put some of this right themselves.
 TEST_F(Helper, StartsWithSignalsUnblocked) {
     sigset_t blocked;
     sigset_t before;
     sigemptyset(&blocked);
     sigaddset(&blocked, SIGTERM);
     pthread_sigmask(SIG_BLOCK, &blocked, &before);
-    const auto output = shell("grep SigBlk /proc/self/status");
+    const auto output = run("/bin/grep", {"SigBlk", "/proc/self/status"});
     pthread_sigmask(SIG_SETMASK, &before, nullptr);
     EXPECT_EQ(output, "SigBlk:\t0000000000000000\n");
+}
+
+TEST_F(Helper, IgnoresNoSignalThatTheHostIgnores) {
+    constexpr std::array signals{SIGINT, SIGHUP, SIGQUIT, SIGTERM, SIGPIPE, SIGCHLD, SIGALRM};
+    std::array<void (*)(int), signals.size()> before{};
+    for (std::size_t i = 0; i < signals.size(); ++i)
+        before[i] = std::signal(signals[i], SIG_IGN);
+    const auto output = run("/bin/grep", {"SigIgn", "/proc/self/status"});
+    for (std::size_t i = 0; i < signals.size(); ++i)
+        std::signal(signals[i], before[i]);
+    ASSERT_TRUE(output);
+    const auto ignored = std::stoull(output->substr(output->find('\t') + 1), nullptr, 16);
+    for (const int signal : signals)
+        EXPECT_EQ(ignored >> static_cast<unsigned>(signal - 1) & 1U, 0U) << signal;
+}
+
+TEST_F(Helper, ReadsNothingOfTheHostsInput) {
+    const hosting::Pipe input;
+    const int before = dup(STDIN_FILENO);
+    dup2(input.reader(), STDIN_FILENO);
+    const auto output = run("/bin/readlink", {"/proc/self/fd/0"});
+    dup2(before, STDIN_FILENO);
+    close(before);
+    EXPECT_EQ(output, "/dev/null\n");
+}
+
+TEST_F(Helper, AnswersThoughASignalInterruptsTheLastReading) {
+    startShell("echo /a/path");
+    siginfo_t end{};
+    ASSERT_EQ(waitid(P_ALL, 0, &end, WEXITED | WNOWAIT), 0);
+    SystemCalls calls;
+    calls.failNext(SystemCall::read, EINTR);
+    EXPECT_TRUE(pumpUntil([&] { return ends > 0; }));
+    EXPECT_EQ(ended, "/a/path\n");
 }
 
 TEST_F(Helper, AnswersInAHostThatIgnoresItsChildren) {
@@ -166,9 +204,9 @@ TEST_F(Helper, ThatWillNotEndWhenToldIsKilled) {
 }
 
 TEST_F(Helper, IsNotAnsweredForOnceItIsNotWantedAnyMore) {
-    startShell("echo /a/path; echo $$ > '" + (folder / "leader").string() + "'");
-    while (!processIn("leader"))
-        std::this_thread::sleep_for(1ms);
+    startShell("echo /a/path");
+    siginfo_t end{}; // it has ended, and nobody has looked yet
+    ASSERT_EQ(waitid(P_ALL, 0, &end, WEXITED | WNOWAIT), 0);
     process.reset();
     for (int i = 0; i < 50; ++i)
         RunLoop::instance().pump();

@@ -2,9 +2,16 @@
 
 #include <array>
 #include <atomic>
+#include <cerrno>
 #include <chrono>
 #include <cstdint>
+#include <cstdlib>
+#include <functional>
+#include <future>
 #include <gtest/gtest.h>
+#include <malloc.h>
+#include <memory>
+#include <pthread.h>
 #include <thread>
 
 // A deleted mutex stays allocated on purpose; nothing else may leak.
@@ -20,27 +27,48 @@ extern "C" __attribute__((visibility("default"))) const char* __tsan_default_sup
 
 namespace {
 
+// How often this program has tried to unlock what another thread holds.
+std::atomic<int> refusedUnlocks{0};
+
+} // namespace
+
+// The linker leads this program's unlocking here (-Wl,--wrap).
+// NOLINTBEGIN(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
+extern "C" int __real_pthread_mutex_unlock(pthread_mutex_t* mutex);
+extern "C" int __wrap_pthread_mutex_unlock(pthread_mutex_t* mutex) {
+    const int failure = __real_pthread_mutex_unlock(mutex);
+    if (failure == EPERM)
+        ++refusedUnlocks;
+    return failure;
+}
+// NOLINTEND(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
+
+namespace {
+
 using Clock = std::chrono::steady_clock;
 using namespace std::chrono_literals;
 
-// Whether another thread gets the lock within a moment; it gives it back.
-bool isFree(XPlatMutex* mutex) {
-    std::atomic<bool> entered = false;
+// Whether another thread gets the lock in time; it gives it back.
+bool isFree(XPlatMutex* mutex, std::chrono::milliseconds time = 20s) {
+    std::promise<void> entered;
+    auto entry = entered.get_future();
     std::thread other([&] {
-        // The timed form cannot say whether it holds the lock: a flag that only
-        // the untimed form can set does.
+        // The timed form cannot say whether it holds the lock: what only comes after
+        // the untimed form does.
         XPlatLockMutex(mutex, 0);
-        entered = true;
+        entered.set_value();
         XPlatUnlockMutex(mutex);
     });
-    const auto deadline = Clock::now() + 100ms;
-    while (!entered && Clock::now() < deadline)
-        std::this_thread::sleep_for(1ms);
-    const bool free = entered;
+    const bool free = entry.wait_for(time) == std::future_status::ready;
     if (!free)
         XPlatUnlockMutex(mutex); // ours: lets the other thread end
     other.join();
     return free;
+}
+
+// Undoes one lock of this thread when it is.
+bool isHeld(XPlatMutex* mutex) {
+    return !isFree(mutex, 100ms);
 }
 
 TEST(Mutex, NullDoesNothing) {
@@ -61,7 +89,7 @@ TEST(Mutex, IsFreeWhenCreated) {
 TEST(Mutex, LockedOnceIsHeld) {
     XPlatMutex* mutex = XPlatCreateMutex();
     XPlatLockMutex(mutex, 0);
-    EXPECT_FALSE(isFree(mutex));
+    EXPECT_TRUE(isHeld(mutex));
     EXPECT_TRUE(isFree(mutex));
     XPlatDeleteMutex(mutex);
 }
@@ -72,7 +100,7 @@ TEST(Mutex, LockedTwiceNeedsTwoUnlocks) {
         XPlatLockMutex(mutex, 0);
         XPlatLockMutex(mutex, secondTimeout);
         XPlatUnlockMutex(mutex);
-        EXPECT_FALSE(isFree(mutex));
+        EXPECT_TRUE(isHeld(mutex));
         EXPECT_TRUE(isFree(mutex));
         XPlatDeleteMutex(mutex);
     }
@@ -81,7 +109,7 @@ TEST(Mutex, LockedTwiceNeedsTwoUnlocks) {
 TEST(Mutex, TimedLockOnAFreeMutexHoldsIt) {
     XPlatMutex* mutex = XPlatCreateMutex();
     XPlatLockMutex(mutex, 1000);
-    EXPECT_FALSE(isFree(mutex));
+    EXPECT_TRUE(isHeld(mutex));
     XPlatDeleteMutex(mutex);
 }
 
@@ -100,14 +128,71 @@ TEST(Mutex, TimedLockOnAHeldMutexReturnsAfterItsTime) {
     XPlatDeleteMutex(mutex);
 }
 
-TEST(Mutex, UnlockAfterAFailedTimedLockLeavesTheHolderInPossession) {
+TEST(Mutex, TimedLockGetsAMutexThatIsFreedMeanwhile) {
     XPlatMutex* mutex = XPlatCreateMutex();
     XPlatLockMutex(mutex, 0);
-    std::thread([&] {
+    std::promise<void> waiting;
+    std::thread other([&] {
+        waiting.set_value();
+        XPlatLockMutex(mutex, 60000);
+        EXPECT_TRUE(isHeld(mutex));
+    });
+    waiting.get_future().wait();
+    XPlatUnlockMutex(mutex);
+    other.join();
+    EXPECT_TRUE(isFree(mutex));
+    XPlatDeleteMutex(mutex);
+}
+
+// What a thread does to a mutex that this one has locked twice, and whether the
+// lock inside has been asked to let go of another thread's possession.
+struct Stranger {
+    explicit Stranger(const std::function<void(XPlatMutex*)>& work) {
+        XPlatLockMutex(mutex, 0);
+        XPlatLockMutex(mutex, 0);
+        refusedUnlocks = 0;
+        std::thread(work, mutex).join();
+        refused = refusedUnlocks;
+    }
+    ~Stranger() { XPlatDeleteMutex(mutex); }
+    Stranger(const Stranger&) = delete;
+    Stranger& operator=(const Stranger&) = delete;
+
+    // Whether exactly the holder's two unlocks free the mutex.
+    bool hasChangedNothing() const {
+        XPlatUnlockMutex(mutex);
+        return refused == 0 && isHeld(mutex) && isFree(mutex);
+    }
+
+    XPlatMutex* const mutex = XPlatCreateMutex();
+    int refused = 0;
+};
+
+TEST(Mutex, UnlockAfterAFailedTimedLockLeavesTheHolderInPossession) {
+    const Stranger stranger([](XPlatMutex* mutex) {
         XPlatLockMutex(mutex, 5);
         XPlatUnlockMutex(mutex);
-    }).join();
-    EXPECT_FALSE(isFree(mutex));
+    });
+    EXPECT_TRUE(stranger.hasChangedNothing());
+}
+
+TEST(Mutex, UnlockByAThreadThatNeverLockedItLeavesTheHolderInPossession) {
+    const Stranger stranger([](XPlatMutex* mutex) {
+        for (int i = 0; i < 3; ++i)
+            XPlatUnlockMutex(mutex);
+    });
+    EXPECT_TRUE(stranger.hasChangedNothing());
+}
+
+TEST(Mutex, UnlockOfAFreeMutexLeavesItFree) {
+    XPlatMutex* mutex = XPlatCreateMutex();
+    XPlatUnlockMutex(mutex);
+    XPlatLockMutex(mutex, 0);
+    XPlatUnlockMutex(mutex);
+    XPlatUnlockMutex(mutex);
+    EXPECT_TRUE(isFree(mutex));
+    XPlatLockMutex(mutex, 0);
+    EXPECT_TRUE(isHeld(mutex));
     XPlatDeleteMutex(mutex);
 }
 
@@ -115,6 +200,10 @@ TEST(Mutex, DeletedByItsHolderStillExists) {
     XPlatMutex* mutex = XPlatCreateMutex();
     XPlatLockMutex(mutex, 0);
     XPlatDeleteMutex(mutex);
+    // Memory that is free would be given to the next who asks for as much.
+    const std::unique_ptr<void, decltype(&std::free)> next(std::malloc(malloc_usable_size(mutex)),
+                                                           &std::free);
+    ASSERT_NE(next.get(), mutex);
     XPlatUnlockMutex(mutex);
     EXPECT_TRUE(isFree(mutex));
 }

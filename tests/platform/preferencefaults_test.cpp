@@ -7,6 +7,7 @@
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
+#include <functional>
 #include <gtest/gtest.h>
 #include <random>
 #include <sys/resource.h>
@@ -236,8 +237,22 @@ class KilledWriter : public PreferenceFaults {
         ASSERT_TRUE(exists(journal));
         ASSERT_GT(file_size(journal), 0U);
         ASSERT_EQ(contentsOf(storeFile).find(std::string(10000, 'o')), std::string::npos);
+        permissions(temporary.path, std::filesystem::perms(0777));
+    }
+    // What `work` answers as a user who may change nothing in the folder, and whose
+    // temporary files lie in one of their own.
+    int asVisitor(const std::function<int()>& work) const {
+        return inChild([&] {
+            becomeOrdinaryUser();
+            setenv("TMPDIR", temporary.path.c_str(), 1);
+            return work();
+        });
+    }
+    void expectNothingTemporary() const {
+        EXPECT_TRUE(std::filesystem::is_empty(temporary.path)) << "a copy has been left";
     }
 
+    const TemporaryFolder temporary;
     const std::filesystem::path journal = storeFile.string() + "-journal";
 };
 
@@ -259,14 +274,14 @@ TEST_F(KilledWriter, LeavesTheOldValuesInAFolderThatHasBecomeReadOnly) {
         permissions(file, std::filesystem::perms(0444));
     permissions(folder.path, std::filesystem::perms(0555));
     const std::string damaged = contentsOf(storeFile);
-    EXPECT_EQ(inChild([&] {
-                  becomeOrdinaryUser();
+    EXPECT_EQ(asVisitor([&] {
                   return read("CurrDir") == "/old/" &&
                                  read("DefaultBank") == std::string(60000, 'o')
                              ? 0
                              : 1;
               }),
               0);
+    expectNothingTemporary();
     EXPECT_EQ(contentsOf(storeFile), damaged);
     EXPECT_TRUE(exists(journal));
 }
@@ -275,11 +290,8 @@ TEST_F(KilledWriter, LeavesTheOldValuesInAFolderThatTakesNoNewFiles) {
     for (const auto& file : {storeFile, journal})
         permissions(file, std::filesystem::perms(0666));
     permissions(folder.path, std::filesystem::perms(0555));
-    EXPECT_EQ(inChild([&] {
-                  becomeOrdinaryUser();
-                  return read("CurrDir") == "/old/" ? 0 : 1;
-              }),
-              0);
+    EXPECT_EQ(asVisitor([&] { return read("CurrDir") == "/old/" ? 0 : 1; }), 0);
+    expectNothingTemporary();
 }
 
 } // namespace
