@@ -1,6 +1,7 @@
 // The loop of the open editors and the toolkit's own connection to a display.
 #include "platform/runloop.h"
 #include "tests/support/mainloop.h"
+#include "tests/support/pumping.h"
 #include "tests/support/virtualdisplay.h"
 
 #include <cstdlib>
@@ -168,6 +169,17 @@ TEST_P(ToolkitTimers, OfAnimationsTickInTheirOwnTime) {
     }
     EXPECT_GE(ticks, 20);
     EXPECT_LE(ticks, 32);
+}
+
+TEST_P(ToolkitTimers, ThatAreStoppedLetTheLoopSleep) {
+    int ticks = 0;
+    const auto timer =
+        VSTGUI::makeOwned<VSTGUI::CVSTGUITimer>([&](VSTGUI::CVSTGUITimer*) { ++ticks; }, 5);
+    ASSERT_TRUE(pumpUntil([&] { return ticks > 0; }));
+    timer->stop();
+    ticks = 0;
+    EXPECT_LE(iterateFor(200ms), 5);
+    EXPECT_EQ(ticks, 0);
 }
 
 // The last one: a connection that has broken is not made again.
