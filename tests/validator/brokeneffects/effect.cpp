@@ -9,12 +9,15 @@
 #include <atomic>
 #include <chrono>
 #include <cmath>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <dlfcn.h>
 #include <fcntl.h>
 #include <limits>
 #include <mutex>
+#include <string>
 #include <string_view>
 #include <thread>
 #include <unistd.h>
@@ -35,6 +38,11 @@ bool hasDefect(std::string_view name) {
     return chosen != nullptr && name == chosen;
 }
 
+// Whether the defect is the one of this family and number: "rate-8000", say.
+bool hasDefect(const char* family, long number) {
+    return hasDefect(family + std::to_string(number));
+}
+
 // Writes the process's number where the environment says.
 bool tellProcess() {
     if (const char* const file = std::getenv("MIRELON_TEST_PID_FILE")) {
@@ -48,6 +56,14 @@ bool tellProcess() {
 
 [[noreturn]] void crash() {
     std::abort();
+}
+
+// Has `work` done when the process ends, for which this file stays loaded.
+void atTheEnd(void (*work)()) {
+    Dl_info here{};
+    dladdr(reinterpret_cast<void*>(&crash), &here);
+    dlopen(here.dli_fname, RTLD_NOW | RTLD_NODELETE);
+    std::atexit(work);
 }
 
 // Through a volatile pointer, or the compiler would see that it is for nothing.
@@ -77,6 +93,8 @@ class Editor {
             return false;
         if (hasDefect("one-editor-only") && anyOpen.exchange(true))
             crash();
+        if (hasDefect("one-window-only") && anyOpen.exchange(true))
+            return false;
         display = XOpenDisplay(nullptr);
         if (display == nullptr)
             return false;
@@ -89,7 +107,7 @@ class Editor {
         return true;
     }
     void close() {
-        if (display == nullptr)
+        if (display == nullptr || hasDefect("window-stays"))
             return;
         XDestroyWindow(display, window);
         XCloseDisplay(display);
@@ -113,7 +131,8 @@ class TestEffect {
                                void* ptr, float opt) {
             auto* const self = static_cast<TestEffect*>(e->object);
             if (opcode == effClose) {
-                delete self;
+                if (!hasDefect("one-record"))
+                    delete self;
                 return VstIntPtr{1};
             }
             return self->dispatch(opcode, index, value, ptr, opt);
@@ -140,6 +159,10 @@ class TestEffect {
             record.flags |= effFlagsNoSoundInStop;
         record.object = this;
         record.uniqueID = fourCharacters("TstE");
+        if (hasDefect("no-id"))
+            record.uniqueID = 0;
+        if (hasDefect("id-changes"))
+            record.uniqueID += number;
         state.values.fill(0.5F);
         if (hasDefect("memory"))
             ballast.assign(std::size_t{40} << 20U, 'x');
@@ -161,7 +184,8 @@ class TestEffect {
     VstIntPtr dispatch(VstInt32 opcode, VstInt32 index, VstIntPtr value, void* ptr, float opt) {
         switch (opcode) {
         case effSetProgram:
-            if (value >= 0 && value < record.numPrograms && !hasDefect("program"))
+            if (value >= 0 && value < record.numPrograms + (hasDefect("program-beyond") ? 1 : 0) &&
+                !hasDefect("program"))
                 program = static_cast<VstInt32>(value);
             return 0;
         case effGetProgram:
@@ -169,11 +193,24 @@ class TestEffect {
         case effGetProgramName:
             put(ptr, program == 0 ? "one" : "two");
             return 0;
+        case effGetProgramNameIndexed:
+            if (hasDefect("program-renamed"))
+                put(ptr, "other");
+            return hasDefect("program-renamed") ? 1 : 0;
         case effGetEffectName:
-            put(ptr, "test effect");
+            put(ptr, hasDefect("no-name") ? "" : "test effect");
             if (hasDefect("name-changes"))
                 static_cast<char*>(ptr)[0] = static_cast<char>('a' + names++ % 26);
+            if (hasDefect("name-per-instance"))
+                static_cast<char*>(ptr)[0] = static_cast<char>('a' + number % 26);
             return 1;
+        case effGetVendorString:
+            put(ptr, "tests");
+            if (hasDefect("vendor-changes"))
+                static_cast<char*>(ptr)[0] = static_cast<char>('a' + names++ % 26);
+            return 1;
+        case effGetVendorVersion:
+            return hasDefect("version-per-instance") ? number : 0;
         case effGetParamName:
             put(ptr, hasDefect("parameter-name") ? "" : "knob");
             return 0;
@@ -183,6 +220,8 @@ class TestEffect {
                 std::memset(ptr, 'x', 200);
             else if (hasDefect("switches"))
                 put(ptr, getParameter(index) < 0.5F ? "off" : "on");
+            else if (hasDefect("display-changes") && opcode == effGetParamDisplay)
+                put(ptr, names++ % 2 == 0 ? "x" : "y");
             else
                 put(ptr, "x");
             return 0;
@@ -196,6 +235,10 @@ class TestEffect {
             return 0;
         case effMainsChanged:
             running = value != 0;
+            if (hasDefect("crash-at-the-end") && running)
+                atTheEnd(crash);
+            if (hasDefect("status-at-the-end") && running)
+                atTheEnd([] { _exit(3); });
             if (running && hasDefect("resume-hangs") && tellProcess())
                 std::this_thread::sleep_for(std::chrono::hours(1));
             if (running && ++resumes == 50 && hasDefect("fiftieth-resume"))
@@ -204,7 +247,7 @@ class TestEffect {
                 poisoned = poisoned && !hasDefect("strange-values");
             return 0;
         case effEditGetRect:
-            *static_cast<ERect**>(ptr) = &rect;
+            *static_cast<ERect**>(ptr) = editorOpen && hasDefect("no-rectangle") ? nullptr : &rect;
             return 1;
         case effEditOpen:
             if (hasDefect("rate-unknown") && !rateKnown)
@@ -229,8 +272,14 @@ class TestEffect {
     VstIntPtr properties(VstInt32 index, VstParameterProperties* p) {
         if (index < 0 || index >= parameterCount)
             return 0;
+        if (hasDefect("properties-sometimes") && ++descriptions % 2 == 0)
+            return 0;
         *p = {};
         put(p->label, "knob");
+        if (hasDefect("properties-change"))
+            p->stepInteger = ++descriptions;
+        if (hasDefect("properties-not-terminated"))
+            std::memset(p->label, 'x', sizeof p->label);
         p->flags = kVstParameterUsesIntegerMinMax;
         p->maxInteger = hasDefect("properties") ? -1 : 1;
         return 1;
@@ -243,6 +292,10 @@ class TestEffect {
             getppid();
         if (hasDefect("index-wraps"))
             index = std::abs(index % parameterCount);
+        if (hasDefect("value-leaves-range"))
+            ++changes;
+        if (hasDefect("index-at-count") && index == parameterCount)
+            index = 0;
         if (index < 0 || index >= parameterCount)
             return;
         if (hasDefect("nan-crash") && std::isnan(value)) {
@@ -251,20 +304,29 @@ class TestEffect {
         }
         if (hasDefect("stays-poisoned") && !std::isfinite(value))
             poisoned = true;
+        if (hasDefect("value-overruns") && !std::isfinite(value))
+            overruns = true;
         if (hasDefect("automation") && changes++ > 500)
             poisoned = true;
         if (hasDefect("realtime-with-editor") && editorOpen)
             allocate();
-        if (hasDefect("entered-twice") && inside.load() > 0)
+        if ((hasDefect("entered-twice") || hasDefect("overruns-entered-twice")) &&
+            inside.load() > 0)
             ++collisions;
-        if (collisions > 20)
+        if (collisions > 20 && hasDefect("overruns-entered-twice"))
+            overruns = true;
+        else if (collisions > 20)
             crash();
         state.values[static_cast<std::size_t>(index)] = value;
     }
 
     float getParameter(VstInt32 index) {
-        if (hasDefect("value-out-of-range"))
+        if (hasDefect("value-out-of-range") || (hasDefect("value-leaves-range") && changes > 500))
             return 1.5F;
+        if (hasDefect("value-creeps"))
+            return static_cast<float>(changes++ % 100) / 100.0F;
+        if (hasDefect("realtime-get-parameter"))
+            allocate();
         return index >= 0 && index < parameterCount ? state.values[static_cast<std::size_t>(index)]
                                                     : 0.0F;
     }
@@ -277,11 +339,16 @@ class TestEffect {
             if (hasDefect("switches"))
                 value = value < 0.5F ? 0.0F : 1.0F;
         }
+        saved.version += damages;
         *data = &saved;
-        return sizeof saved;
+        return hasDefect("state-empty") ? 0 : sizeof saved;
     }
 
     VstIntPtr setChunk(void* data, VstIntPtr size) {
+        const bool refused = size != sizeof saved || std::memcmp(data, &state, 8) != 0;
+        poisoned = poisoned || (refused && hasDefect("state-poisons"));
+        overruns = overruns || (refused && hasDefect("state-overruns"));
+        damages += refused && hasDefect("state-keeps-damage") ? 1 : 0;
         if (hasDefect("state-length-unchecked")) {
             std::memcpy(&saved, data, sizeof saved);
         } else if (size != sizeof saved) {
@@ -298,6 +365,8 @@ class TestEffect {
             return 0;
         if (hasDefect("state-forgets"))
             saved.values[1] = 0.0F;
+        if (hasDefect("state-rounds"))
+            saved.values[1] -= 0.0005F;
         if (hasDefect("state-per-process") && applied++ == 0)
             return 1;
         if (hasDefect("state-editor") && editorOpen)
@@ -312,18 +381,30 @@ class TestEffect {
 
     template <typename Sample>
     void misbehave(Sample** out, VstInt32 frames) {
-        if (hasDefect("writes-outside"))
+        if (hasDefect("writes-outside") || overruns)
             out[0][frames] = 0;
+        if (hasDefect("writes-before"))
+            out[0][-1] = 0;
         if (hasDefect("large-block") && frames == 8192)
             out[0][0] = std::numeric_limits<Sample>::quiet_NaN();
         if (hasDefect("huge-block") && frames == 16384)
             crash();
         if (hasDefect("telephone-rate") && rate == 8000.0F)
             out[0][0] = std::numeric_limits<Sample>::quiet_NaN();
+        if (hasDefect("rate-", std::lround(rate)) || hasDefect("block-", frames))
+            out[0][0] = std::numeric_limits<Sample>::quiet_NaN();
         if (hasDefect("double") && sizeof(Sample) == sizeof(double))
             out[0][0] = std::numeric_limits<Sample>::infinity();
         if (hasDefect("odd-block") && frames % 2 == 1 && frames > 129)
             crash();
+        if (hasDefect("odd-noise") && frames % 2 == 1)
+            out[0][0] = std::numeric_limits<Sample>::quiet_NaN();
+        if (hasDefect("whisper"))
+            out[0][0] += static_cast<Sample>(1e-8);
+        if (hasDefect("against-denormals"))
+            out[0][0] += static_cast<Sample>(5e-10);
+        if (hasDefect("realtime-double") && sizeof(Sample) == sizeof(double))
+            allocate();
         if (hasDefect("sound-of-silence") || hasDefect("promised-silence"))
             out[0][0] += static_cast<Sample>(0.001);
         if (hasDefect("drift") && frames == 64)
@@ -350,10 +431,15 @@ class TestEffect {
                 out[channel][i] = gain * in[channel][i];
             }
         }
+        if (hasDefect("changes-input"))
+            in[0][0] += Sample(1);
         misbehave(out, frames);
         --inside;
     }
 
+    static inline std::atomic<VstInt32> made{0};
+
+    const VstInt32 number = made++;
     State state;
     State saved;
     Editor editor;
@@ -363,6 +449,8 @@ class TestEffect {
     std::atomic<int> inside{0};
     std::atomic<int> collisions{0};
     std::atomic<bool> poisoned{false};
+    std::atomic<bool> overruns{false};
+    std::uint32_t damages = 0;
     std::atomic<bool> editorOpen{false};
     VstInt32 program = 0;
     float rate = 44100.0F;
@@ -371,6 +459,7 @@ class TestEffect {
     int resumes = 0;
     int changes = 0;
     int names = 0;
+    VstInt32 descriptions = 0;
     int applied = 0;
 };
 
@@ -380,7 +469,7 @@ class TestEffect {
 TEST_EFFECT_EXPORT AEffect* VSTPluginMain(audioMasterCallback /*host*/) {
     if (hasDefect("slow-load"))
         std::this_thread::sleep_for(std::chrono::milliseconds(2500));
-    if (hasDefect("one-instance")) {
+    if (hasDefect("one-instance") || hasDefect("one-record")) {
         static TestEffect* const only = new TestEffect;
         return &only->record;
     }

@@ -1,0 +1,239 @@
+// Each thing that a check looks at, by an effect that is wrong in that alone: the
+// check says just that of it.
+#include "tests/support/virtualdisplay.h"
+#include "tests/validator/checkrun.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <iterator>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
+
+namespace {
+
+using mirelon::test::VirtualDisplay;
+using namespace mirelon::test::checks;
+
+struct Clause {
+    std::string check;
+    std::string defect;
+    std::string message; // a part of it
+    std::string result = "failed";
+};
+
+void PrintTo(const Clause& clause, std::ostream* out) {
+    *out << clause.defect;
+}
+
+nlohmann::json checkOf(const std::string& check, const std::string& defect) {
+    const Outcome outcome =
+        mirelon::test::runShell("MIRELON_DEFECT=" + defect + " " + host +
+                                " check --json --seed 1 --only " + check + " " MIRELON_TEST_EFFECT);
+    return reportOf(outcome)["checks"][0];
+}
+
+class CheckSays : public testing::TestWithParam<Clause> {
+  protected:
+    CheckSays() { VirtualDisplay::start(); }
+};
+
+TEST_P(CheckSays, WhatIsWrong) {
+    const Clause& clause = GetParam();
+    const auto check = checkOf(clause.check, clause.defect);
+    if (needsSkipping(check))
+        GTEST_SKIP() << "this build has a sanitizer in it";
+    EXPECT_EQ(check["result"], clause.result) << check;
+    EXPECT_NE(std::string(check["note"]).find(clause.message), std::string::npos) << check;
+}
+
+std::string nameOf(const testing::TestParamInfo<Clause>& info) {
+    std::string name = info.param.check + "_" + info.param.defect;
+    std::ranges::replace(name, '-', '_');
+    return name;
+}
+
+const std::string warning = "warning";
+const std::string notFinite = "put out something that is not a number, ";
+const std::string outside = "wrote outside ";
+
+INSTANTIATE_TEST_SUITE_P(
+    OfLoading, CheckSays,
+    testing::Values(
+        Clause{"load-twice", "one-record", "gives two instances the same effect record"},
+        Clause{"load-twice", "id-changes", "changes its unique ID from one instance to the next"},
+        Clause{"load-time", "slow-load", "ms to load and open", warning},
+        Clause{"load-memory", "memory", "KiB an instance", warning},
+        // The report has arrived whole by then.
+        Clause{"audio-silence", "crash-at-the-end", "dies: Aborted (SIGABRT)"},
+        Clause{"audio-silence", "status-at-the-end", "ends the host's process with exit status 3"}),
+    nameOf);
+
+INSTANTIATE_TEST_SUITE_P(
+    OfIdentity, CheckSays,
+    testing::Values(
+        Clause{"identity-stable", "name-changes", "the effect name reads \"aest effect\" first"},
+        Clause{"identity-stable", "vendor-changes",
+               "the vendor reads \"aests\" first and \"bests\""},
+        Clause{"identity-stable", "name-per-instance",
+               "the effect name differs between two instances"},
+        Clause{"identity-stable", "no-name", "has neither an effect name nor a product name"},
+        Clause{"identity-stable", "version-per-instance",
+               "answers opcode 49 differently in two instances"},
+        Clause{"identity-stable", "no-id", "has no unique ID"},
+        Clause{"programs-stable", "program", "is on program 0 after being set to 1"},
+        Clause{"programs-stable", "program-beyond", "is on program 2 after being set to 2"},
+        Clause{"programs-stable", "program-renamed", "calls program 0 \"other\" and \"one\""},
+        Clause{"parameter-texts-stable", "parameter-name", "the name of parameter 0 is empty"},
+        Clause{"parameter-texts-stable", "text-not-terminated",
+               "the label of parameter 0 is not terminated within 128 bytes"},
+        Clause{"parameter-texts-stable", "display-changes",
+               "the display of parameter 0 reads \"x\" first and \"y\" then"},
+        Clause{"parameter-values-in-range", "value-out-of-range", "parameter 0 reads 1.5"},
+        Clause{"parameter-values-in-range", "value-creeps",
+               "parameter 0 changes without being set"},
+        Clause{"parameter-properties-stable", "properties",
+               "parameter 0 has an integer range from 0 to -1"},
+        Clause{"parameter-properties-stable", "properties-sometimes",
+               "describes parameter 0 only sometimes"},
+        Clause{"parameter-properties-stable", "properties-change",
+               "describes parameter 0 differently each time"},
+        Clause{"parameter-properties-stable", "properties-not-terminated",
+               "the label in the properties of parameter 0 is not terminated"}),
+    nameOf);
+
+INSTANTIATE_TEST_SUITE_P(
+    OfAudio, CheckSays,
+    testing::Values(
+        Clause{"audio-every-rate-and-block", "changes-input",
+               "changed its input buffers, at 22050 Hz in blocks of 1"},
+        Clause{"audio-every-rate-and-block", "writes-outside", outside},
+        Clause{"audio-every-rate-and-block", "writes-before", outside},
+        Clause{"audio-double-precision", "double", notFinite + "at 22050 Hz"},
+        Clause{"audio-double-precision", "writes-before", outside},
+        Clause{"audio-double-precision", "changes-input", "changed its input buffers, "},
+        Clause{"audio-changing-blocks", "odd-noise", notFinite + "in a block of "},
+        Clause{"audio-in-place", "clears-output-first", "puts out something else in place"},
+        Clause{"audio-silence", "whisper", "makes sound of silence in block 0", warning},
+        Clause{"audio-silence", "promised-silence",
+               "makes sound of silence in block 0, which it says it does not"},
+        Clause{"automation-every-block", "automation", notFinite + "in automated block "},
+        Clause{"automation-every-block", "value-leaves-range", "reads 1.5 after automation"},
+        Clause{"automation-holds", "drift", "parameter 0 drifts from 1 to "},
+        Clause{"suspend-resume-loop", "fiftieth-resume", notFinite + "after resume "},
+        Clause{"rate-change-while-running", "rate-while-running",
+               notFinite + "after a change to 96000 Hz while running", warning}),
+    nameOf);
+
+INSTANTIATE_TEST_SUITE_P(
+    OfStates, CheckSays,
+    testing::Values(
+        Clause{"state-round-trip", "state-empty", "answers with an empty state"},
+        Clause{"state-round-trip", "state-forgets", "brings parameter 1 back as 0 "},
+        Clause{"state-round-trip", "state-rounds", "brings parameter 1 back as ", warning},
+        Clause{"state-round-trip", "state-counts", "writes another state when it is asked again",
+               warning},
+        Clause{"state-fresh-instance", "state-per-process", "brings parameter 0 back as 0.5 "},
+        Clause{"state-with-editor", "state-editor", "brings parameter 0 back as "},
+        Clause{"state-every-length", "state-poisons",
+               notFinite + "with a good state after damaged ones", warning},
+        Clause{"state-every-length", "state-overruns",
+               "wrote outside its buffers after a damaged state of 0 bytes", warning},
+        Clause{"state-every-length", "state-keeps-damage",
+               "writes another state than the good one given", warning},
+        Clause{"state-every-byte-flipped", "state-poisons",
+               notFinite + "with a good state after damaged ones", warning},
+        Clause{"state-noise", "state-overruns",
+               "wrote outside its buffers after a damaged state of 1048576 bytes", warning},
+        Clause{"state-other-byte-order", "state-poisons",
+               notFinite + "with a good state after damaged ones", warning}),
+    nameOf);
+
+INSTANTIATE_TEST_SUITE_P(
+    OfStrangeValues, CheckSays,
+    testing::Values(Clause{"parameter-strange-values", "value-overruns",
+                           "wrote outside its buffers after a strange value of parameter 0",
+                           warning},
+                    Clause{"parameter-strange-values", "stays-poisoned",
+                           notFinite + "with ordinary values after strange ones", warning},
+                    Clause{"parameter-strange-indices", "index-at-count",
+                           "parameter 0 is moved by an index that no parameter has", warning},
+                    Clause{"parameter-random-bits", "stays-poisoned",
+                           notFinite + "with ordinary values after strange ones", warning}),
+    nameOf);
+
+INSTANTIATE_TEST_SUITE_P(
+    OfTheWindow, CheckSays,
+    testing::Values(
+        Clause{"editor-opened-twice", "second-opening", "opens no window in the host's"},
+        Clause{"editor-opened-twice", "window-stays", "leaves its window behind when it is closed"},
+        Clause{"editor-opened-twice", "no-rectangle", "gives no rectangle for its open editor"},
+        Clause{"editor-in-two-instances", "one-window-only", "opens no window in the host's"},
+        Clause{"editor-sixty-openings", "fiftieth-opening", "opens no window in the host's"},
+        Clause{"editor-while-processing", "editor-beside-audio",
+               notFinite + "while the editor was in use"}),
+    nameOf);
+
+INSTANTIATE_TEST_SUITE_P(
+    OfThreads, CheckSays,
+    testing::Values(
+        Clause{"threads-audio-automation-state", "overruns-entered-twice",
+               "wrote outside its buffers while several threads were in it"},
+        Clause{"realtime-process", "realtime-lock", "process makes pthread_mutex_lock calls",
+               warning},
+        Clause{"realtime-process", "realtime-file", "process makes open"},
+        Clause{"realtime-process", "realtime-double", "process with doubles makes malloc calls"},
+        Clause{"realtime-set-parameter", "realtime-set-parameter",
+               "setParameter makes malloc calls"},
+        Clause{"realtime-set-parameter", "realtime-get-parameter",
+               "setParameter makes malloc calls"},
+        Clause{"realtime-set-parameter", "parameter-system-call", "setParameter makes system call"},
+        Clause{"realtime-with-editor", "realtime-with-editor",
+               "the audio thread, with the editor open, makes malloc calls"}),
+    nameOf);
+
+// What the guard against denormal numbers leaves is no sound.
+TEST(CheckSaysNothing, OfASilenceBelowAllHearing) {
+    EXPECT_EQ(checkOf("audio-silence", "against-denormals")["result"], "passed");
+}
+
+struct Place {
+    const char* family;
+    std::vector<int> numbers;
+    std::string result;
+};
+
+void PrintTo(const Place& place, std::ostream* out) {
+    *out << place.family << "... " << place.result;
+}
+
+// Every rate and every size of a block is tried, in both precisions.
+class CheckTries : public testing::TestWithParam<Place> {};
+
+TEST_P(CheckTries, EveryOne) {
+    for (const int number : GetParam().numbers)
+        for (const char* const check : {"audio-every-rate-and-block", "audio-double-precision"}) {
+            const auto report = checkOf(check, GetParam().family + std::to_string(number));
+            EXPECT_EQ(report["result"], GetParam().result) << number << ' ' << report;
+        }
+}
+
+std::string placeName(const testing::TestParamInfo<Place>& info) {
+    constexpr std::array names{"UsualRate", "StrangeRate", "Block"};
+    return names.at(info.index);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    OfAudio, CheckTries,
+    testing::Values(
+        Place{"rate-", {22050, 32000, 44100, 48000, 88200, 96000, 176400, 192000}, "failed"},
+        Place{"rate-", {8000, 11025, 16000, 384000, 768000}, "warning"},
+        Place{"block-",
+              {1,  2,  3,   7,   16,  17,  31,   32,   33,   63,   64,
+               65, 99, 127, 256, 441, 999, 1024, 2048, 4096, 8191, 16384},
+              "failed"}),
+    placeName);
+
+} // namespace
