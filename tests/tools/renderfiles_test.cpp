@@ -227,10 +227,12 @@ TEST_F(RenderFiles, AreKeptWhenTheRunIsInterrupted) {
     writeFile(folder / "out.wav", "precious");
     const auto before = names();
     const TemporaryFolder home;
+    const auto ignoredOrNot = std::signal(SIGINT, SIG_DFL); // the tests may run in the background
     RunningProgram program(MIRELON_HOST_PROGRAM,
                            {"render", "--overwrite", folder / "in.wav", folder / "out.wav",
                             "--block", "64", "--plugin", testPlugin("slow")},
                            home.path);
+    std::signal(SIGINT, ignoredOrNot);
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
     while (names() == before && std::chrono::steady_clock::now() < deadline)
         std::this_thread::sleep_for(std::chrono::milliseconds(5));
