@@ -154,6 +154,18 @@ TEST_F(ImageFiles, AnImportedBankThatIsWrongIsRefusedAtItsPlaceAndTheOldFileStay
     EXPECT_THAT(withChange("\"version\": 1", "\"version\": 2"), HasSubstr("version: is not 1"));
     EXPECT_THAT(withChange("MrLn", "Else"), HasSubstr("is not \"MrLn\""));
     EXPECT_THAT(withChange("{", "["), HasSubstr("no JSON"));
+    EXPECT_THAT(withChange("\"width\"", "\"widht\": 0.5, \"width\""),
+                HasSubstr("presets[0].values: \"widht\" is not known"));
+    EXPECT_THAT(withChange("\"name\"", "\"nmae\": \"x\", \"name\""),
+                HasSubstr("presets[0]: \"nmae\" is not known"));
+    EXPECT_THAT(withChange("\"owner\"", "\"ownre\": \"big\", \"owner\""),
+                HasSubstr("byteOrder: \"ownre\" is not known"));
+    const auto first = json.find("{", json.find("\"presets\""));
+    const auto second = json.find("{\n      \"name\"", first + 1);
+    ASSERT_NE(second, std::string::npos);
+    const std::string preset = json.substr(first, second - first);
+    EXPECT_THAT(withChange(preset, preset + preset), HasSubstr("presets: are not 11"));
+    EXPECT_THAT(withChange(preset, ""), HasSubstr("presets: are not 11"));
     EXPECT_THAT(withChange(json, "{}"), HasSubstr("\"bank\" is missing"));
     EXPECT_THAT(withChange(json, "[]"), HasSubstr("is no object"));
 }
