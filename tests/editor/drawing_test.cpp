@@ -11,7 +11,9 @@
 #include <cstring>
 #include <gtest/gtest.h>
 #include <memory>
+#include <optional>
 #include <span>
+#include <utility>
 
 namespace hosting = mirelon::hosting;
 using namespace mirelon::test;
@@ -113,6 +115,35 @@ TEST_F(Window, ShowsItsBackgroundBetweenTheControls) {
         EXPECT_EQ(shown(area), background(area)) << area.top;
 }
 
+// Its picture where it should be, and the background all around.
+TEST_F(Window, EveryControlOfThePanelStandsInItsPlace) {
+    constexpr int square = mirelon::kPictureSquareButton;
+    const std::pair<int, Area> places[] = {{square, {8, 312, 20, 326}},
+                                           {square, {8, 327, 20, 341}},
+                                           {square, {71, 312, 83, 326}},
+                                           {square, {71, 327, 83, 341}},
+                                           {square, {254, 312, 266, 326}},
+                                           {square, {254, 327, 266, 341}},
+                                           {square, {279, 312, 291, 326}},
+                                           {square, {279, 327, 291, 341}},
+                                           {mirelon::kPictureRocker, {219, 319, 250, 333}},
+                                           {mirelon::kPictureDefaultBank, {26, 329, 63, 339}},
+                                           {mirelon::kPictureDefaultPreset, {22, 314, 69, 324}}};
+    const auto expectEmptyAround = [&](const Area& area) {
+        const auto [left, top, right, bottom] = area;
+        for (const Area& edge :
+             {Area{left - 1, top - 1, right + 1, top},
+              Area{left - 1, bottom, right + 1, bottom + 1}, Area{left - 1, top, left, bottom},
+              Area{right, top, right + 1, bottom}})
+            EXPECT_EQ(shown(edge), background(edge)) << edge.left << ", " << edge.top;
+    };
+    for (const auto& [picture, area] : places) {
+        EXPECT_EQ(shown(area), expected(picture, 0, area)) << area.left << ", " << area.top;
+        expectEmptyAround(area);
+    }
+    expectEmptyAround({91, 320, 201, 334}); // the name
+}
+
 TEST_F(Window, SwitchesShowTheirStates) {
     struct Place {
         VstInt32 parameter;
@@ -168,8 +199,9 @@ void feed(hosting::Effect& effect, float left, float right) {
     }
 }
 
-// Columns of a meter that show the lit picture.
-int litColumns(const Pixels& picture, int top) {
+// Columns of a meter that show the lit picture; nothing when it is of two parts no
+// more.
+std::optional<int> litColumns(const Pixels& picture, int top) {
     const Drawing lit(mirelon::kPictureMeterLit);
     const Drawing unlit(mirelon::kPictureMeterUnlit);
     const Area area{60, top, 60 + lit.width(), top + lit.height()};
@@ -181,39 +213,59 @@ int litColumns(const Pixels& picture, int top) {
     while (count < whole.width && column(whole, count) == column(allLit, count))
         ++count;
     for (int x = count; x < whole.width; ++x)
-        EXPECT_EQ(column(whole, x), column(allUnlit, x)) << "column " << x;
+        if (column(whole, x) != column(allUnlit, x))
+            return std::nullopt;
     return count;
+}
+
+using MeterColumns = std::pair<std::optional<int>, std::optional<int>>;
+MeterColumns bothMeters(const Pixels& picture) {
+    return {litColumns(picture, 25), litColumns(picture, 121)};
+}
+
+// What the meters of width and balance come to show; when that is not `expected`,
+// what they show after a long time.
+MeterColumns metersAfter(EditorHost& editor, const MeterColumns& expected) {
+    editor.runUntil([&] { return bothMeters(editor.window->pixels()) == expected; });
+    return bothMeters(editor.window->pixels());
 }
 
 TEST_F(Window, AMeterInTheMiddleLightsHalfItsSegments) {
     feed(*editor->effect, 0.0F, 0.0F);
-    const Pixels picture = editor->pixels();
-    EXPECT_EQ(litColumns(picture, 25), 91);
-    EXPECT_EQ(litColumns(picture, 121), 91);
+    const MeterColumns halves{91, 91};
+    EXPECT_EQ(metersAfter(*editor, halves), halves);
 }
 
 TEST_F(Window, MetersShowWidthAndBalance) {
-    feed(*editor->effect, 0.5F, 0.5F);
-    EXPECT_EQ(litColumns(editor->pixels(), 25), 182);
-    EXPECT_EQ(litColumns(editor->pixels(), 121), 91);
-    feed(*editor->effect, 0.5F, -0.5F);
-    EXPECT_EQ(litColumns(editor->pixels(), 25), 0);
-    feed(*editor->effect, 0.0F, 0.5F);
-    EXPECT_EQ(litColumns(editor->pixels(), 25), 91);
-    EXPECT_EQ(litColumns(editor->pixels(), 121), 182);
-    // Twice as strong is a quarter of the way: a sixteenfold ratio is the whole.
-    feed(*editor->effect, 0.5F, 0.25F);
-    EXPECT_EQ(litColumns(editor->pixels(), 121), 46);
+    const struct {
+        float left;
+        float right;
+        MeterColumns columns;
+    } sounds[] = {
+        {0.5F, 0.5F, {182, 91}},
+        {0.5F, -0.5F, {0, 91}},
+        {0.0F, 0.5F, {91, 182}},
+        // A ratio of sixteen is the whole length: twice as strong is a quarter of it,
+        // a sum three times the difference 0.396.
+        {0.5F, 0.25F, {163, 46}},
+    };
+    for (const auto& sound : sounds) {
+        feed(*editor->effect, sound.left, sound.right);
+        EXPECT_EQ(metersAfter(*editor, sound.columns), sound.columns)
+            << sound.left << ' ' << sound.right;
+    }
 }
 
 TEST_F(Window, MetersStandStillBehindTheAboutPicture) {
+    const MeterColumns silence{91, 91};
     feed(*editor->effect, 0.0F, 0.0F);
-    editor->run();
+    ASSERT_EQ(metersAfter(*editor, silence), silence);
     editor->click(aboutStrip.x, aboutStrip.y);
     feed(*editor->effect, 0.5F, 0.5F);
     EXPECT_EQ(litColumns(editor->pixels(), 25), 91);
     editor->click(150, 150);
-    EXPECT_EQ(litColumns(editor->pixels(), 25), 182);
+    const MeterColumns mono{182, 91};
+    EXPECT_EQ(metersAfter(*editor, mono), mono);
 }
 
 TEST_F(Window, TextsStayInsideTheirRectangles) {
