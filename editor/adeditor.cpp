@@ -58,7 +58,7 @@ bool ADEditor::open(void* parent) {
     if (parent == nullptr || effectLink == nullptr || !*user || !loop.connectToDisplay())
         return false;
     updateScale();
-    CBitmap* const background = pictures.background(scale);
+    CBitmap* const background = pictures.background();
 
     const CRect area(rect.left, rect.top, rect.left + background->getWidth(),
                      rect.top + background->getHeight());
@@ -72,7 +72,7 @@ bool ADEditor::open(void* parent) {
     AEffGUIEditor::open(parent); // NOLINT(bugprone-parent-virtual-call)
     loopUser = std::move(user);
     frame = opening;
-    pictures.load(scale);
+    pictures.load();
     buildViews();
     effectLink->setEditorOpen(true);
     return CPresetSystemEditor::open(parent);

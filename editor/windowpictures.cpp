@@ -5,18 +5,17 @@
 
 namespace mirelon {
 
-VSTGUI::CBitmap* WindowPictures::background(double scale) {
-    if (backgroundPicture == nullptr || backgroundScale != scale)
-        backgroundPicture = loadBitmap(kPictureBackground, scale);
-    backgroundScale = scale;
+VSTGUI::CBitmap* WindowPictures::background() {
+    if (backgroundPicture == nullptr)
+        backgroundPicture = loadBitmap(kPictureBackground);
     return backgroundPicture;
 }
 
-void WindowPictures::load(double scale) {
+void WindowPictures::load() {
     const auto loadOne = [&](PictureNumber number) {
         Bitmap& bitmap = pictures[number];
         if (bitmap == nullptr)
-            bitmap = loadBitmap(number, scale);
+            bitmap = loadBitmap(number);
     };
     loadOne(kPictureSliderHandle);
     loadOne(kPictureMark); // no view shows it

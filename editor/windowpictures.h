@@ -8,15 +8,15 @@
 
 namespace mirelon {
 
-// At the scale of the window. One thread.
+// For every scale of the window. One thread.
 class WindowPictures {
   public:
-    // The window's background at `scale`; kept until another scale is asked for.
-    VSTGUI::CBitmap* background(double scale);
+    // Loads the window's background, which is kept, when it is first needed.
+    VSTGUI::CBitmap* background();
     VSTGUI::CBitmap* background() const { return backgroundPicture; }
 
     // Loads all others that are missing: those that an open window shows.
-    void load(double scale);
+    void load();
     void release();
     // A loaded picture; null for any other.
     VSTGUI::CBitmap* operator[](PictureNumber number) const;
@@ -25,7 +25,6 @@ class WindowPictures {
     using Bitmap = VSTGUI::SharedPointer<VSTGUI::CBitmap>;
 
     Bitmap backgroundPicture;
-    double backgroundScale = 0.0;
     std::map<PictureNumber, Bitmap> pictures;
 };
 

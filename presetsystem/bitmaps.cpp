@@ -2,7 +2,9 @@
 
 #include "resources/resources.h"
 
+#include <algorithm>
 #include <cmath>
+#include <iterator>
 
 using namespace VSTGUI;
 
@@ -10,12 +12,12 @@ namespace mirelon {
 
 namespace {
 
-// The smallest rendering that is not smaller than `scale`, else the largest.
+// The rendering that is made for `scale`; that for scale 1 when there is none.
 std::size_t renderingFor(double scale) {
-    std::size_t index = 0;
-    while (index + 1 < pictureScales.size() && static_cast<double>(pictureScales[index]) < scale)
-        ++index;
-    return index;
+    const auto* const found = std::ranges::find(pictureScales, static_cast<float>(scale));
+    return found == pictureScales.end()
+               ? 0
+               : static_cast<std::size_t>(std::distance(pictureScales.begin(), found));
 }
 
 PlatformBitmapPtr decode(int number, std::size_t scaleIndex) {
@@ -27,32 +29,39 @@ PlatformBitmapPtr decode(int number, std::size_t scaleIndex) {
 }
 
 // A bitmap whose pixels land on the pixels of the screen at every scale: edges
-// of views that fall between two pixels go to the nearer one, and the larger
-// rendering is copied pixel by pixel. Decoded when it is first drawn, which a
-// picture that is seldom shown may never be.
+// of views that fall between two pixels go to the nearer one, and the rendering for
+// the scale at which it is drawn is copied pixel by pixel. Decoded when it is first
+// drawn, which a picture that is seldom shown may never be.
 class CrispBitmap final : public CBitmap {
   public:
     CrispBitmap() = default; // of size 0
-    CrispBitmap(int number, PictureSize size, double scale)
+    CrispBitmap(int number, PictureSize size)
         : CBitmap(getPlatformFactory().createBitmap(CPoint(size.width, size.height)))
         , number(number)
-        , scale(scale) {}
+        , pictureHeight(size.height / picturesInStrip(number)) {}
 
     void draw(CDrawContext* context, const CRect& rect, const CPoint& offset,
               float alpha) override {
         if (number == 0)
             return;
         const CGraphicsTransform transform = context->getCurrentTransform();
-        const CPoint origin = snapped(transform, {rect.left - offset.x, rect.top - offset.y});
+        const std::size_t scaleIndex = renderingFor(transform.m11);
+        CBitmap* const source = decoded(scaleIndex);
+        if (source == nullptr)
+            return;
+        // In a rendering each picture of a strip begins on a whole pixel.
+        const double picture = std::floor(offset.y / pictureHeight);
+        const double renderedHeight =
+            std::ceil(pictureHeight * static_cast<double>(pictureScales[scaleIndex]));
+        const CPoint origin = snapped(
+            transform, {rect.left - offset.x, rect.top - offset.y + picture * pictureHeight});
         CRect target;
         target.setTopLeft(snapped(transform, rect.getTopLeft()));
         target.setBottomRight(snapped(transform, rect.getBottomRight()));
         const CDrawContext::Transform inScreenPixels(*context, transform.inverse());
-        const CPoint inPicture(target.left - origin.x, target.top - origin.y);
-        CBitmap* const source = decoded(transform.m11 == scale ? rendering : plain,
-                                        transform.m11 == scale ? renderingFor(scale) : 0);
-        if (source != nullptr)
-            source->draw(context, target, inPicture, alpha);
+        const CPoint inPicture(target.left - origin.x,
+                               target.top - origin.y + picture * renderedHeight);
+        source->draw(context, target, inPicture, alpha);
     }
 
   private:
@@ -61,23 +70,19 @@ class CrispBitmap final : public CBitmap {
         return {std::floor(point.x + 0.5), std::floor(point.y + 0.5)};
     }
 
-    // `kept`, once it has been made of the picture's rendering of that index.
-    CBitmap* decoded(SharedPointer<CBitmap>& kept, std::size_t scaleIndex) const {
-        if (kept == nullptr) {
+    CBitmap* decoded(std::size_t scaleIndex) {
+        if (rendering == nullptr || renderingIndex != scaleIndex) {
             const PlatformBitmapPtr picture = decode(number, scaleIndex);
-            if (picture == nullptr)
-                return nullptr;
-            if (scaleIndex != 0)
-                picture->setScaleFactor(static_cast<double>(pictureScales[scaleIndex]) / scale);
-            kept = makeOwned<CBitmap>(picture);
+            rendering = picture == nullptr ? nullptr : makeOwned<CBitmap>(picture);
+            renderingIndex = scaleIndex;
         }
-        return kept;
+        return rendering;
     }
 
     int number = 0;
-    double scale = 1.0;
-    SharedPointer<CBitmap> rendering; // one of its pixels is one of the screen's
-    SharedPointer<CBitmap> plain;     // for any other transform than the window's
+    int pictureHeight = 0;
+    SharedPointer<CBitmap> rendering; // the last one drawn
+    std::size_t renderingIndex = 0;
 };
 
 } // namespace
@@ -92,11 +97,11 @@ double nearestPictureScale(double wanted) noexcept {
     return best;
 }
 
-SharedPointer<CBitmap> loadBitmap(int number, double scale) {
+SharedPointer<CBitmap> loadBitmap(int number) {
     const PictureSize size = pictureSize(number);
     if (size.width == 0)
         return makeOwned<CrispBitmap>();
-    return makeOwned<CrispBitmap>(number, size, scale);
+    return makeOwned<CrispBitmap>(number, size);
 }
 
 } // namespace mirelon

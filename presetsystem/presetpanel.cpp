@@ -52,7 +52,7 @@ void PresetPanel::build(CFrame& frame, IControlListener* listener) {
     for (const panel::Control& control : panel::controls) {
         SharedPointer<CBitmap>& picture = pictures[control.picture];
         if (picture == nullptr)
-            picture = loadBitmap(control.picture, frame.getZoom());
+            picture = loadBitmap(control.picture);
         const auto& [tag, kind, rect, number] = control;
         switch (kind) {
         case panel::Kind::nameField:

@@ -3,15 +3,34 @@
 # Renders NUMBER.svg of each number at every scale and writes the PNG files as a
 # table of bytes. The output depends on nothing but the drawings and the renderer.
 
-# In halves, since CMake counts in whole numbers only.
-set(scales_in_halves 2 3 4 5 6)
+# In quarters, since CMake counts in whole numbers only.
+set(scales_in_quarters 4 5 6 7 8 10 12)
 
 set(scales "")
-foreach(halves IN LISTS scales_in_halves)
-  math(EXPR whole "${halves} / 2")
-  math(EXPR tenths "${halves} % 2 * 5")
-  list(APPEND scales "${whole}.${tenths}")
+foreach(quarters IN LISTS scales_in_quarters)
+  math(EXPR whole "${quarters} / 4")
+  math(EXPR hundredths "${quarters} % 4 * 25")
+  list(APPEND scales "${whole}.${hundredths}")
 endforeach()
+
+# At `quarters`, pictures of a strip that are not a whole number of pixels tall
+# stand a little further apart, so that each begins on a whole pixel.
+function(spread_strip drawing quarters count cell pixels spread)
+  file(READ "${drawing}" text)
+  set(step_in_millionths "1000000 * 4 * ${pixels} / ${quarters}")
+  foreach(index RANGE 1 ${count})
+    math(EXPR from "${index} * ${cell}")
+    math(EXPR to_whole "${index} * ${step_in_millionths} / 1000000")
+    math(EXPR to_rest "1000000 + ${index} * ${step_in_millionths} % 1000000")
+    string(SUBSTRING "${to_rest}" 1 -1 to_rest)
+    set(to "${to_whole}.${to_rest}")
+    string(REPLACE "translate(0 ${from})" "translate(0 ${to})" text "${text}")
+  endforeach()
+  # The last is where the drawing ends.
+  string(REPLACE " height=\"${from}\" viewBox=\"0 0 ${width} ${from}\""
+                 " height=\"${to}\" viewBox=\"0 0 ${width} ${to}\"" text "${text}")
+  file(WRITE "${spread}" "${text}")
+endfunction()
 
 set(bytes "")
 set(table "")
@@ -24,25 +43,40 @@ foreach(number IN LISTS NUMBERS)
   set(width "${CMAKE_MATCH_1}")
   set(height "${CMAKE_MATCH_2}")
 
+  file(READ "${drawing}" text)
+  string(REGEX MATCHALL "translate\\(0 [0-9]+\\)" places "${text}")
+  list(LENGTH places count)
+  if(count EQUAL 0)
+    set(count 1)
+  endif()
+  math(EXPR cell "${height} / ${count}")
+
   set(renderings "")
-  foreach(halves scale IN ZIP_LISTS scales_in_halves scales)
-    math(EXPR pixels_wide "(${width} * ${halves} + 1) / 2")
-    math(EXPR pixels_high "(${height} * ${halves} + 1) / 2")
+  foreach(quarters scale IN ZIP_LISTS scales_in_quarters scales)
+    math(EXPR pixels_wide "(${width} * ${quarters} + 3) / 4")
+    math(EXPR cell_high "(${cell} * ${quarters} + 3) / 4")
+    math(EXPR pixels_high "${count} * ${cell_high}")
+    math(EXPR excess "${cell_high} * 4 - ${cell} * ${quarters}")
     set(png "${SCRATCH}/picture.png")
+    set(drawn "${drawing}")
+    if(count GREATER 1 AND excess GREATER 0)
+      set(drawn "${SCRATCH}/spread.svg")
+      spread_strip("${drawing}" "${quarters}" "${count}" "${cell}" "${cell_high}" "${drawn}")
+    endif()
     execute_process(
       COMMAND "${RSVG_CONVERT}" --zoom "${scale}" --page-width "${pixels_wide}"
-              --page-height "${pixels_high}" --output "${png}" "${drawing}"
+              --page-height "${pixels_high}" --output "${png}" "${drawn}"
       COMMAND_ERROR_IS_FATAL ANY)
     file(READ "${png}" hex HEX)
     file(REMOVE "${png}")
     string(REGEX REPLACE "(..)" "0x\\1," hex "${hex}")
     string(REGEX REPLACE "(................................................................................)"
            "\\1\n" hex "${hex}")
-    set(name "png${number}_${halves}")
+    set(name "png${number}_${quarters}")
     string(APPEND bytes "constexpr unsigned char ${name}[] = {\n${hex}};\n")
     string(APPEND renderings "{${name}, sizeof ${name}}, ")
   endforeach()
-  string(APPEND table "    {${number}, {${width}, ${height}}, {{${renderings}}}},\n")
+  string(APPEND table "    {${number}, {${width}, ${height}}, ${count}, {{${renderings}}}},\n")
 endforeach()
 
 list(TRANSFORM scales APPEND "F")

@@ -10,6 +10,7 @@ namespace mirelon {
 struct EmbeddedPicture {
     int number;
     PictureSize size;
+    int picturesDown;
     std::array<PictureData, pictureScales.size()> renderings;
 };
 

@@ -27,4 +27,9 @@ PictureSize pictureSize(int number) noexcept {
     return picture == nullptr ? PictureSize{0, 0} : picture->size;
 }
 
+int picturesInStrip(int number) noexcept {
+    const auto* picture = find(number);
+    return picture == nullptr ? 1 : picture->picturesDown;
+}
+
 } // namespace mirelon

@@ -21,6 +21,7 @@ enum PictureNumber : int {
     kPictureInvertR = 140, ///< switch
     kPictureAbout = 141,
     kPictureSquareButton = 19990,  ///< normal, hovered, pressed
+    kPictureMemoryLetter = 19991,  ///< lit: A, B
     kPictureDefaultBank = 19993,   ///< normal, hovered, pressed
     kPictureDefaultPreset = 19994, ///< normal, hovered, pressed
     kPictureRocker = 19997, ///< rest, hovered left, hovered right, pressed left, pressed right
@@ -38,15 +39,19 @@ struct PictureData {
 };
 
 /// Pixels of a rendering to one pixel of the drawing.
-inline constexpr std::array<float, 5> pictureScales{1.0F, 1.5F, 2.0F, 2.5F, 3.0F};
+inline constexpr std::array pictureScales{1.0F, 1.25F, 1.5F, 1.75F, 2.0F, 2.5F, 3.0F};
 
 /// The rendering of a picture at pictureScales[scaleIndex]; null data and size 0
 /// for a number or an index that does not exist. Where size times scale is not
-/// whole the rendering is rounded up, so lay out by pictureSize. The pictures of
-/// a strip are a whole number of pixels tall at every scale.
+/// whole the rendering is rounded up, so lay out by pictureSize. Each picture of a
+/// strip is rounded up by itself and begins on a whole pixel.
 PictureData embeddedPicture(int number, std::size_t scaleIndex) noexcept;
 
 /// Size at scale 1, in pixels; 0 by 0 for a number that does not exist.
 PictureSize pictureSize(int number) noexcept;
+
+/// How many equally tall pictures stand one below the other in the drawing; 1 for
+/// one that is no strip and for a number that does not exist.
+int picturesInStrip(int number) noexcept;
 
 } // namespace mirelon

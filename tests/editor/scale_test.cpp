@@ -102,7 +102,8 @@ class EveryScale : public Scale, public testing::WithParamInterface<const char*>
     }
     std::unique_ptr<EditorHost> editor;
 };
-INSTANTIATE_TEST_SUITE_P(Steps, EveryScale, testing::Values("1", "1.5", "2", "2.5", "3"),
+INSTANTIATE_TEST_SUITE_P(Steps, EveryScale,
+                         testing::Values("1", "1.25", "1.5", "1.75", "2", "2.5", "3"),
                          [](const testing::TestParamInfo<const char*>& info) {
                              std::string name = info.param;
                              std::replace(name.begin(), name.end(), '.', '_');

@@ -26,8 +26,8 @@ class ValueViews : public testing::Test {
     ValueViews() {
         setUpToolkit();
         frame = makeOwned<CFrame>(CRect(0, 0, 10, 10), nullptr);
-        pictures.background(1.0);
-        pictures.load(1.0);
+        pictures.background();
+        pictures.load();
     }
 
     template <typename View>
@@ -155,7 +155,7 @@ TEST(WindowPicturesTest, HoldWhatTheWindowShowsUntilReleased) {
     setUpToolkit();
     WindowPictures pictures;
     EXPECT_EQ(pictures[kPictureAbout], nullptr);
-    pictures.load(1.0);
+    pictures.load();
     for (const PictureNumber number :
          {kPictureSliderHandle, kPictureMark, kPictureMeterUnlit, kPictureMeterLit, kPictureProcess,
           kPicturePhase, kPictureInvertL, kPictureInvertR, kPictureAbout})
@@ -165,14 +165,12 @@ TEST(WindowPicturesTest, HoldWhatTheWindowShowsUntilReleased) {
     EXPECT_EQ(pictures[kPictureAbout], nullptr);
 }
 
-TEST(WindowPicturesTest, KeepTheBackgroundUntilAnotherScaleIsAskedFor) {
+TEST(WindowPicturesTest, KeepTheBackgroundWhenTheRestIsReleased) {
     setUpToolkit();
     WindowPictures pictures;
-    const SharedPointer<CBitmap> first = shared(pictures.background(1.0));
+    const SharedPointer<CBitmap> first = shared(pictures.background());
     pictures.release();
-    EXPECT_EQ(pictures.background(1.0), first.get());
     EXPECT_EQ(pictures.background(), first.get());
-    EXPECT_NE(pictures.background(2.0), first.get());
 }
 
 } // namespace
