@@ -1,6 +1,9 @@
 #include "formats/effecthost.h"
 
 #include <stdexcept>
+#include <string_view>
+
+using namespace std::string_view_literals;
 
 namespace mirelon {
 
@@ -46,13 +49,13 @@ bool EffectHost::isHeld(VstInt32 index) const noexcept {
            gestures[static_cast<std::size_t>(index)].depth.load(std::memory_order_relaxed) > 0;
 }
 
-VstIntPtr EffectHost::callback(AEffect* record, VstInt32 opcode, VstInt32 index,
-                               VstIntPtr /*value*/, void* /*ptr*/, float opt) noexcept {
+VstIntPtr EffectHost::callback(AEffect* record, VstInt32 opcode, VstInt32 index, VstIntPtr value,
+                               void* ptr, float opt) noexcept {
     auto* const host = record != nullptr ? static_cast<EffectHost*>(record->user) : nullptr;
     if (host == nullptr)
         return building != nullptr ? building->answer(opcode) : 0;
     try {
-        return host->hear(opcode, index, opt);
+        return host->hear(opcode, index, value, ptr, opt);
     } catch (...) { // out of memory on the way to the format's own host
         return 0;
     }
@@ -71,10 +74,11 @@ VstIntPtr EffectHost::answer(VstInt32 opcode) const noexcept {
     }
 }
 
-VstIntPtr EffectHost::hear(VstInt32 opcode, VstInt32 index, float value) {
+VstIntPtr EffectHost::hear(VstInt32 opcode, VstInt32 index, VstIntPtr value, const void* ptr,
+                           float opt) {
     switch (opcode) {
     case audioMasterAutomate:
-        automated(index, value);
+        automated(index, opt);
         return 1;
     case audioMasterBeginEdit:
         begin(index);
@@ -85,6 +89,11 @@ VstIntPtr EffectHost::hear(VstInt32 opcode, VstInt32 index, float value) {
     case audioMasterUpdateDisplay:
         displayChanged();
         return 1;
+    case audioMasterCanDo:
+        return ptr != nullptr && static_cast<const char*>(ptr) == "sizeWindow"sv &&
+               canResizeWindow();
+    case audioMasterSizeWindow:
+        return resizeWindow(index, static_cast<int>(value));
     default:
         return answer(opcode);
     }

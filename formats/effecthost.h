@@ -44,12 +44,16 @@ class EffectHost {
     virtual void gestureEnded(VstInt32 /*index*/) {}
     // The current preset, its name or the bank is another.
     virtual void displayChanged() {}
+    // Whether the format's host can be asked for another size of the window, and
+    // the asking, in pixels: false when it does not give it.
+    virtual bool canResizeWindow() const { return false; }
+    virtual bool resizeWindow(int /*width*/, int /*height*/) { return false; }
 
   private:
     static VstIntPtr callback(AEffect* record, VstInt32 opcode, VstInt32 index, VstIntPtr value,
                               void* ptr, float opt) noexcept;
     VstIntPtr answer(VstInt32 opcode) const noexcept;
-    VstIntPtr hear(VstInt32 opcode, VstInt32 index, float value);
+    VstIntPtr hear(VstInt32 opcode, VstInt32 index, VstIntPtr value, const void* ptr, float opt);
     void automated(VstInt32 index, float value);
     void begin(VstInt32 index) noexcept;
     void end(VstInt32 index);

@@ -77,10 +77,16 @@ std::optional<double> xftDpi(std::string_view resources) {
     return {};
 }
 
-double desktopScale(double hostScale) {
-    if (const char* wish = std::getenv("MIRELON_SCALE"))
-        if (const auto scale = positiveNumber(wish))
-            return *scale;
+std::optional<double> environmentScale() {
+    const char* const wish = std::getenv("MIRELON_SCALE");
+    return wish != nullptr ? positiveNumber(wish) : std::nullopt;
+}
+
+double desktopScale(double hostScale, std::optional<double> chosenScale) {
+    if (const auto scale = environmentScale())
+        return *scale;
+    if (chosenScale && *chosenScale > 0.0 && std::isfinite(*chosenScale))
+        return *chosenScale;
     if (hostScale > 0.0 && std::isfinite(hostScale) && hostScale != 1.0)
         return hostScale;
     if (const auto dpi = xftDpi(readResources()))

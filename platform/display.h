@@ -10,12 +10,15 @@ namespace mirelon {
 // Whether the X server that the environment names can be reached.
 bool displayAvailable();
 
-// How many times the usual size the user wants things to be: the environment
-// variable MIRELON_SCALE if it holds a positive number, else what the host says
-// if that is a positive number other than 1 (many say 1 for "do not know"), else
-// the display's Xft.dpi over 96, else 1. Opens a connection of its own for the
-// moment.
-double desktopScale(double hostScale = 1.0);
+// The environment variable MIRELON_SCALE, if it holds a positive number.
+std::optional<double> environmentScale();
+
+// How many times the usual size the user wants things to be: what the environment
+// says, else what the user has chosen in a window, else what the host says if that
+// is a positive number other than 1 (many say 1 for "do not know"), else the
+// display's Xft.dpi over 96, else 1. Opens a connection of its own for the moment
+// when it has to ask the display.
+double desktopScale(double hostScale = 1.0, std::optional<double> chosenScale = std::nullopt);
 
 // The value of Xft.dpi in an X resource text; nothing if it is absent or no
 // positive number.

@@ -1,5 +1,6 @@
 #include "presetsystem/cpresetsystemeffect.h"
 
+#include <array>
 #include <cstring>
 
 namespace {
@@ -172,4 +173,9 @@ VstInt32 CPresetSystemEffect::processEvents(VstEvents* /*events*/) {
 
 VstInt32 CPresetSystemEffect::canDo(char* /*text*/) {
     return 0;
+}
+
+bool CPresetSystemEffect::resizeWindow(VstInt32 width, VstInt32 height) {
+    std::array<char, 11> capability{"sizeWindow"};
+    return callHost(audioMasterCanDo, 0, 0, capability.data()) > 0 && sizeWindow(width, height);
 }

@@ -68,7 +68,8 @@ class CPresetSystemEffect : public AudioEffectX, public EffectLink {
     VstInt32 processEvents(VstEvents* events) override;
     VstInt32 canDo(char* text) override;
 
-    // For the editor's loads and saves.
+    // For the editor. A host that does not say that it can is not asked.
+    bool resizeWindow(VstInt32 width, VstInt32 height) override;
     PresetBank& bank() override { return *presetBank; }
 
     // Called by the editor's constructor with itself, by its destructor with

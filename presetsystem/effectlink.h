@@ -21,6 +21,10 @@ class EffectLink {
     // Whether the window is open.
     virtual void setEditorOpen(bool open) = 0;
     virtual bool isEditorOpen() const = 0;
+    // Asks the host to make room for a window of this size, in screen pixels; false
+    // when it does not. The host may ask for the window's size meanwhile, and may
+    // close the window or open it anew.
+    virtual bool resizeWindow(std::int32_t width, std::int32_t height) = 0;
 
     // --- Parameters; any index ---
     virtual float getParameter(std::int32_t index) = 0;            // normalised

@@ -159,6 +159,11 @@ void ClapWrapper::gestureEnded(VstInt32 index) {
     host.requestFlush();
 }
 
+bool ClapWrapper::resizeWindow(int width, int height) {
+    return width > 0 && height > 0 &&
+           host.resizeWindow(static_cast<std::uint32_t>(width), static_cast<std::uint32_t>(height));
+}
+
 void ClapWrapper::displayChanged() {
     if (loading.load(std::memory_order_relaxed))
         return;

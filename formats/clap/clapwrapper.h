@@ -58,6 +58,8 @@ class ClapWrapper : public EffectHost {
     void gestureBegun(VstInt32 index) override;
     void gestureEnded(VstInt32 index) override;
     void displayChanged() override;
+    bool canResizeWindow() const override { return host.canResizeWindow(); }
+    bool resizeWindow(int width, int height) override;
 
     template <typename Sample>
     void processCut(Sample* const* inputs, Sample* const* outputs,

@@ -14,6 +14,7 @@ void HostLink::findExtensions() noexcept {
     params = extension<clap_host_params>(CLAP_EXT_PARAMS);
     state = extension<clap_host_state>(CLAP_EXT_STATE);
     timers = extension<clap_host_timer_support>(CLAP_EXT_TIMER_SUPPORT);
+    gui = extension<clap_host_gui>(CLAP_EXT_GUI);
 }
 
 void HostLink::requestCallback() const noexcept {
@@ -46,6 +47,14 @@ std::optional<clap_id> HostLink::startTimer(std::uint32_t milliseconds) const no
 
 void HostLink::stopTimer(clap_id timer) const noexcept {
     timers->unregister_timer(host, timer);
+}
+
+bool HostLink::canResizeWindow() const noexcept {
+    return gui != nullptr && gui->request_resize != nullptr;
+}
+
+bool HostLink::resizeWindow(std::uint32_t width, std::uint32_t height) const noexcept {
+    return canResizeWindow() && gui->request_resize(host, width, height);
 }
 
 } // namespace mirelon::clap

@@ -1,6 +1,7 @@
 // What the plug-in asks of its CLAP host. Hosts may lack any of it.
 #pragma once
 
+#include <clap/ext/gui.h>
 #include <clap/ext/params.h>
 #include <clap/ext/state.h>
 #include <clap/ext/timer-support.h>
@@ -29,6 +30,9 @@ class HostLink {
     // Nothing when there is to be no timer.
     std::optional<clap_id> startTimer(std::uint32_t milliseconds) const noexcept;
     void stopTimer(clap_id timer) const noexcept;
+    bool canResizeWindow() const noexcept;
+    // In pixels; false when the host does not give it.
+    bool resizeWindow(std::uint32_t width, std::uint32_t height) const noexcept;
 
   private:
     template <typename Extension>
@@ -39,6 +43,7 @@ class HostLink {
     const clap_host_params* params = nullptr;
     const clap_host_state* state = nullptr;
     const clap_host_timer_support* timers = nullptr;
+    const clap_host_gui* gui = nullptr;
 };
 
 } // namespace mirelon::clap

@@ -46,7 +46,8 @@ WindowWrapper::WindowWrapper(Writing writing, const LV2_Feature* const* features
     : EffectHost(anyRate, anyBlock)
     , writing(writing)
     , types(featureData<LV2_URID_Map>(features, LV2_URID__map))
-    , touching(featureData<const LV2UI_Touch>(features, LV2_UI__touch)) {
+    , touching(featureData<const LV2UI_Touch>(features, LV2_UI__touch))
+    , resizing(featureData<const LV2UI_Resize>(features, LV2_UI__resize)) {
     void* const parent = featureData<void>(features, LV2_UI__parent);
     if (!types.known() || parent == nullptr)
         throw std::runtime_error("the host lacks urid:map or ui:parent");
@@ -70,9 +71,8 @@ void WindowWrapper::openIn(void* parent, const LV2_Feature* const* features) {
     if (dispatch(effEditOpen, 0, 0, parent) == 0)
         throw std::runtime_error("the window cannot be opened");
     ERect* rect = nullptr;
-    const auto* const resize = featureData<const LV2UI_Resize>(features, LV2_UI__resize);
-    if (resize != nullptr && resize->ui_resize != nullptr && editor.getRect(&rect))
-        resize->ui_resize(resize->handle, rect->right - rect->left, rect->bottom - rect->top);
+    if (canResizeWindow() && editor.getRect(&rect))
+        resizeWindow(rect->right - rect->left, rect->bottom - rect->top);
 }
 
 LV2UI_Widget WindowWrapper::widget() const {
@@ -145,6 +145,14 @@ void WindowWrapper::gestureEnded(VstInt32 index) {
 
 void WindowWrapper::displayChanged() {
     changed = changed || !following;
+}
+
+bool WindowWrapper::canResizeWindow() const {
+    return resizing != nullptr && resizing->ui_resize != nullptr;
+}
+
+bool WindowWrapper::resizeWindow(int width, int height) {
+    return resizing->ui_resize(resizing->handle, width, height) == 0;
 }
 
 void WindowWrapper::idle() {

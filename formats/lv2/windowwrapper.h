@@ -50,6 +50,8 @@ class WindowWrapper : private EffectHost {
     void gestureBegun(VstInt32 index) override;
     void gestureEnded(VstInt32 index) override;
     void displayChanged() override;
+    bool canResizeWindow() const override;
+    bool resizeWindow(int width, int height) override;
 
     void openIn(void* parent, const LV2_Feature* const* features);
     void followParameter(VstInt32 index, float port);
@@ -72,6 +74,7 @@ class WindowWrapper : private EffectHost {
     Writing writing;
     MessageTypes types;
     const LV2UI_Touch* touching;
+    const LV2UI_Resize* resizing;
     Answer answer = Answer::notAskedFor;
     bool following = false; // what changes now comes from the playing effect
     bool changed = false;   // the user has changed more than parameters

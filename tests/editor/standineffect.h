@@ -11,6 +11,7 @@ struct StandInEffect final : EffectLink {
     void setEditorLink(EditorLink* /*editor*/) override {}
     void setEditorOpen(bool /*open*/) override {}
     bool isEditorOpen() const override { return true; }
+    bool resizeWindow(std::int32_t /*width*/, std::int32_t /*height*/) override { return false; }
     float getParameter(std::int32_t index) override {
         return normalised.at(static_cast<std::size_t>(index));
     }
