@@ -22,6 +22,10 @@ constexpr float clearThreshold = 0.75F;
 // What a load button sends for a file of the other byte order.
 constexpr float reversedRequest = 0.5F;
 
+// In messages.
+constexpr const char* defaultBankPlace = "default bank";
+constexpr const char* defaultPresetPlace = "default preset";
+
 const PresetRecord& presetAt(const PresetBank& bank, int preset) {
     return bank[static_cast<std::size_t>(preset)];
 }
@@ -66,6 +70,7 @@ bool CPresetSystemEditor::open(void* /*parent*/) {
     window.open();
     panel.build(*frame, this);
     panel.showBank(effectLink->bank(), effectLink->getPresetNo());
+    memories.restart();
     idleTimer = createTimer(this);
     return true;
 }
@@ -80,8 +85,10 @@ void CPresetSystemEditor::close() {
 }
 
 void CPresetSystemEditor::idle() {
-    if (const auto held = window.tryHold())
+    if (const auto held = window.tryHold()) {
         show(pending.take());
+        compareMemories();
+    }
     AEffGUIEditor::idle();
 }
 
@@ -95,7 +102,16 @@ void CPresetSystemEditor::show(mirelon::PendingUpdates::Taken updates) {
         panel.showBank(effectLink->bank(), effectLink->getPresetNo());
 }
 
+void CPresetSystemEditor::compareMemories() {
+    if (!memories.isDue())
+        return;
+    presetfilestruct image;
+    PresetToBuffer(&image);
+    showMemories(memories.compare(image, storedPresets));
+}
+
 void CPresetSystemEditor::showCurrentName(const PresetName& name) {
+    memories.presetChanged();
     if (const auto held = window.tryHold())
         panel.showCurrentName(name);
     else
@@ -114,6 +130,7 @@ void CPresetSystemEditor::nameChangedInternal(char* name) {
 }
 
 void CPresetSystemEditor::bankReplaced() {
+    memories.presetChanged();
     if (const auto held = window.tryHold())
         panel.showBank(effectLink->bank(), effectLink->getPresetNo());
     else
@@ -126,6 +143,7 @@ void CPresetSystemEditor::valueChanged(VSTGUI::CControl* control) {
     if (effectLink == nullptr)
         return;
     const float value = control->getValue();
+    memories.presetChanged(); // perhaps; looked at when this is done
     using enum mirelon::panel::Tag;
     // A file operation may end with this editor gone: nothing comes after it.
     // Without a default case, so that the compiler reports a tag that has no action.
@@ -214,6 +232,7 @@ void CPresetSystemEditor::BufferToPreset(presetfilestruct* image, bool reversed)
     PresetRecord& preset = effectLink->bank()[static_cast<std::size_t>(current)];
     const auto reading =
         mirelon::readPresetImage(*image, effectLink->getUniqueID(), reversed, preset);
+    verdict = reading.verdict;
     if (reading.verdict != ImageVerdict::accepted)
         return;
     const PresetName name = preset.name();
@@ -228,6 +247,8 @@ void CPresetSystemEditor::BufferToBank(bankfilestruct* image, bool reversed) {
     effectLink->setPresetNo(0); // whatever the image holds
     const auto reading =
         mirelon::readBankImage(*image, effectLink->getUniqueID(), reversed, effectLink->bank());
+    verdict = reading.verdict;
+    memories.presetChanged();
     const bool accepted = reading.verdict == ImageVerdict::accepted;
     if (const auto held = window.tryHold()) {
         // A name shows as soon as it is read, before its preset's values: a bank
@@ -272,6 +293,8 @@ void CPresetSystemEditor::askForFile(const mirelon::FileType& type, bool save, c
                                      mirelon::FilePrompt::Continuation proceed) {
     if (getFrame() == nullptr)
         return;
+    if (!filePrompt.canAsk())
+        return tell(mirelon::noDialogMessage());
     filePrompt.ask({type, save, title, lastFiles.currentDir.data(), name.data()},
                    [this, &name, proceed = std::move(proceed)](const ChosenFile& file) {
                        name = file.name;
@@ -287,7 +310,8 @@ void CPresetSystemEditor::save(const mirelon::FileType& type, const char* title,
     askForFile(type, true, title, name, [this, fill](const ChosenFile& file) {
         Image image;
         (this->*fill)(&image);
-        mirelon::writeImage(file, image.bytes);
+        const int error = mirelon::writeImage(file, image.bytes);
+        tell(mirelon::savedMessage(file.name.data(), error));
     });
 }
 
@@ -295,10 +319,12 @@ template <typename Image>
 void CPresetSystemEditor::load(const mirelon::FileType& type, const char* title,
                                mirelon::PathBuffer& name,
                                void (CPresetSystemEditor::*apply)(Image*, bool), bool reversed) {
-    askForFile(type, false, title, name, [this, apply, reversed](const ChosenFile& file) {
+    const char* const kind = &name == &lastFiles.currentBankName ? "bank" : "preset";
+    askForFile(type, false, title, name, [this, apply, reversed, kind](const ChosenFile& file) {
         Image image;
-        mirelon::readImage(file, image.bytes);
+        const int error = mirelon::readImage(file, image.bytes);
         (this->*apply)(&image, reversed);
+        tell(mirelon::loadedMessage(kind, file.name.data(), error, verdict));
         if (getFrame() != nullptr)
             getFrame()->invalid();
     });
@@ -329,10 +355,10 @@ void CPresetSystemEditor::saveMidi() {}
 
 // --- Preferences ---
 
-void CPresetSystemEditor::storePreset(PresetSlot slot) {
+bool CPresetSystemEditor::storePreset(PresetSlot slot) {
     presetfilestruct image;
     PresetToBuffer(&image);
-    storedPresets.storePreset(slot, image);
+    return storedPresets.storePreset(slot, image);
 }
 
 void CPresetSystemEditor::recallPreset(PresetSlot slot) {
@@ -340,10 +366,19 @@ void CPresetSystemEditor::recallPreset(PresetSlot slot) {
     BufferToPreset(&image, false);
 }
 
+void CPresetSystemEditor::storeMemory(PresetSlot slot, const char* place) {
+    tell(mirelon::storedMessage(place, storePreset(slot)));
+}
+
+void CPresetSystemEditor::recallMemory(PresetSlot slot, const char* place) {
+    recallPreset(slot);
+    tell(mirelon::recalledMessage(place, verdict));
+}
+
 void CPresetSystemEditor::saveDefaultBank() {
     bankfilestruct image;
     BankToBuffer(&image);
-    storedPresets.storeDefaultBank(image);
+    tell(mirelon::storedMessage(defaultBankPlace, storedPresets.storeDefaultBank(image)));
 }
 
 void CPresetSystemEditor::loadDefaultBank() {
@@ -352,11 +387,11 @@ void CPresetSystemEditor::loadDefaultBank() {
 }
 
 void CPresetSystemEditor::resetDefaultBank() {
-    storedPresets.clearDefaultBank();
+    tell(mirelon::forgottenMessage(defaultBankPlace, storedPresets.clearDefaultBank()));
 }
 
 void CPresetSystemEditor::saveDefaultPreset() {
-    storePreset(PresetSlot::defaultPreset);
+    storeMemory(PresetSlot::defaultPreset, defaultPresetPlace);
 }
 
 void CPresetSystemEditor::loadDefaultPreset() {
@@ -364,23 +399,24 @@ void CPresetSystemEditor::loadDefaultPreset() {
 }
 
 void CPresetSystemEditor::resetDefaultPreset() {
-    storedPresets.clearPreset(PresetSlot::defaultPreset);
+    tell(mirelon::forgottenMessage(defaultPresetPlace,
+                                   storedPresets.clearPreset(PresetSlot::defaultPreset)));
 }
 
 void CPresetSystemEditor::storeA() {
-    storePreset(PresetSlot::memoryA);
+    storeMemory(PresetSlot::memoryA, "A");
 }
 
 void CPresetSystemEditor::storeB() {
-    storePreset(PresetSlot::memoryB);
+    storeMemory(PresetSlot::memoryB, "B");
 }
 
 void CPresetSystemEditor::recallA() {
-    recallPreset(PresetSlot::memoryA);
+    recallMemory(PresetSlot::memoryA, "A");
 }
 
 void CPresetSystemEditor::recallB() {
-    recallPreset(PresetSlot::memoryB);
+    recallMemory(PresetSlot::memoryB, "B");
 }
 
 void CPresetSystemEditor::saveDefaultMidi() {}

@@ -6,6 +6,8 @@
 #include "presetsystem/editorlink.h"
 #include "presetsystem/effectlink.h"
 #include "presetsystem/fileprompt.h"
+#include "presetsystem/memorycomparison.h"
+#include "presetsystem/message.h"
 #include "presetsystem/pendingupdates.h"
 #include "presetsystem/presetimages.h"
 #include "presetsystem/presetpanel.h"
@@ -86,6 +88,10 @@ class CPresetSystemEditor : public VSTGUI::AEffGUIEditor,
     // Reads parameter `index` from the effect and shows it, while the window is
     // held; any index.
     virtual void showParameter(long /*index*/) {}
+    // Which of the compare memories hold what the current preset is.
+    virtual void showMemories(mirelon::MemoryComparison::Equal /*equal*/) {}
+    // What has become of something that the user has asked for.
+    virtual void tell(const mirelon::Message& /*message*/) {}
 
     EffectLink* const effectLink; // not owned; null without presets
 
@@ -93,6 +99,7 @@ class CPresetSystemEditor : public VSTGUI::AEffGUIEditor,
     // pending until the next idle. Any thread.
     mirelon::WindowAccess window;
     mirelon::PendingUpdates pending;
+    mirelon::MemoryComparison memories;
 
     mirelon::PresetPanel panel;
     mirelon::LastFiles lastFiles;
@@ -116,8 +123,14 @@ class CPresetSystemEditor : public VSTGUI::AEffGUIEditor,
     template <typename Image>
     void load(const mirelon::FileType& type, const char* title, mirelon::PathBuffer& name,
               void (CPresetSystemEditor::*apply)(Image*, bool), bool reversed);
-    void storePreset(mirelon::PresetSlot slot);
+    bool storePreset(mirelon::PresetSlot slot);
     void recallPreset(mirelon::PresetSlot slot);
+    void storeMemory(mirelon::PresetSlot slot, const char* place);
+    void recallMemory(mirelon::PresetSlot slot, const char* place);
+    void compareMemories();
+
+    // Of the last image that was to be loaded.
+    mirelon::ImageVerdict verdict = mirelon::ImageVerdict::notOurs;
 
     mirelon::StoredPresets storedPresets;
     IdleTimer* idleTimer = nullptr; // owned; null without an open window

@@ -20,6 +20,10 @@ std::uint32_t parentFor(const VSTGUI::CFrame* frame) {
 
 } // namespace
 
+bool DesktopFileDialog::isAvailable() const {
+    return firstInstalled(desktopHelpers()).has_value();
+}
+
 void DesktopFileDialog::ask(const FileQuestion& question, Answer whenAnswered) {
     VSTGUI::CFrame* const frame = window.getFrame();
     const bool save = question.save;

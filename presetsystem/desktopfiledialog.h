@@ -18,6 +18,7 @@ class DesktopFileDialog final : public FileDialog {
         : window(window) {}
     ~DesktopFileDialog() override { end(); }
 
+    bool isAvailable() const override;
     void ask(const FileQuestion& question, Answer answered) override;
     void dismiss() override { end(); }
 

@@ -20,6 +20,8 @@ class FileDialog {
     FileDialog(const FileDialog&) = delete;
     FileDialog& operator=(const FileDialog&) = delete;
 
+    // Whether there is a dialog to be shown.
+    virtual bool isAvailable() const { return true; }
     // Shows the dialog, which keeps nobody waiting, and calls `answered` once: before
     // it returns, or later. The answer may ask anew and may destroy the dialog.
     // Asked at most once at a time.

@@ -33,6 +33,8 @@ class FilePrompt {
     void ask(const FileQuestion& question, Continuation proceed);
     // Takes back the question that is open, if one is.
     void cancel();
+    // Whether there is a dialog to ask by.
+    bool canAsk() const { return dialog->isAvailable(); }
     bool isAsking() const { return open != nullptr; }
 
   private:

@@ -67,6 +67,13 @@ std::vector<HelperProgram> desktopHelpers() {
             {"/usr/bin/zenity", HelperDialect::zenity}};
 }
 
+std::optional<HelperProgram> firstInstalled(const std::vector<HelperProgram>& programs) {
+    const auto program = std::ranges::find_if(programs, [](const HelperProgram& candidate) {
+        return access(candidate.path.c_str(), X_OK) == 0;
+    });
+    return program != programs.end() ? std::optional(*program) : std::nullopt;
+}
+
 HelperFileSelector::HelperFileSelector(VSTGUI::PlatformFileSelectorStyle style,
                                        std::uint32_t parent, std::vector<HelperProgram> programs)
     : style(style)
@@ -75,10 +82,7 @@ HelperFileSelector::HelperFileSelector(VSTGUI::PlatformFileSelectorStyle style,
 
 bool HelperFileSelector::run(const VSTGUI::PlatformFileSelectorConfig& config) {
     answered = config.doneCallback;
-    const auto program = std::ranges::find_if(programs, [](const HelperProgram& candidate) {
-        return access(candidate.path.c_str(), X_OK) == 0;
-    });
-    if (program != programs.end()) {
+    if (const auto program = firstInstalled(programs)) {
         const bool save = style == VSTGUI::PlatformFileSelectorStyle::SelectSaveFile;
         const Arguments arguments = program->dialect == HelperDialect::zenity
                                         ? zenityArguments(config, save, parent)

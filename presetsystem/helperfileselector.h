@@ -10,6 +10,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -24,6 +25,8 @@ struct HelperProgram {
 
 // In the order of preference.
 std::vector<HelperProgram> desktopHelpers();
+// The first that is there to be run.
+std::optional<HelperProgram> firstInstalled(const std::vector<HelperProgram>& programs);
 
 class HelperFileSelector final : public VSTGUI::IPlatformFileSelector {
   public:

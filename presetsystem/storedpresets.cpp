@@ -48,14 +48,20 @@ Image imageOf(const std::optional<std::string>& value) {
 
 } // namespace
 
-void StoredPresets::store(const char* key, std::string_view value) {
+bool StoredPresets::store(const char* key, std::string_view value) {
     preferences.set(key, value);
-    preferences.synchronise();
+    return synchronise();
 }
 
-void StoredPresets::clear(const char* key) {
+bool StoredPresets::clear(const char* key) {
     preferences.remove(key);
-    preferences.synchronise();
+    return synchronise();
+}
+
+bool StoredPresets::synchronise() {
+    const bool stored = preferences.synchronise();
+    count.fetch_add(1, std::memory_order_release);
+    return stored;
 }
 
 presetfilestruct StoredPresets::preset(PresetSlot slot) const {
@@ -66,24 +72,24 @@ bankfilestruct StoredPresets::defaultBank() const {
     return imageOf<bankfilestruct>(preferences.get(defaultBankKey));
 }
 
-void StoredPresets::storePreset(PresetSlot slot, const presetfilestruct& image) {
-    store(keyOf(slot), bytesOf(image));
+bool StoredPresets::storePreset(PresetSlot slot, const presetfilestruct& image) {
+    return store(keyOf(slot), bytesOf(image));
 }
 
-void StoredPresets::storeDefaultBank(const bankfilestruct& image) {
-    store(defaultBankKey, bytesOf(image));
+bool StoredPresets::storeDefaultBank(const bankfilestruct& image) {
+    return store(defaultBankKey, bytesOf(image));
 }
 
-void StoredPresets::clearPreset(PresetSlot slot) {
-    clear(keyOf(slot));
+bool StoredPresets::clearPreset(PresetSlot slot) {
+    return clear(keyOf(slot));
 }
 
-void StoredPresets::clearDefaultBank() {
-    clear(defaultBankKey);
+bool StoredPresets::clearDefaultBank() {
+    return clear(defaultBankKey);
 }
 
-void StoredPresets::clearDefaultMidi() {
-    clear(defaultMidiKey);
+bool StoredPresets::clearDefaultMidi() {
+    return clear(defaultMidiKey);
 }
 
 std::optional<std::string> StoredPresets::text(const char* key) const {

@@ -6,6 +6,7 @@
 #include "presetsystem/filequestion.h"
 #include "presetsystem/presetimages.h"
 
+#include <atomic>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -23,7 +24,7 @@ struct LastFiles {
 };
 
 // One store for all instances of all hosts: what is stored or cleared is on disk on
-// return. The store's failures are silent. One thread.
+// return, or the answer is false and nothing has changed. One thread.
 class StoredPresets {
   public:
     // An image of zeros when nothing is stored. A shorter image is filled up with
@@ -31,11 +32,13 @@ class StoredPresets {
     presetfilestruct preset(PresetSlot slot) const;
     bankfilestruct defaultBank() const;
 
-    void storePreset(PresetSlot slot, const presetfilestruct& image);
-    void storeDefaultBank(const bankfilestruct& image);
-    void clearPreset(PresetSlot slot);
-    void clearDefaultBank();
-    void clearDefaultMidi(); // of older versions; none is stored any more
+    bool storePreset(PresetSlot slot, const presetfilestruct& image);
+    bool storeDefaultBank(const bankfilestruct& image);
+    bool clearPreset(PresetSlot slot);
+    bool clearDefaultBank();
+    bool clearDefaultMidi(); // of older versions; none is stored any more
+    // How often an image has been stored or cleared in this process. Any thread.
+    static unsigned storings() noexcept { return count.load(std::memory_order_acquire); }
 
     // Nothing is written when there is nothing to remember or nothing new.
     void storeLastFiles(const LastFiles& files);
@@ -43,9 +46,12 @@ class StoredPresets {
     void recallLastFiles(LastFiles& files) const;
 
   private:
-    void store(const char* key, std::string_view value);
-    void clear(const char* key);
+    bool store(const char* key, std::string_view value);
+    bool clear(const char* key);
+    bool synchronise();
     std::optional<std::string> text(const char* key) const;
+
+    static inline std::atomic<unsigned> count{0};
 
     // The folder that the environment names when this object is built.
     Preferences preferences{userPreferencesFolder()};
