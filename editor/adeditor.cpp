@@ -1,13 +1,16 @@
 #include "editor/adeditor.h"
 
-#include "editor/textfield.h"
+#include "editor/sizemenu.h"
 #include "platform/display.h"
+#include "platform/scalepreference.h"
 #include "platform/toolkitconnection.h"
 #include "presetsystem/bitmaps.h"
 #include "resources/resources.h"
 
+#include <chrono>
 #include <cmath>
 #include <exception>
+#include <utility>
 
 using namespace VSTGUI;
 using mirelon::EditorThread;
@@ -36,8 +39,15 @@ ADEditor::~ADEditor() {
     }
 }
 
-void ADEditor::updateScale() {
-    scale = mirelon::nearestPictureScale(mirelon::desktopScale(hostScale));
+double ADEditor::wantedScale() const {
+    std::optional<double> chosen;
+    if (const auto percent = mirelon::chosenPercent())
+        chosen = *percent / 100.0;
+    return mirelon::nearestPictureScale(mirelon::desktopScale(hostScale, chosen));
+}
+
+void ADEditor::setScale(double newScale) {
+    scale = newScale;
     const mirelon::PictureSize size = mirelon::pictureSize(mirelon::kPictureBackground);
     rect.right = static_cast<VstInt16>(rect.left + scaled(size.width, scale));
     rect.bottom = static_cast<VstInt16>(rect.top + scaled(size.height, scale));
@@ -46,7 +56,7 @@ void ADEditor::updateScale() {
 bool ADEditor::getRect(ERect** rectangle) {
     const auto held = EditorThread::instance().lock();
     if (frame == nullptr)
-        updateScale();
+        setScale(wantedScale());
     return CPresetSystemEditor::getRect(rectangle);
 }
 
@@ -57,7 +67,7 @@ bool ADEditor::open(void* parent) {
     auto user = std::make_unique<RunLoop::User>();
     if (parent == nullptr || effectLink == nullptr || !*user || !loop.connectToDisplay())
         return false;
-    updateScale();
+    setScale(wantedScale());
     CBitmap* const background = pictures.background();
 
     const CRect area(rect.left, rect.top, rect.left + background->getWidth(),
@@ -72,6 +82,9 @@ bool ADEditor::open(void* parent) {
     AEffGUIEditor::open(parent); // NOLINT(bugprone-parent-virtual-call)
     loopUser = std::move(user);
     frame = opening;
+    ++openings;
+    resizeWanted = false;
+    titleText = {};
     pictures.load();
     buildViews();
     effectLink->setEditorOpen(true);
@@ -80,8 +93,9 @@ bool ADEditor::open(void* parent) {
 
 // What is added later covers what was there.
 void ADEditor::buildViews() {
-    addCaptions();
     parameters.emplace(*frame, *this, pictures, *effectLink);
+    for (const layout::Caption& caption : layout::captions)
+        parameters->addCaption(caption);
     for (const layout::SliderRow& row : layout::sliderRows) {
         for (const layout::Meter& meter : layout::meters)
             if (meter.above == row.parameter)
@@ -90,14 +104,26 @@ void ADEditor::buildViews() {
     }
     for (const layout::Switch& row : layout::switches)
         parameters->addSwitch(row);
+    parameters->show(kParamProcess);
     addAbout();
+    addTitle();
+    addMemoryLights();
 }
 
-void ADEditor::addCaptions() {
-    for (const layout::Caption& caption : layout::captions)
-        frame->addView(mirelon::newTextField(
-            caption.field, pictures.background(), caption.rightAligned ? kRightText : kLeftText,
-            parameterNameStringConvert, layout::captionMaximum, static_cast<float>(caption.text)));
+void ADEditor::addTitle() {
+    titleLine =
+        new mirelon::TitleLine(layout::titleLine, layout::titleText, this, layout::titleTag);
+    frame->addView(titleLine);
+}
+
+void ADEditor::addMemoryLights() {
+    for (std::size_t i = 0; i < memoryLights.size(); ++i) {
+        const layout::MemoryLight& light = layout::memoryLights[i];
+        const CPoint offset(0, light.picture * light.rect.getHeight());
+        memoryLights[i] =
+            new mirelon::MemoryLight(light.rect, pictures[mirelon::kPictureMemoryLetter], offset);
+        frame->addView(memoryLights[i]);
+    }
 }
 
 void ADEditor::addAbout() {
@@ -121,6 +147,8 @@ void ADEditor::close() {
     frame->setFocusView(nullptr);
     CPresetSystemEditor::close();
     about = nullptr;
+    titleLine = nullptr;
+    memoryLights.fill(nullptr);
     parameters.reset();
     meters.forget();
     effectLink->setEditorOpen(false);
@@ -142,14 +170,64 @@ void ADEditor::idle() {
     }
     if (!loop.isPumping())
         return loop.pump();
+    if (std::exchange(resizeWanted, false))
+        resize();
     if (frame == nullptr)
         return;
     CPresetSystemEditor::idle();
+    showTitle();
     // Behind the about picture the meters stand still.
     if (about != nullptr && !about->isShown())
         meters.show(*effectLink);
     // What has changed since the base looked is drawn now, not a tick later.
     AEffGUIEditor::idle(); // NOLINT(bugprone-parent-virtual-call)
+}
+
+void ADEditor::showTitle() {
+    const auto now = std::chrono::steady_clock::now();
+    const auto pointer = static_cast<const MyFrame*>(frame)->pointer();
+    titleText.pointAt(pointer ? mirelon::subjectAt(*pointer) : std::nullopt, now);
+    titleText.advance(now);
+    using enum mirelon::TextKind;
+    if (const mirelon::Message* message = titleText.message())
+        titleLine->show(message->text, message->failed ? failure : success);
+    else if (const auto subject = titleText.explained())
+        titleLine->show(mirelon::explanationOf(*subject, *effectLink), explanation);
+    else
+        titleLine->show({}, explanation);
+}
+
+void ADEditor::tell(const mirelon::Message& message) {
+    titleText.tell(message, std::chrono::steady_clock::now());
+}
+
+void ADEditor::chooseSize(std::optional<int> percent) {
+    if (mirelon::choosePercent(percent))
+        resizeWanted = true; // when nothing of the toolkit is on the stack any more
+    else
+        tell({"the size could not be stored", true});
+}
+
+void ADEditor::resize() {
+    const double before = scale;
+    const double wanted = wantedScale();
+    if (wanted == before) {
+        if (mirelon::environmentScale())
+            tell({"MIRELON_SCALE sets the size", true});
+        return;
+    }
+    const unsigned opening = openings;
+    // The host may ask for the size while it is asked.
+    setScale(wanted);
+    const bool given = effectLink->resizeWindow(rect.right - rect.left, rect.bottom - rect.top);
+    if (frame == nullptr || openings != opening)
+        return;
+    if (given) {
+        frame->setZoom(wanted);
+    } else {
+        setScale(before);
+        tell({"this size counts from the next opening on"});
+    }
 }
 
 std::uint32_t ADEditor::windowId() const {
@@ -163,6 +241,11 @@ void ADEditor::suspend() {
 void ADEditor::valueChanged(CControl* control) {
     const auto alive = shared(control);
     const int32_t tag = control->getTag();
+    if (tag == layout::titleTag)
+        return mirelon::sizemenu::open(*frame, titleLine->pressedAt(), mirelon::chosenPercent(),
+                                       this, layout::sizeMenuTag);
+    if (tag == layout::sizeMenuTag)
+        return chooseSize(mirelon::sizemenu::percentOf(control->getValue()));
     // What the panel does may end with this editor gone: nothing comes after it.
     if (!mirelon::isParameter(tag))
         return CPresetSystemEditor::valueChanged(control);
@@ -171,6 +254,7 @@ void ADEditor::valueChanged(CControl* control) {
 }
 
 void ADEditor::setParameter(long index, float /*value*/) {
+    memories.presetChanged();
     const auto held = window.tryHold();
     if (!held)
         return pending.addParameter(index);
@@ -179,6 +263,11 @@ void ADEditor::setParameter(long index, float /*value*/) {
 
 void ADEditor::showParameter(long index) {
     parameters->show(index);
+}
+
+void ADEditor::showMemories(mirelon::MemoryComparison::Equal equal) {
+    memoryLights[0]->light(equal.a);
+    memoryLights[1]->light(equal.b);
 }
 
 void ADEditor::beginEdit(int32_t index) {

@@ -2,9 +2,12 @@
 #pragma once
 
 #include "editor/cabout.h"
+#include "editor/memorylight.h"
 #include "editor/meterviews.h"
 #include "editor/myframe.h"
 #include "editor/parameterviews.h"
+#include "editor/titleline.h"
+#include "editor/titletext.h"
 #include "editor/windowpictures.h"
 #include "platform/runloop.h"
 #include "presetsystem/cpresetsystemeditor.h"
@@ -26,8 +29,8 @@ class ADEditor : public CPresetSystemEditor {
     explicit ADEditor(AudioEffect* effect);
     ~ADEditor() override;
 
-    // The window's size in screen pixels. Without an open window this looks at the
-    // desktop's scale anew.
+    // The window's size in screen pixels. Without an open window this looks anew at
+    // what size is wanted.
     bool getRect(ERect** rectangle) override;
     // False without a display or without the parent window, or when another
     // thread has editors open. An open window is closed first.
@@ -42,7 +45,7 @@ class ADEditor : public CPresetSystemEditor {
     using CPresetSystemEditor::setParameter;
     void setParameter(long index, float value) override;
     // The scale that the host asks for; 1 stands for none. Counts from the next
-    // opening on.
+    // opening on, where the user has not chosen another.
     void setHostScale(double factor) { hostScale = factor; }
     // The X11 window, for hosts that ask for it; 0 while the editor is closed.
     std::uint32_t windowId() const;
@@ -56,12 +59,20 @@ class ADEditor : public CPresetSystemEditor {
 
   protected:
     void showParameter(long index) override;
+    void showMemories(mirelon::MemoryComparison::Equal equal) override;
+    void tell(const mirelon::Message& message) override;
 
   private:
-    void updateScale();
+    double wantedScale() const;
+    void setScale(double newScale);
+    void chooseSize(std::optional<int> percent);
+    // Makes an open window as large as is wanted, if the host goes along with it.
+    void resize();
+    void showTitle();
     void buildViews();
-    void addCaptions();
     void addAbout();
+    void addTitle();
+    void addMemoryLights();
 
     double hostScale = 1.0;
     double scale = 1.0;
@@ -71,5 +82,12 @@ class ADEditor : public CPresetSystemEditor {
     // While the window is open.
     std::optional<mirelon::ParameterViews> parameters;
     mirelon::MeterViews meters;
-    CAbout* about = nullptr; // owned by the frame
+    unsigned openings = 0; // so far
+    bool resizeWanted = false;
+    mirelon::TitleText titleText;
+
+    // Owned by the frame.
+    CAbout* about = nullptr;
+    mirelon::TitleLine* titleLine = nullptr;
+    std::array<mirelon::MemoryLight*, mirelon::layout::memoryLights.size()> memoryLights{};
 };

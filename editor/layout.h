@@ -28,18 +28,20 @@ struct Caption {
     TextField field;
     bool rightAligned;
     int text; // for parameterNameStringConvert
+    // Whose slider it stands before; none of an end of a meter.
+    ParameterIndex parameter = kNumParams;
 };
 inline constexpr float captionMaximum = 10.0F;
 inline constexpr std::array<Caption, 9> captions{{
     {{{2, 25, 42, 42}, {2, 28}}, true, 0},
     {{{258, 25, 298, 42}, {258, 28}}, false, 1},
-    {{{2, 55, 42, 72}, {2, 60}}, true, 4},
-    {{{2, 86, 42, 103}, {2, 91}}, true, 5},
+    {{{2, 55, 42, 72}, {2, 60}}, true, 4, kParamWidth},
+    {{{2, 86, 42, 103}, {2, 91}}, true, 5, kParamGain},
     {{{2, 118, 42, 135}, {2, 123}}, true, 2},
     {{{258, 120, 298, 137}, {258, 123}}, false, 3},
-    {{{2, 150, 42, 167}, {2, 155}}, true, 6},
-    {{{2, 181, 42, 198}, {2, 187}}, true, 7},
-    {{{2, 212, 42, 229}, {2, 219}}, true, 8},
+    {{{2, 150, 42, 167}, {2, 155}}, true, 6, kParamBalance},
+    {{{2, 181, 42, 198}, {2, 187}}, true, 7, kParamStability},
+    {{{2, 212, 42, 229}, {2, 219}}, true, 8, kParamCenterPos},
 }};
 
 // --- The parameters, each in one row of one of two tables ---
@@ -73,6 +75,10 @@ inline constexpr auto sliderRows = std::to_array<SliderRow>({
 });
 inline constexpr int sliderLeft = 63;
 inline constexpr int sliderRight = 239;
+// The rows of the handle's picture that are not clear, and its rounding.
+inline constexpr int handleTop = 2;
+inline constexpr int handleBottom = 20;
+inline constexpr double handleRadius = 2;
 // The low end is at the left.
 inline constexpr int sliderStyle = 16;
 
@@ -91,6 +97,8 @@ inline constexpr auto switches = std::to_array<Switch>({
     {kParamPhase, kPicturePhase, kPicturePhase, 190},
 });
 inline constexpr int switchTop = 247;
+inline constexpr double switchRadius = 3;
+inline constexpr double menuRadius = 2;
 // All are half as high as this picture.
 inline constexpr PictureNumber switchHeightOf = kPictureProcess;
 
@@ -135,6 +143,9 @@ static_assert(std::ranges::all_of(meters, [](const Meter& meter) {
 inline constexpr int meterSegments = 182;
 
 inline constexpr CRect aboutStrip{70, 282, 225, 302};
+// The drawn outline, which is smaller, and the rounding of its corners.
+inline constexpr CRect aboutOutline{70, 283, 225, 299};
+inline constexpr double aboutRadius = 8;
 inline constexpr int aboutTag = 10;
 static_assert(!isParameter(aboutTag), "a parameter's control has the parameter's index as tag");
 // In the middle of this area the about picture is shown; its text starts at this
@@ -142,5 +153,26 @@ static_assert(!isParameter(aboutTag), "a parameter's control has the parameter's
 inline constexpr int aboutAreaWidth = 302;
 inline constexpr int aboutAreaHeight = 311;
 inline constexpr CPoint aboutTextOrigin{0, 8};
+
+// --- The top line ---
+
+inline constexpr CRect titleLine{0, 0, 324, 18};
+// Right of the name: what is pointed at and what has happened is said here.
+inline constexpr CRect titleText{82, 1, 320, 17};
+// The line itself, and the menu that it opens.
+inline constexpr int titleTag = 11;
+inline constexpr int sizeMenuTag = 12;
+static_assert(!isParameter(titleTag) && !isParameter(sizeMenuTag));
+
+// --- The compare memories: their letters light up ---
+
+struct MemoryLight {
+    CRect rect;
+    int picture; // of the strip
+};
+inline constexpr auto memoryLights = std::to_array<MemoryLight>({
+    {{267, 312, 278, 326}, 0},
+    {{267, 327, 278, 341}, 1},
+});
 
 } // namespace mirelon::layout

@@ -28,6 +28,7 @@ MyFrame::MyFrame(const CRect& rect, double scale, VSTGUIEditorInterface* editor)
     setZoom(scale);
     setFocusColor(selectionColor); // the toolkit's text field takes it from there
     registerFocusViewObserver(this);
+    hoverFrame.emplace(*this);
 }
 
 bool MyFrame::openIn(void* parent) {
@@ -44,8 +45,14 @@ bool MyFrame::openIn(void* parent) {
     return true;
 }
 
+void MyFrame::beforeDelete() {
+    hoverFrame.reset();
+    CFrame::beforeDelete();
+}
+
 void MyFrame::retire() {
     unregisterFocusViewObserver(this);
+    hoverFrame.reset();
     keys.reset();
     setMouseEnabled(false);
     forEachChild([](CView* view) {
@@ -60,6 +67,10 @@ void MyFrame::retire() {
             if (window != 0)
                 mirelon::destroyWindow(window);
         });
+}
+
+std::optional<CPoint> MyFrame::pointer() const {
+    return getModalView() == nullptr ? lastPointer : std::nullopt;
 }
 
 void MyFrame::closeModal() {
@@ -96,6 +107,12 @@ void MyFrame::onMouseWheelEvent(MouseWheelEvent& event) {
 
 void MyFrame::platformOnEvent(Event& event) {
     const auto alive = shared(this);
+    if (event.type == EventType::MouseExit) {
+        lastPointer.reset();
+    } else if (const auto* at = asMousePositionEvent(event)) {
+        lastPointer = at->mousePosition;
+        getTransform().inverse().transform(*lastPointer);
+    }
     if (auto* key = asKeyboardEvent(event)) {
         onKey(*key);
     } else {
@@ -199,6 +216,8 @@ void MyFrame::drawBackgroundRect(CDrawContext* context, const CRect& updateRect)
 
 void MyFrame::drawRect(CDrawContext* context, const CRect& updateRect) {
     CFrame::drawRect(context, updateRect);
+    if (hoverFrame)
+        hoverFrame->draw(*context, updateRect);
     const CView* const view = getFocusView();
     if (!ringShown || view == nullptr || getModalView() != nullptr)
         return;

@@ -3,6 +3,7 @@
 // under way.
 #pragma once
 
+#include "editor/hoverframe.h"
 #include "platform/toolkit.h"
 #include "platform/windowkeys.h"
 
@@ -33,6 +34,10 @@ class MyFrame : public VSTGUI::CFrame, private VSTGUI::IFocusViewObserver {
     void closeModal();
     virtual VSTGUI::CView* getModal() const { return captured; }
 
+    // Where the pointer is, at scale 1; nothing outside of the window and while
+    // something modal is open.
+    std::optional<VSTGUI::CPoint> pointer() const;
+
     VSTGUI::CMouseEventResult onMouseDown(VSTGUI::CPoint& where,
                                           const VSTGUI::CButtonState& buttons) override;
     VSTGUI::CMouseEventResult onMouseUp(VSTGUI::CPoint& where,
@@ -52,6 +57,8 @@ class MyFrame : public VSTGUI::CFrame, private VSTGUI::IFocusViewObserver {
     void platformOnActivate(bool active) override;
 
   private:
+    // While the observers can still be taken off.
+    void beforeDelete() override;
     void onFocusViewChanged(VSTGUI::CFrame* frame, VSTGUI::CView* now,
                             VSTGUI::CView* before) override;
 
@@ -79,7 +86,9 @@ class MyFrame : public VSTGUI::CFrame, private VSTGUI::IFocusViewObserver {
     };
 
     DetachableEditor detachableEditor;
-    VSTGUI::CView* captured = nullptr;       // not owned
+    VSTGUI::CView* captured = nullptr;    // not owned
+    std::optional<HoverFrame> hoverFrame; // until it retires
+    std::optional<VSTGUI::CPoint> lastPointer;
     std::optional<mirelon::WindowKeys> keys; // while the window is open
     bool ringShown = false;
     bool handlingKey = false;

@@ -25,6 +25,9 @@ class ParameterSlider : public VSTGUI::CHorizontalSlider {
                                         const VSTGUI::CButtonState& buttons) override;
     void onMouseWheelEvent(VSTGUI::MouseWheelEvent& event) override;
 
+    // Where the handle is drawn.
+    VSTGUI::CRect handleRect() const { return calculateHandleRect(getValueNormalized()); }
+
   private:
     // Where the handle would have to be pressed to stand where it does.
     VSTGUI::CCoord gripOfHandle(const VSTGUI::CRect& handle) const;

@@ -10,6 +10,9 @@ namespace mirelon {
 
 namespace {
 
+// Of what is of no use at the moment.
+constexpr float dimmedAlpha = 0.4F;
+
 float switchValue(float normalised) {
     return normalised < 0.5F ? 0.0F : 1.0F;
 }
@@ -70,6 +73,30 @@ void ParameterViews::addSwitch(const layout::Switch& row) {
     add(row.parameter, button);
 }
 
+void ParameterViews::addCaption(const layout::Caption& caption) {
+    CParamDisplay* const display = newTextField(
+        caption.field, pictures.background(), caption.rightAligned ? kRightText : kLeftText,
+        parameterNameStringConvert, layout::captionMaximum, static_cast<float>(caption.text));
+    frame.addView(display);
+    if (caption.parameter < kNumParams)
+        captions[caption.parameter] = display;
+}
+
+void ParameterViews::dim(bool dimmed) {
+    const float alpha = dimmed ? dimmedAlpha : 1.0F;
+    const auto set = [alpha](CView* view) {
+        if (view != nullptr)
+            view->setAlphaValue(alpha);
+    };
+    for (std::size_t i = 0; i < kNumParams; ++i) {
+        if (i == kParamProcess)
+            continue;
+        set(controls[i]);
+        set(readOuts[i]);
+        set(captions[i]);
+    }
+}
+
 void ParameterViews::show(long index) {
     if (index < 0 || index >= kNumParams)
         return;
@@ -81,6 +108,8 @@ void ParameterViews::show(long index) {
     } else {
         showValue(*controls[i], switchValue(value));
     }
+    if (index == kParamProcess)
+        dim(switchValue(value) == 0.0F);
 }
 
 } // namespace mirelon

@@ -20,13 +20,16 @@ class ParameterViews {
     // Each once, before anything is shown, in drawing order.
     void addSlider(const layout::SliderRow& row);
     void addSwitch(const layout::Switch& row);
+    void addCaption(const layout::Caption& caption);
 
     // Reads parameter `index` from the effect; any other index does nothing. The
-    // listener hears nothing of it.
+    // listener hears nothing of it. What does nothing while the processing is off
+    // is dimmed meanwhile.
     void show(long index);
 
   private:
     void add(ParameterIndex parameter, VSTGUI::CControl* control);
+    void dim(bool dimmed);
     float readOutValue(const layout::SliderRow& row, float normalised) const;
 
     VSTGUI::CFrame& frame;
@@ -37,6 +40,7 @@ class ParameterViews {
     // By parameter; owned by the frame.
     std::array<VSTGUI::CControl*, kNumParams> controls{};
     std::array<VSTGUI::CParamDisplay*, kNumParams> readOuts{}; // of the sliders
+    std::array<VSTGUI::CParamDisplay*, kNumParams> captions{}; // of the sliders
 };
 
 } // namespace mirelon

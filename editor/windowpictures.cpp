@@ -24,6 +24,7 @@ void WindowPictures::load() {
     for (int parameter = 0; parameter < kNumParams; ++parameter)
         if (const layout::Switch* row = layout::switchOf(parameter))
             loadOne(row->picture);
+    loadOne(kPictureMemoryLetter);
     loadOne(kPictureAbout);
 }
 

@@ -35,6 +35,19 @@ struct SwitchPlace {
 constexpr SwitchPlace switchPlaces[] = {
     {5, {93, 257}}, {7, {137, 257}}, {8, {171, 257}}, {6, {215, 257}}};
 
+// The top line: a right click opens a menu there, and on its right words appear.
+constexpr Position title{60, 9};
+constexpr int titleTextLeft = 82;
+constexpr int titleTextRight = 320;
+constexpr int titleHeight = 18;
+
+// No control is here.
+constexpr Position nowhere{150, 305};
+
+// The letters between store and recall.
+constexpr Position letterA{272, 319};
+constexpr Position letterB{272, 334};
+
 // Opens the picture about the plug-in, and closes it.
 constexpr Position aboutStrip{150, 290};
 constexpr int aboutHeight = 100; // at least

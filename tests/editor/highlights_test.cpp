@@ -1,0 +1,227 @@
+// What the window lights up and what it dims.
+#include "tests/editor/editorhost.h"
+#include "tests/editor/positions.h"
+#include "tests/support/windowdamage.h"
+
+#include <X11/keysym.h>
+#include <algorithm>
+#include <array>
+#include <gtest/gtest.h>
+
+using namespace mirelon::test;
+using namespace std::chrono_literals;
+
+namespace {
+
+struct Area {
+    int left, top, right, bottom;
+};
+constexpr std::uint32_t hoverColour = 0x1F8796;
+
+class Highlights : public testing::Test {
+  protected:
+    Highlights() {
+        unsetenv("MIRELON_SCALE");
+        editor.open();
+        editor.moveTo(nowhere.x, nowhere.y);
+    }
+    Pixels shown(const Area& area) {
+        return editor.pixels().part(area.left, area.top, area.right, area.bottom);
+    }
+    bool comesToShow(const Area& area, const Pixels& wanted) {
+        return editor.runUntil([&] { return shown(area) == wanted; });
+    }
+    bool changes(const Area& area, const Pixels& from) {
+        return editor.runUntil([&] { return shown(area) != from; });
+    }
+    static int count(const Pixels& picture, std::uint32_t colour) {
+        return static_cast<int>(std::ranges::count(picture.rgb, colour));
+    }
+
+    EditorHost editor;
+};
+
+// --- The letters of the compare memories ---
+
+constexpr Area areaOfA{267, 312, 278, 326};
+constexpr Area areaOfB{267, 327, 278, 341};
+
+TEST_F(Highlights, ALetterLightsWhileThePresetIsAsItsMemory) {
+    const Pixels darkA = shown(areaOfA);
+    const Pixels darkB = shown(areaOfB);
+    editor.click(storeA.x, storeA.y);
+    EXPECT_TRUE(changes(areaOfA, darkA));
+    EXPECT_EQ(shown(areaOfB), darkB);
+    const Pixels litA = shown(areaOfA);
+
+    editor.effect->setParameter(1, 0.75F);
+    EXPECT_TRUE(comesToShow(areaOfA, darkA));
+    editor.click(storeB.x, storeB.y);
+    EXPECT_TRUE(changes(areaOfB, darkB));
+    EXPECT_EQ(shown(areaOfA), darkA);
+
+    editor.click(recallA.x, recallA.y);
+    EXPECT_TRUE(comesToShow(areaOfA, litA));
+    EXPECT_TRUE(comesToShow(areaOfB, darkB));
+}
+
+TEST_F(Highlights, BothLettersLightWhenBothMemoriesAreTheSame) {
+    const Pixels darkA = shown(areaOfA);
+    const Pixels darkB = shown(areaOfB);
+    editor.click(storeA.x, storeA.y);
+    editor.click(storeB.x, storeB.y);
+    EXPECT_TRUE(changes(areaOfA, darkA));
+    EXPECT_TRUE(changes(areaOfB, darkB));
+}
+
+TEST_F(Highlights, ALetterGoesDarkForAnotherNameAndAnotherPreset) {
+    const Pixels dark = shown(areaOfA);
+    editor.click(storeA.x, storeA.y);
+    ASSERT_TRUE(changes(areaOfA, dark));
+    const Pixels lit = shown(areaOfA);
+    editor.click(rockerRight.x, rockerRight.y);
+    EXPECT_TRUE(comesToShow(areaOfA, dark));
+    editor.click(rockerLeft.x, rockerLeft.y);
+    EXPECT_TRUE(comesToShow(areaOfA, lit));
+    std::string name("renamed");
+    editor.effect->dispatch(effSetProgramName, 0, 0, name.data());
+    EXPECT_TRUE(comesToShow(areaOfA, dark));
+}
+
+TEST_F(Highlights, ALetterIsLitWhenTheWindowOpens) {
+    editor.click(storeA.x, storeA.y);
+    editor.moveTo(nowhere.x, nowhere.y);
+    editor.run(200ms);
+    const Pixels lit = shown(areaOfA);
+    editor.close();
+    editor.open();
+    EXPECT_TRUE(comesToShow(areaOfA, lit));
+}
+
+TEST_F(Highlights, ALetterLightsWhenAnotherInstanceStores) {
+    mirelon::hosting::RecordingHost host;
+    mirelon::hosting::Effect other(EditorHost::module(), host);
+    XWindow place(editorWidth, editorHeight);
+    const Pixels dark = shown(areaOfA);
+    other.dispatch(effEditOpen, 0, 0, place.asParent());
+    editor.run(200ms);
+    place.moveTo(storeA.x, storeA.y);
+    editor.run(100ms);
+    place.press();
+    editor.run(100ms);
+    place.release();
+    editor.run(200ms);
+    other.dispatch(effEditClose);
+    place.destroy();
+    EXPECT_TRUE(changes(areaOfA, dark));
+}
+
+TEST_F(Highlights, ALetterIsAllThatIsDrawnWhenItLights) {
+    editor.click(storeA.x, storeA.y);
+    editor.moveTo(nowhere.x, nowhere.y);
+    editor.run(6s); // the message is over
+    std::string name("renamed");
+    WindowDamage drawn(*editor.window);
+    editor.effect->dispatch(effSetProgramName, 0, 0, name.data());
+    ASSERT_TRUE(editor.runUntil([&] {
+        drawn.look();
+        return drawn.pictures() > 0;
+    }));
+    editor.run(100ms);
+    drawn.look();
+    EXPECT_GE(drawn.top(), areaOfA.top);
+    EXPECT_LE(drawn.pixels(), 3 * 110 * 14);
+}
+
+// --- Without processing ---
+
+constexpr std::array<Area, 6> idleAreas{{{2, 55, 42, 72},
+                                         {145, 84, 157, 103},
+                                         {258, 150, 322, 167},
+                                         {2, 212, 42, 229},
+                                         {122, 247, 152, 267},
+                                         {190, 247, 240, 267}}};
+constexpr std::array<Area, 4> busyAreas{
+    {{2, 25, 42, 42}, {60, 25, 242, 39}, {258, 120, 298, 137}, {91, 320, 201, 334}}};
+
+TEST_F(Highlights, WhatDoesNothingWithoutProcessingIsDimmedMeanwhile) {
+    std::vector<Pixels> idle;
+    std::vector<Pixels> busy;
+    for (const Area& area : idleAreas)
+        idle.push_back(shown(area));
+    for (const Area& area : busyAreas)
+        busy.push_back(shown(area));
+    editor.effect->setParameter(5, 0.0F);
+    for (std::size_t i = 0; i < idle.size(); ++i)
+        EXPECT_TRUE(changes(idleAreas[i], idle[i])) << i;
+    for (std::size_t i = 0; i < busy.size(); ++i)
+        EXPECT_EQ(shown(busyAreas[i]), busy[i]) << i;
+    editor.effect->setParameter(5, 1.0F);
+    for (std::size_t i = 0; i < idle.size(); ++i)
+        EXPECT_TRUE(comesToShow(idleAreas[i], idle[i])) << i;
+}
+
+TEST_F(Highlights, WhatIsDimmedIsSoWhenTheWindowOpensAndAnswersAllTheSame) {
+    editor.effect->setParameter(5, 0.0F);
+    editor.run(200ms);
+    const Pixels dimmed = editor.pixels();
+    editor.close();
+    editor.open();
+    EXPECT_TRUE(editor.runUntil([&] { return editor.pixels() == dimmed; }));
+    editor.click(137, 257);
+    EXPECT_EQ(editor.parameter(7), 1.0F);
+}
+
+// --- Under the pointer ---
+
+struct Hovered {
+    Position at;
+    Area area;
+};
+constexpr std::array<Hovered, 5> hoveredControls{{
+    {{200, 62}, {63, 51, 239, 74}},
+    {{93, 257}, {68, 247, 118, 267}},
+    {{215, 257}, {190, 247, 240, 267}},
+    {menuButton, {207, 319, 217, 333}},
+    {aboutStrip, {70, 282, 225, 302}},
+}};
+
+TEST_F(Highlights, ControlsAreFramedWhileThePointerIsOnThem) {
+    for (const Hovered& control : hoveredControls) {
+        const Pixels before = shown(control.area);
+        editor.moveTo(control.at.x, control.at.y);
+        EXPECT_TRUE(editor.runUntil([&] {
+            return count(shown(control.area), hoverColour) > count(before, hoverColour) + 10;
+        })) << control.at.x
+            << ", " << control.at.y;
+        editor.moveTo(nowhere.x, nowhere.y);
+        EXPECT_TRUE(comesToShow(control.area, before)) << control.at.x << ", " << control.at.y;
+    }
+}
+
+TEST_F(Highlights, AFrameIsDrawnAnewWithItsControlAlone) {
+    for (const Hovered& control : hoveredControls) {
+        editor.moveTo(nowhere.x, nowhere.y);
+        editor.run(100ms);
+        WindowDamage drawn(*editor.window);
+        editor.window->moveTo(control.at.x, control.at.y);
+        editor.run(200ms); // less than an explanation takes
+        drawn.look();
+        EXPECT_GT(drawn.pictures(), 0) << control.at.x;
+        EXPECT_GE(drawn.top(), control.area.top) << control.at.x;
+        EXPECT_LE(drawn.bottom(), control.area.bottom) << control.at.x;
+    }
+}
+
+TEST_F(Highlights, AFrameStaysRoundAHandleThatMoves) {
+    editor.moveTo(200, 62);
+    editor.run(200ms);
+    editor.effect->setParameter(0, 0.9F);
+    const int left = handlePosition(0.9) - 6;
+    EXPECT_TRUE(editor.runUntil([&] {
+        return count(shown({left, 52, left + 13, 73}), hoverColour) > 30;
+    }));
+    EXPECT_LT(count(shown({140, 52, 165, 73}), hoverColour), 5);
+}
+
+} // namespace

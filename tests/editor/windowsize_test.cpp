@@ -1,0 +1,203 @@
+// The size of the window as the user chooses it in the window.
+#include "tests/editor/editorhost.h"
+#include "tests/editor/positions.h"
+
+#include <cstdlib>
+#include <cstring>
+#include <gtest/gtest.h>
+#include <utility>
+
+using namespace mirelon::test;
+using namespace std::chrono_literals;
+using mirelon::hosting::HostCall;
+
+namespace {
+
+using Size = std::pair<int, int>;
+
+// The menu's lines.
+enum Line { percent100, percent125, percent150, percent175, percent200, asTheDesktop = 7 };
+constexpr int lines = 8;
+
+class WindowSize : public testing::Test {
+  protected:
+    WindowSize() {
+        VirtualDisplay::start();
+        unsetenv("MIRELON_SCALE");
+        setScreenResources("");
+    }
+    ~WindowSize() override {
+        unsetenv("MIRELON_SCALE");
+        setScreenResources("");
+    }
+
+    // A host that follows, or that answers this to the one or the other question.
+    void follow(VstIntPtr can = 1, VstIntPtr does = 1) {
+        editor.host.answer(audioMasterCanDo, [can](const HostCall& call) {
+            return std::strcmp(static_cast<const char*>(call.ptr), "sizeWindow") == 0 ? can : 0;
+        });
+        editor.host.answer(audioMasterSizeWindow, [this, does](const HostCall& call) {
+            if (does != 0)
+                editor.window->resize(call.index, static_cast<int>(call.value));
+            return does;
+        });
+    }
+    void open() {
+        editor.window->resize(size().first, size().second);
+        editor.scale = size().first / static_cast<double>(editorWidth);
+        editor.open();
+        editor.moveTo(nowhere.x, nowhere.y);
+    }
+    Size size() {
+        const ERect rect = editor.rect();
+        return {rect.right - rect.left, rect.bottom - rect.top};
+    }
+    // False when no menu opens.
+    bool choose(Line line) {
+        editor.moveTo(nowhere.x, nowhere.y);
+        const Pixels closed = editor.pixels();
+        editor.click(title.x, title.y, 3);
+        editor.run(500ms);
+        const auto [top, bottom] = changedRows(closed, editor.pixels());
+        if (bottom - top < 100)
+            return false;
+        const double y = (top + (bottom - top) * (2 * line + 1) / (2.0 * lines)) / editor.scale;
+        editor.click(title.x + 20, y);
+        editor.run(500ms);
+        return true;
+    }
+
+    EditorHost editor;
+};
+
+TEST_F(WindowSize, IsAnotherAtOnceWhereTheHostFollows) {
+    follow();
+    open();
+    ASSERT_TRUE(choose(percent150));
+    EXPECT_TRUE(editor.runUntil([&] { return size() == Size(486, 522); }));
+    const auto asked = editor.host.calls(audioMasterSizeWindow);
+    ASSERT_EQ(asked.size(), 1U);
+    EXPECT_EQ(asked.front().index, 486);
+    EXPECT_EQ(asked.front().value, 522);
+    // The window is drawn to its last corner.
+    EXPECT_TRUE(editor.runUntil([&] {
+        const Pixels picture = editor.pixels();
+        return picture.width == 486 && picture.at(480, 515) == picture.at(10, 515);
+    }));
+}
+
+TEST_F(WindowSize, LooksAfterAChangeAsWhenItOpensInThatSize) {
+    follow();
+    open();
+    ASSERT_TRUE(choose(percent125));
+    ASSERT_TRUE(editor.runUntil([&] { return size() == Size(405, 435); }));
+    editor.scale = 1.25;
+    editor.moveTo(nowhere.x, nowhere.y);
+    editor.run(200ms);
+    const Pixels changed = editor.pixels();
+    editor.close();
+    editor.open();
+    editor.moveTo(nowhere.x, nowhere.y);
+    EXPECT_TRUE(editor.runUntil([&] { return editor.pixels() == changed; }));
+}
+
+TEST_F(WindowSize, ControlsAnswerWhereTheyAreSeenAfterAChange) {
+    follow();
+    open();
+    ASSERT_TRUE(choose(percent200));
+    ASSERT_TRUE(editor.runUntil([&] { return size().first == 648; }));
+    editor.scale = 2.0;
+    editor.click(93, 257);
+    EXPECT_EQ(editor.parameter(5), 0.0F);
+}
+
+TEST_F(WindowSize, OfAHostThatDoesNotSayThatItFollowsCountsFromTheNextOpening) {
+    for (const VstIntPtr answer : {0, -1}) {
+        follow(answer, 1);
+        open();
+        ASSERT_TRUE(choose(answer == 0 ? percent150 : percent200));
+        EXPECT_EQ(editor.host.count(audioMasterSizeWindow), 0U);
+        EXPECT_EQ(size(), answer == 0 ? Size(324, 348) : Size(486, 522));
+        editor.close();
+        EXPECT_EQ(size(), answer == 0 ? Size(486, 522) : Size(648, 696));
+    }
+}
+
+TEST_F(WindowSize, ThatTheHostRefusesCountsFromTheNextOpening) {
+    follow(1, 0);
+    open();
+    ASSERT_TRUE(choose(percent150));
+    EXPECT_TRUE(editor.runUntil([&] { return editor.host.count(audioMasterSizeWindow) == 1; }));
+    EXPECT_EQ(size(), Size(324, 348));
+    editor.close();
+    EXPECT_EQ(size(), Size(486, 522));
+}
+
+TEST_F(WindowSize, SurvivesAHostThatClosesAndOpensTheWindowForIt) {
+    follow();
+    editor.host.answer(audioMasterSizeWindow, [this](const HostCall& call) {
+        editor.effect->dispatch(effEditClose);
+        editor.window->resize(call.index, static_cast<int>(call.value));
+        editor.effect->dispatch(effEditOpen, 0, 0, editor.window->asParent());
+        return 0;
+    });
+    open();
+    ASSERT_TRUE(choose(percent200));
+    EXPECT_TRUE(editor.runUntil(
+        [&] { return size() == Size(648, 696) && editor.window->children().size() == 1; }));
+}
+
+TEST_F(WindowSize, IsKeptForAllInstances) {
+    open();
+    ASSERT_TRUE(choose(percent175));
+    mirelon::hosting::RecordingHost host;
+    const mirelon::hosting::Effect other(EditorHost::module(), host);
+    ERect* rect = nullptr;
+    other.dispatch(effEditGetRect, 0, 0, &rect);
+    EXPECT_EQ(rect->right - rect->left, 567);
+}
+
+TEST_F(WindowSize, WinsOverTheDesktopsUntilThatIsChosenAgain) {
+    setScreenResources("Xft.dpi:\t192\n");
+    follow();
+    open();
+    EXPECT_EQ(size(), Size(648, 696));
+    ASSERT_TRUE(choose(percent100));
+    EXPECT_TRUE(editor.runUntil([&] { return size() == Size(324, 348); }));
+    editor.scale = 1.0;
+    ASSERT_TRUE(choose(asTheDesktop));
+    EXPECT_TRUE(editor.runUntil([&] { return size() == Size(648, 696); }));
+}
+
+TEST_F(WindowSize, OfTheEnvironmentWinsOverTheChosenOne) {
+    setenv("MIRELON_SCALE", "1.5", 1);
+    follow();
+    open();
+    ASSERT_TRUE(choose(percent200));
+    EXPECT_EQ(editor.host.count(audioMasterSizeWindow), 0U);
+    editor.close();
+    EXPECT_EQ(size(), Size(486, 522));
+    unsetenv("MIRELON_SCALE");
+    EXPECT_EQ(size(), Size(648, 696));
+}
+
+TEST_F(WindowSize, IsNotAskedForByOtherClicks) {
+    open();
+    const Pixels before = editor.pixels();
+    editor.click(title.x, title.y);
+    editor.click(nowhere.x, nowhere.y, 3);
+    editor.run(500ms);
+    EXPECT_EQ(editor.pixels(), before);
+}
+
+TEST_F(WindowSize, MenuMayBeOpenWhenTheWindowCloses) {
+    open();
+    editor.click(title.x, title.y, 3);
+    editor.run(500ms);
+    editor.close();
+    EXPECT_TRUE(editor.window->becomesEmpty());
+    open();
+    EXPECT_TRUE(choose(percent150));
+}
+
+} // namespace
