@@ -7,8 +7,8 @@
 namespace mirelon::hosting {
 
 std::span<const std::string_view> ClapHost::extensionNames() noexcept {
-    static constexpr std::array<std::string_view, 3> names{CLAP_EXT_PARAMS, CLAP_EXT_STATE,
-                                                           CLAP_EXT_TIMER_SUPPORT};
+    static constexpr std::array<std::string_view, 4> names{
+        CLAP_EXT_PARAMS, CLAP_EXT_STATE, CLAP_EXT_TIMER_SUPPORT, CLAP_EXT_GUI};
     return names;
 }
 
@@ -23,6 +23,13 @@ const void* ClapHost::extension(const char* id) const noexcept {
             return of(host).startTimer(milliseconds, id);
         },
         [](const clap_host* host, clap_id id) { return of(host).stopTimer(id); }};
+    static constexpr clap_host_gui gui{
+        [](const clap_host*) {},
+        [](const clap_host* host, std::uint32_t width, std::uint32_t height) {
+            return of(host).resize(width, height);
+        },
+        [](const clap_host*) { return false; }, [](const clap_host*) { return false; },
+        [](const clap_host*, bool) {}};
     if (offered == ClapExtensions::none || id == missing)
         return nullptr;
     if (std::strcmp(id, CLAP_EXT_PARAMS) == 0)
@@ -31,7 +38,14 @@ const void* ClapHost::extension(const char* id) const noexcept {
         return &state;
     if (std::strcmp(id, CLAP_EXT_TIMER_SUPPORT) == 0)
         return &timerSupport;
+    if (std::strcmp(id, CLAP_EXT_GUI) == 0)
+        return &gui;
     return nullptr;
+}
+
+bool ClapHost::resize(std::uint32_t width, std::uint32_t height) {
+    sizes.push_back({width, height});
+    return sizesGiven;
 }
 
 bool ClapHost::startTimer(std::uint32_t milliseconds, clap_id* id) {

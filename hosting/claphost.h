@@ -3,6 +3,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <clap/ext/gui.h>
 #include <clap/ext/params.h>
 #include <clap/ext/state.h>
 #include <clap/ext/timer-support.h>
@@ -47,6 +48,17 @@ class ClapHost {
     // The timers that are due; each is due again after its interval.
     std::vector<clap_id> takeDueTimers();
 
+    // Whether the window gets the sizes that the plug-in asks for from now on; at
+    // first it does not.
+    void giveSizes(bool given) noexcept { sizesGiven = given; }
+    struct Size {
+        std::uint32_t width;
+        std::uint32_t height;
+        bool operator==(const Size&) const = default;
+    };
+    // All that it has asked for so far.
+    const std::vector<Size>& sizesAsked() const noexcept { return sizes; }
+
   private:
     using Clock = std::chrono::steady_clock;
     struct Timer {
@@ -61,9 +73,12 @@ class ClapHost {
     const void* extension(const char* id) const noexcept;
     bool startTimer(std::uint32_t milliseconds, clap_id* id);
     bool stopTimer(clap_id id);
+    bool resize(std::uint32_t width, std::uint32_t height);
 
     ClapExtensions offered = ClapExtensions::all;
     std::string_view missing; // of these; a constant's, like all names of extensions
+    bool sizesGiven = false;
+    std::vector<Size> sizes;
     std::atomic<int> flushes{0};
     std::atomic<int> scans{0};
     std::atomic<int> marks{0};

@@ -164,7 +164,7 @@ constexpr std::array descriptions{
                 "Sets, processes, saves, loads and opens the window in a host that offers no "
                 "extension at all. That the window stays away is unusual only."},
     Description{"host-without-one-extension",
-                "The same in hosts that each lack one of parameters, state and timers."},
+                "The same in hosts that each lack one of parameters, state, timers and window."},
     Description{"instances-independent",
                 "Has two instances of one factory: values, state and sound of the one must not "
                 "depend on the other. Says nothing of the sound of plug-ins that give something "

@@ -15,12 +15,18 @@ class RecordingEffectHost : public EffectHost {
   public:
     using EffectHost::EffectHost;
     std::string heard;
+    bool resizes = true;
 
   protected:
     void parameterAutomated(VstInt32 index, float /*value*/) override { note('a', index); }
     void gestureBegun(VstInt32 index) override { note('b', index); }
     void gestureEnded(VstInt32 index) override { note('e', index); }
     void displayChanged() override { heard += 'd'; }
+    bool canResizeWindow() const override { return resizes; }
+    bool resizeWindow(int width, int height) override {
+        heard += 'r' + std::to_string(width) + 'x' + std::to_string(height);
+        return true;
+    }
 
   private:
     void note(char what, VstInt32 index) {
@@ -51,6 +57,15 @@ TEST_F(HostedEffect, AsksForItsBlockSizeWhileItIsBuilt) {
 TEST_F(HostedEffect, HasARateThatIsNoWholeNumber) {
     const RecordingEffectHost host(44100.5F, 64);
     EXPECT_EQ(host.effect().getSampleRate(), 44100.5F);
+}
+
+TEST_F(HostedEffect, AsksForAnotherSizeOfItsWindowWhereThatCanBeHad) {
+    RecordingEffectHost host(44100.0F, 64);
+    EXPECT_TRUE(host.effect().resizeWindow(486, 522));
+    EXPECT_EQ(host.heard, "r486x522");
+    host.resizes = false;
+    EXPECT_FALSE(host.effect().resizeWindow(648, 696));
+    EXPECT_EQ(host.heard, "r486x522");
 }
 
 TEST_F(HostedEffect, IsNotHeardWhileItIsBuilt) {

@@ -46,6 +46,17 @@ TEST(DesktopScale, IsTheHostsWhereTheEnvironmentHasNone) {
     unsetenv("MIRELON_SCALE");
 }
 
+TEST(DesktopScale, IsWhatTheUserHasChosenBeforeTheHosts) {
+    unsetenv("DISPLAY");
+    unsetenv("MIRELON_SCALE");
+    EXPECT_EQ(desktopScale(1.5, 2.0), 2.0);
+    EXPECT_EQ(desktopScale(1.5, 1.0), 1.0);
+    EXPECT_EQ(desktopScale(1.5, -1.0), 1.5);
+    setenv("MIRELON_SCALE", "2.5", 1);
+    EXPECT_EQ(desktopScale(1.5, 2.0), 2.5);
+    unsetenv("MIRELON_SCALE");
+}
+
 TEST(DesktopScale, IsNotTheHostsWhenThatIsNoneOrNonsense) {
     unsetenv("DISPLAY");
     unsetenv("MIRELON_SCALE");

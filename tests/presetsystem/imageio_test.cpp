@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <csignal>
 #include <string>
 #include <sys/resource.h>
@@ -37,6 +38,22 @@ TEST_F(ImageIo, WritesAllBytesInPlaceOfWhatWasThere) {
     EXPECT_EQ(contentsOf(folder / "x"), "abcd");
 }
 
+TEST_F(ImageIo, AnswersWithNoErrorWhenAllIsWell) {
+    EXPECT_EQ(writeImage(file("x"), image), 0);
+    EXPECT_EQ(readImage(file("x"), image), 0);
+    writeFile(folder / "short", "12");
+    EXPECT_EQ(readImage(file("short"), image), 0);
+}
+
+TEST_F(ImageIo, AnswersWithTheSystemsErrorOtherwise) {
+    create_directory(folder / "folder");
+    create_symlink("/dev/full", folder / "full");
+    EXPECT_EQ(readImage(file("none"), image), ENOENT);
+    EXPECT_EQ(writeImage(file("folder"), image), EISDIR);
+    EXPECT_EQ(writeImage(file("none/x"), image), ENOENT);
+    EXPECT_EQ(writeImage(file("full"), image), ENOSPC);
+}
+
 TEST_F(ImageIo, ReadsTheFirstBytesOfALongerFile) {
     writeFile(folder / "x", "123456");
     readImage(file("x"), image);
@@ -63,9 +80,9 @@ TEST_F(ImageIo, LeavesNoFileThatDoesNotHoldAllBytes) {
                   std::signal(SIGXFSZ, SIG_IGN);
                   if (setrlimit(RLIMIT_FSIZE, &two) != 0)
                       return 1;
-                  writeImage(file("new"), image);
-                  writeImage(file("old"), image);
-                  return 0;
+                  const bool told = writeImage(file("new"), image) == EFBIG &&
+                                    writeImage(file("old"), image) == EFBIG;
+                  return told ? 0 : 2;
               }),
               0);
     EXPECT_FALSE(exists(folder / "new"));

@@ -117,6 +117,40 @@ TEST(ClapWindowLife, KeepsItsSize) {
     EXPECT_FALSE(gui.set_size(plugin, 325, 348));
 }
 
+// In the menu of the window's top line, which opens where it is clicked.
+void chooseSizeOfOneAndAHalf(ClapWindowHost& host) {
+    host.moveTo(60, 9);
+    host.parent->press(3);
+    host.run();
+    host.parent->release(3);
+    host.run(600ms);
+    host.click(80, 58);
+    host.run(300ms);
+}
+
+TEST(ClapWindowLife, TakesTheSizeThatTheUserChoosesWhenTheHostGivesIt) {
+    for (const bool given : {true, false}) {
+        ClapWindowHost host;
+        host.plugIn.host.giveSizes(given);
+        host.parent->resize(486, 522);
+        ASSERT_TRUE(host.open());
+        host.run();
+        chooseSizeOfOneAndAHalf(host);
+        EXPECT_EQ(host.plugIn.host.sizesAsked(),
+                  (std::vector<hosting::ClapHost::Size>{{486, 522}}));
+        std::uint32_t width = 0;
+        std::uint32_t height = 0;
+        ASSERT_TRUE(host.gui().get_size(host.plugin(), &width, &height));
+        EXPECT_EQ(width, given ? 486U : 324U);
+        EXPECT_EQ(host.gui().set_size(host.plugin(), 486, 522), given);
+        host.close();
+        ASSERT_TRUE(host.open(2.0)); // the user's choice wins over the host's scale
+        ASSERT_TRUE(host.gui().get_size(host.plugin(), &width, &height));
+        EXPECT_EQ(width, 486U);
+        EXPECT_EQ(height, 522U);
+    }
+}
+
 TEST(ClapWindowLife, RefusesParentsThatAreNone) {
     ClapWindowHost host;
     const clap_plugin_gui& gui = host.gui();

@@ -56,6 +56,24 @@ TEST(Lv2WindowLife, OpensInTheScaleThatTheHostAsksFor) {
     EXPECT_EQ(host.window->sizes, (std::vector<std::pair<int, int>>{{648, 696}}));
 }
 
+TEST(Lv2WindowLife, AsksTheHostForTheSizeThatTheUserChooses) {
+    Lv2WindowHost host;
+    host.parent->resize(486, 522);
+    ASSERT_TRUE(host.open());
+    host.run();
+    host.click(60, 9, 3);
+    host.run(600ms);
+    host.click(80, 58); // the third line of the menu there
+    host.run(300ms);
+    EXPECT_EQ(host.window->sizes, (std::vector<std::pair<int, int>>{{324, 348}, {486, 522}}));
+    EXPECT_EQ(host.pixels().at(480, 515), host.pixels().at(10, 515));
+
+    host.scale = 2.0F; // the user's choice wins over the host's
+    host.window.reset();
+    ASSERT_TRUE(host.open());
+    EXPECT_EQ(host.window->sizes, (std::vector<std::pair<int, int>>{{486, 522}}));
+}
+
 TEST(Lv2WindowLife, ClosingTakesTheWindowAway) {
     Lv2WindowHost host;
     host.open();
