@@ -23,8 +23,8 @@ CRect areaOf(const layout::SliderRow& row) {
 }
 
 CRect areaOf(const layout::Switch& row) {
-    return {CPoint(row.left, layout::switchTop),
-            CPoint(pictureSize(row.widthOf).width, pictureSize(layout::switchHeightOf).height / 2)};
+    const int height = pictureSize(layout::switchHeightOf).height / 2;
+    return {CPoint(row.left, layout::switchTop), CPoint(pictureSize(row.widthOf).width, height)};
 }
 
 CRect areaOf(const layout::Meter& meter) {

@@ -120,12 +120,14 @@ TEST(ClapWindowLife, KeepsItsSize) {
 // In the menu of the window's top line, which opens where it is clicked.
 void chooseSizeOfOneAndAHalf(ClapWindowHost& host) {
     host.moveTo(60, 9);
+    const std::uint32_t closed = host.pixels().at(100, 150);
     host.parent->press(3);
     host.run();
     host.parent->release(3);
-    host.run(600ms);
+    ASSERT_TRUE(host.runUntil([&] { return host.pixels().at(100, 150) != closed; }));
+    host.run(600ms); // it takes clicks once it has come up
     host.click(80, 58);
-    host.run(300ms);
+    EXPECT_TRUE(host.runUntil([&] { return !host.plugIn.host.sizesAsked().empty(); }));
 }
 
 TEST(ClapWindowLife, TakesTheSizeThatTheUserChoosesWhenTheHostGivesIt) {

@@ -61,10 +61,16 @@ TEST(Lv2WindowLife, AsksTheHostForTheSizeThatTheUserChooses) {
     host.parent->resize(486, 522);
     ASSERT_TRUE(host.open());
     host.run();
+    const auto runUntil = [&](const auto& reached) {
+        for (int turn = 0; turn < 100 && !reached(); ++turn)
+            host.run();
+    };
+    const std::uint32_t closed = host.pixels().at(100, 150);
     host.click(60, 9, 3);
-    host.run(600ms);
-    host.click(80, 58); // the third line of the menu there
-    host.run(300ms);
+    runUntil([&] { return host.pixels().at(100, 150) != closed; });
+    host.run(600ms);    // the menu takes clicks once it has come up
+    host.click(80, 58); // its third line
+    runUntil([&] { return host.window->sizes.size() == 2; });
     EXPECT_EQ(host.window->sizes, (std::vector<std::pair<int, int>>{{324, 348}, {486, 522}}));
     EXPECT_EQ(host.pixels().at(480, 515), host.pixels().at(10, 515));
 
