@@ -1,13 +1,13 @@
 #include "platform/display.h"
 
+#include "platform/serverconnection.h"
+
 #include <charconv>
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
-#include <memory>
 #include <string>
 #include <system_error>
-#include <xcb/xcb.h>
 
 namespace mirelon {
 
@@ -16,30 +16,16 @@ namespace {
 constexpr double referenceDpi = 96.0;
 constexpr std::uint32_t resourceWords = 0x4000; // 64 KiB of resource text
 
-struct Disconnect {
-    void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
-};
-using Connection = std::unique_ptr<xcb_connection_t, Disconnect>;
-
-// Null without a display.
-Connection connectToServer() {
-    Connection connection(xcb_connect(nullptr, nullptr));
-    if (xcb_connection_has_error(connection.get()) != 0 ||
-        xcb_setup_roots_iterator(xcb_get_setup(connection.get())).rem == 0)
-        connection.reset();
-    return connection;
-}
-
 // The resource text that the desktop has left on the first screen.
 std::string readResources() {
-    const Connection connection = connectToServer();
+    const ServerConnection connection = connectToServer();
     if (connection == nullptr)
         return {};
-    const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(connection.get())).data->root;
+    const xcb_window_t root = firstScreen(connection.get()).root;
     const auto cookie = xcb_get_property(connection.get(), 0, root, XCB_ATOM_RESOURCE_MANAGER,
                                          XCB_ATOM_STRING, 0, resourceWords);
-    const std::unique_ptr<xcb_get_property_reply_t, decltype(&std::free)> reply(
-        xcb_get_property_reply(connection.get(), cookie, nullptr), &std::free);
+    const ReplyPtr<xcb_get_property_reply_t> reply(
+        xcb_get_property_reply(connection.get(), cookie, nullptr));
     if (reply == nullptr)
         return {};
     return {static_cast<const char*>(xcb_get_property_value(reply.get())),

@@ -1,11 +1,8 @@
-// The toolkit's X11 side: its own headers, fenced like the rest of it, its
-// connection, and what replies that come over it are held by. Local to the files
-// that speak with the X server.
+// The toolkit's X11 side: its own headers, fenced like the rest of it, and its
+// connection. Local to the files that speak with the X server.
 #pragma once
 
-#include <cstdlib>
-#include <memory>
-#include <xcb/xcb.h>
+#include "platform/serverconnection.h"
 
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wconversion"
@@ -15,13 +12,6 @@
 #pragma GCC diagnostic pop
 
 namespace mirelon {
-
-template <typename Reply>
-struct FreeReply {
-    void operator()(Reply* reply) const { std::free(reply); }
-};
-template <typename Reply>
-using ReplyPtr = std::unique_ptr<Reply, FreeReply<Reply>>;
 
 // Null before connectToolkit.
 inline xcb_connection_t* connection() {
