@@ -4,7 +4,6 @@
 #include "platform/toolkitconnection.h"
 
 #include <cmath>
-#include <utility>
 
 using namespace VSTGUI;
 
@@ -26,7 +25,7 @@ MyFrame::MyFrame(const CRect& rect, double scale, VSTGUIEditorInterface* editor)
     : CFrame(rect, &detachableEditor)
     , detachableEditor(editor) {
     setZoom(scale);
-    setFocusColor(selectionColor); // the toolkit's text field takes it from there
+    setFocusColor(selectionColor); // the text fields take it from there
     registerFocusViewObserver(this);
     hoverFrame.emplace(*this);
 }
@@ -142,9 +141,8 @@ void MyFrame::onKey(KeyboardEvent& event) {
     CView* const modal = getModalView();
     if (modal != nullptr && modal->asViewContainer() == nullptr)
         return modal->onKeyboardEvent(event); // the about picture, or what blocks the input
-    // The text that is typed asks here a second time, from inside.
-    const bool outermost = !std::exchange(handlingKey, true);
-    const auto end = finally([&] { handlingKey = handlingKey && !outermost; });
+    handlingKey = true;
+    const auto end = finally([this] { handlingKey = false; });
     const bool typing = isTyping();
     if (modal == nullptr && isTab(event))
         ringShown = true;
@@ -157,7 +155,7 @@ void MyFrame::onKey(KeyboardEvent& event) {
             event.consumed = true;
         }
     }
-    if (outermost && typing)
+    if (typing)
         event.consumed = true;
 }
 

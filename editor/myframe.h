@@ -4,6 +4,7 @@
 #pragma once
 
 #include "editor/hoverframe.h"
+#include "platform/clipboard.h"
 #include "platform/toolkit.h"
 #include "platform/windowkeys.h"
 
@@ -28,6 +29,9 @@ class MyFrame : public VSTGUI::CFrame, private VSTGUI::IFocusViewObserver {
     // the run loop is handing it an event, as soon as that has returned. Until
     // then no listener and no editor hears of it any more.
     void retire();
+
+    // What is copied from here is gone when the window closes.
+    mirelon::Clipboard& clipboard() { return textClipboard; }
 
     // --- One captured view: it gets every mouse event while it is held ---
     void makeModal(VSTGUI::CView* view) { captured = view; }
@@ -90,6 +94,7 @@ class MyFrame : public VSTGUI::CFrame, private VSTGUI::IFocusViewObserver {
     std::optional<HoverFrame> hoverFrame; // until it retires
     std::optional<VSTGUI::CPoint> lastPointer;
     std::optional<mirelon::WindowKeys> keys; // while the window is open
+    mirelon::Clipboard textClipboard;
     bool ringShown = false;
     bool handlingKey = false;
 };

@@ -18,6 +18,7 @@
 #include "vstgui/lib/events.h"
 #include "vstgui/lib/finally.h"
 #include "vstgui/lib/platform/iplatformfileselector.h"
+#include "vstgui/lib/platform/iplatformfont.h"
 #include "vstgui/lib/platform/platform_x11.h"
 #include "vstgui/lib/platform/platformfactory.h"
 #include "vstgui/lib/vstguiinit.h"

@@ -13,27 +13,11 @@ namespace mirelon {
 
 namespace {
 
-constexpr CColor fieldColor(189, 207, 218, 255);
-constexpr CColor inkColor(36, 36, 32, 255);
-
 constexpr int32_t menuStyle = COptionMenu::kPopupStyle | COptionMenu::kCheckStyle |
                               CParamDisplay::kNoTextStyle | CParamDisplay::kNoDrawStyle;
 
 UTF8String shown(const PresetName& name) {
     return UTF8String(validUtf8(name.data()));
-}
-
-CTextEdit* newNameField(const panel::Control& control, IControlListener* listener,
-                        CBitmap* background) {
-    auto* field = new CTextEdit(control.rect, listener, control.tag, nullptr, background);
-    field->setBackOffset(control.rect.getTopLeft());
-    field->setFont(kNormalFontSmall);
-    field->setBackColor(fieldColor);
-    field->setFontColor(inkColor);
-    field->setFrameColor(inkColor);
-    field->setHoriAlign(kCenterText);
-    field->setTextTruncateMode(CTextLabel::kTruncateTail);
-    return field;
 }
 
 COptionMenu* newMenu(const panel::Control& control, IControlListener* listener,
@@ -56,7 +40,7 @@ void PresetPanel::build(CFrame& frame, IControlListener* listener) {
         const auto& [tag, kind, rect, number] = control;
         switch (kind) {
         case panel::Kind::nameField:
-            nameField = newNameField(control, listener, picture);
+            nameField = newNameField(rect, listener, tag, picture);
             frame.addView(nameField);
             break;
         case panel::Kind::presetMenu:
