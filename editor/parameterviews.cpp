@@ -2,7 +2,9 @@
 
 #include "editor/parameterslider.h"
 #include "editor/textfield.h"
+#include "editor/valuereadout.h"
 #include "presetsystem/effectlink.h"
+#include "processor/core/parametertext.h"
 
 using namespace VSTGUI;
 
@@ -15,6 +17,17 @@ constexpr float dimmedAlpha = 0.4F;
 
 float switchValue(float normalised) {
     return normalised < 0.5F ? 0.0F : 1.0F;
+}
+
+// As if the user had moved the slider there at once. Nonsense leaves it where it is.
+void enter(CControl& slider, const std::string& text) {
+    const auto value = parameterValueOf(slider.getTag(), text);
+    if (!value)
+        return;
+    slider.beginEdit();
+    slider.setValue(*value);
+    slider.valueChanged();
+    slider.endEdit();
 }
 
 // Draws it anew, if that makes a difference.
@@ -57,9 +70,13 @@ void ParameterViews::addSlider(const layout::SliderRow& row) {
     slider->setValue(value);
     add(row.parameter, slider);
 
-    CParamDisplay* const readOut =
-        newTextField(row.readOut, pictures.background(), kLeftText, row.text.converter,
-                     row.text.maximum, readOutValue(row, value));
+    auto* readOut = new ValueReadOut(row.readOut.rect, pictures.background(),
+                                     [&slider = *slider](const std::string& text) {
+                                         const auto alive = shared(&slider);
+                                         enter(slider, text);
+                                     });
+    setUpTextField(*readOut, row.readOut, kLeftText, row.text.converter, row.text.maximum,
+                   readOutValue(row, value));
     frame.addView(readOut);
     readOuts[row.parameter] = readOut;
 }

@@ -5,8 +5,13 @@
 
 namespace mirelon {
 
-// A field that shows `value` as `converter` writes it, on the window's own
-// background. With one reference, which the caller hands on to a frame.
+// Makes `display` show `value` as `converter` writes it. It stands at `field`, on the
+// window's own background.
+void setUpTextField(VSTGUI::CParamDisplay& display, const layout::TextField& field,
+                    VSTGUI::CHoriTxtAlign alignment, layout::Converter converter, float maximum,
+                    float value);
+
+// Such a field, with one reference, which the caller hands on to a frame.
 VSTGUI::CParamDisplay* newTextField(const layout::TextField& field, VSTGUI::CBitmap* background,
                                     VSTGUI::CHoriTxtAlign alignment, layout::Converter converter,
                                     float maximum, float value);
