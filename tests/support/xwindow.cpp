@@ -141,6 +141,19 @@ void XWindow::resize(int width, int height) {
     XSync(connection(), False);
 }
 
+void XWindow::reparent() const {
+    const unsigned long around = XCreateSimpleWindow(connection(), DefaultRootWindow(connection()),
+                                                     40, 50, 400, 400, 0, 0, 0);
+    XMapWindow(connection(), around);
+    XReparentWindow(connection(), id(), around, 5, 6);
+    XSync(connection(), False);
+}
+
+void XWindow::hide() const {
+    XUnmapWindow(connection(), id());
+    XSync(connection(), False);
+}
+
 void XWindow::markAsManaged() const {
     const Atom state = XInternAtom(connection(), "WM_STATE", False);
     // Xlib takes 32-bit words as longs.

@@ -44,6 +44,10 @@ class XWindow : public hosting::HostWindow {
     // As when the host takes the window away from under the editor.
     void destroy();
     void resize(int width, int height);
+    // As when the host docks its windows: into another one, where it is on show.
+    void reparent() const;
+    // Until show().
+    void hide() const;
     // Marks it as a window manager marks the windows that it manages.
     void markAsManaged() const;
 
