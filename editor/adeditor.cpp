@@ -185,8 +185,12 @@ void ADEditor::idle() {
 
 void ADEditor::showTitle() {
     const auto now = std::chrono::steady_clock::now();
-    const auto pointer = static_cast<const MyFrame*>(frame)->pointer();
-    titleText.pointAt(pointer ? mirelon::subjectAt(*pointer) : std::nullopt, now);
+    // While a menu, a dialog or the about picture is open nothing is pointed at anew:
+    // what comes of it is not to give way to the control that has opened it.
+    if (frame->getModalView() == nullptr) {
+        const auto pointer = static_cast<const MyFrame*>(frame)->pointer();
+        titleText.pointAt(pointer ? mirelon::subjectAt(*pointer) : std::nullopt, now);
+    }
     titleText.advance(now);
     using enum mirelon::TextKind;
     if (const mirelon::Message* message = titleText.message())

@@ -68,10 +68,6 @@ void MyFrame::retire() {
         });
 }
 
-std::optional<CPoint> MyFrame::pointer() const {
-    return getModalView() == nullptr ? lastPointer : std::nullopt;
-}
-
 void MyFrame::closeModal() {
     captured = nullptr;
     invalid();

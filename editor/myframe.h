@@ -38,9 +38,8 @@ class MyFrame : public VSTGUI::CFrame, private VSTGUI::IFocusViewObserver {
     void closeModal();
     virtual VSTGUI::CView* getModal() const { return captured; }
 
-    // Where the pointer is, at scale 1; nothing outside of the window and while
-    // something modal is open.
-    std::optional<VSTGUI::CPoint> pointer() const;
+    // Where the pointer is, at scale 1; nothing outside of the window.
+    std::optional<VSTGUI::CPoint> pointer() const { return lastPointer; }
 
     VSTGUI::CMouseEventResult onMouseDown(VSTGUI::CPoint& where,
                                           const VSTGUI::CButtonState& buttons) override;
