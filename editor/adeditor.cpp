@@ -185,9 +185,11 @@ void ADEditor::idle() {
 
 void ADEditor::showTitle() {
     const auto now = std::chrono::steady_clock::now();
-    // While a menu, a dialog or the about picture is open nothing is pointed at anew:
-    // what comes of it is not to give way to the control that has opened it.
-    if (frame->getModalView() == nullptr) {
+    // While a menu, a dialog or the about picture is open nothing is explained, nor
+    // pointed at anew: what comes of it is not to give way to the control that has
+    // opened it.
+    const bool blocked = frame->getModalView() != nullptr;
+    if (!blocked) {
         const auto pointer = static_cast<const MyFrame*>(frame)->pointer();
         titleText.pointAt(pointer ? mirelon::subjectAt(*pointer) : std::nullopt, now);
     }
@@ -195,7 +197,7 @@ void ADEditor::showTitle() {
     using enum mirelon::TextKind;
     if (const mirelon::Message* message = titleText.message())
         titleLine->show(message->text, message->failed ? failure : success);
-    else if (const auto subject = titleText.explained())
+    else if (const auto subject = titleText.explained(); subject && !blocked)
         titleLine->show(mirelon::explanationOf(*subject, *effectLink), explanation);
     else
         titleLine->show({}, explanation);
