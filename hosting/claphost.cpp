@@ -7,8 +7,8 @@
 namespace mirelon::hosting {
 
 std::span<const std::string_view> ClapHost::extensionNames() noexcept {
-    static constexpr std::array<std::string_view, 4> names{
-        CLAP_EXT_PARAMS, CLAP_EXT_STATE, CLAP_EXT_TIMER_SUPPORT, CLAP_EXT_GUI};
+    static constexpr std::array<std::string_view, 4> names{CLAP_EXT_PARAMS, CLAP_EXT_STATE,
+                                                           CLAP_EXT_TIMER_SUPPORT, CLAP_EXT_GUI};
     return names;
 }
 
