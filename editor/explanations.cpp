@@ -1,5 +1,6 @@
 #include "editor/explanations.h"
 
+#include "presetsystem/displayname.h"
 #include "presetsystem/effectlink.h"
 
 #include <cmath>
@@ -61,6 +62,13 @@ std::string readingOf(layout::Reading reading, const EffectLink& effect) {
     return text.append(std::to_string(decibels));
 }
 
+std::string currentName(EffectLink& effect) {
+    const std::int32_t current = effect.getPresetNo();
+    if (!isPresetIndex(current))
+        return {};
+    return validUtf8(effect.bank()[static_cast<std::size_t>(current)].name().data());
+}
+
 } // namespace
 
 std::optional<Subject> subjectAt(const CPoint& point) {
@@ -109,7 +117,7 @@ std::string explanationOf(const Subject& subject, EffectLink& effect) {
     case Part::panelControl:
         for (const OfPanel& of : panelControls)
             if (of.tag == subject.index)
-                return std::string(of.text);
+                return withValue(of.text, currentName(effect));
         break;
     case Part::about:
         return std::string(about);

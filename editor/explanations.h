@@ -48,12 +48,13 @@ inline constexpr auto meters = std::to_array<OfMeter>({
     {layout::Reading::balance, "output: right over left {} dB"},
 });
 
+// "{}" stands for the current preset's whole name, which the field may shorten.
 struct OfPanel {
     panel::Tag tag;
     std::string_view text;
 };
 inline constexpr auto panelControls = std::to_array<OfPanel>({
-    {panel::nameTag, "name of the preset: click, type, Return"},
+    {panel::nameTag, "{}: click, type, Return"},
     {panel::rockerTag, "previous preset, next preset"},
     {panel::loadBankTag, "load a bank. Right click: of the other byte order"},
     {panel::saveBankTag, "save all eleven presets to a file"},

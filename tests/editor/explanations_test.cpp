@@ -49,6 +49,13 @@ TEST(Explanations, HoldTheValueOfTheMoment) {
     EXPECT_EQ(explanationOf({Part::meter, 0}, effect), "output: mid over side -12 dB");
 }
 
+TEST(Explanations, HoldTheWholeNameOfThePreset) {
+    StandInEffect effect;
+    effect.presets[0].setName("a name as long as can be");
+    EXPECT_EQ(explanationOf({Part::panelControl, panel::nameTag}, effect),
+              "a name as long as can be: click, type, Return");
+}
+
 std::vector<Subject> allSubjects() {
     std::vector<Subject> all{{Part::about}, {Part::title}, {Part::memoryLetter}};
     for (int parameter = 0; parameter < kNumParams; ++parameter)
@@ -73,6 +80,7 @@ TEST(Explanations, FitIntoTheLineWithTheirLongestValues) {
         effect.normalised.fill(value);
         effect.inOwnUnit.fill(2.0F * value);
         effect.width = effect.balance = value - 0.5F;
+        effect.presets[0].setName("a name as long as can be");
         for (const Subject& subject : allSubjects()) {
             const std::string text = explanationOf(subject, effect);
             EXPECT_FALSE(text.empty());

@@ -79,7 +79,7 @@ class WindowTexts : public OpenEditor {
         return true;
     }
 
-    const VSTGUI::SharedPointer<VSTGUI::CBitmap> background = loadBitmap(kPictureBackground, 1.0);
+    const VSTGUI::SharedPointer<VSTGUI::CBitmap> background = loadBitmap(kPictureBackground);
 };
 
 TEST_F(WindowTexts, CaptionsNameWhatStandsBesideThem) {
@@ -172,7 +172,7 @@ TEST_F(WindowTexts, TheNameStandsInTheMiddleOfItsFieldInItsColours) {
 TEST_F(WindowTexts, TheAboutPictureSaysWhatThisIsAndWhoMadeIt) {
     constexpr CColor darkBlue(45, 45, 120, 255);
     constexpr CColor darkGrey(60, 60, 60, 255);
-    const auto picture = loadBitmap(kPictureAbout, 1.0);
+    const auto picture = loadBitmap(kPictureAbout);
     const CPoint size(picture->getWidth(), picture->getHeight());
     const CRect place(CPoint((302 - size.x) / 2, (311 - size.y) / 2), size);
 
