@@ -33,7 +33,7 @@ inline constexpr auto parameters = std::to_array<OfParameter>({
      "double click: type the stability, R50 to L50"},
     {kParamCenterPos, "{}: place of the centre. Shift: fine; double/ctrl click: C",
      "double click: type the centre, R50 to L50"},
-    {kParamProcess, "{}: off, the input passes untouched", ""},
+    {kParamProcess, "{}: without it the input passes untouched", ""},
     {kParamPhase, "{}: swaps the two input channels", ""},
     {kParamInvertL, "{}: inverts the left input", ""},
     {kParamInvertR, "{}: inverts the right input", ""},
