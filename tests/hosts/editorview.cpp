@@ -11,9 +11,10 @@ std::optional<int> handleAt(const Pixels& editor, const SliderPlace& slider) {
     int sum = 0;
     int count = 0;
     for (int x = sliderLeft; x < sliderRight && x < editor.width && row < editor.height; ++x) {
-        const bool white = (editor.at(x, row) >> 16) >= 0xF0;
-        sum += white ? x : 0;
-        count += white ? 1 : 0;
+        // The handle is brighter than the background (0xDA), dimmed or not.
+        const bool handle = (editor.at(x, row) >> 16) >= 0xE2;
+        sum += handle ? x : 0;
+        count += handle ? 1 : 0;
     }
     return count == 0 ? std::nullopt : std::optional(sum / count);
 }
