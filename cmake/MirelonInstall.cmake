@@ -16,7 +16,7 @@ configure_file(packaging/third-party-notices.md.in third-party-notices.md @ONLY)
 install(FILES CHANGELOG.md "${CMAKE_BINARY_DIR}/third-party-notices.md" docs/manual.md docs/formats.md
               docs/lv2.md docs/clap.md docs/hosts.md docs/mirelon-host.md docs/checks.md
         DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT docs)
-install(FILES docs/images/meters.png
+install(FILES docs/images/editor-parts.png docs/images/meters.png
         DESTINATION "${CMAKE_INSTALL_DOCDIR}/images" COMPONENT docs)
 
 # The man pages are the same text as the pages in docs/.

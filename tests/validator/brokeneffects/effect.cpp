@@ -66,8 +66,9 @@ void atTheEnd(void (*work)()) {
     std::atexit(work);
 }
 
-// Through a volatile pointer, or the compiler would see that it is for nothing.
-void allocate() {
+// Through a volatile pointer, or the compiler would see that it is for nothing. In the
+// place that wants it, which the validator is to name.
+[[gnu::always_inline]] inline void allocate() {
     void* volatile memory = std::malloc(10);
     std::free(memory);
 }
