@@ -221,7 +221,7 @@ TEST_P(CheckTries, EveryOne) {
 }
 
 std::string placeName(const testing::TestParamInfo<Place>& info) {
-    constexpr std::array names{"UsualRate", "StrangeRate", "Block"};
+    constexpr std::array names{"UsualRate", "StrangeRate", "Block", "HugeBlock"};
     return names.at(info.index);
 }
 
@@ -232,8 +232,9 @@ INSTANTIATE_TEST_SUITE_P(
         Place{"rate-", {8000, 11025, 16000, 384000, 768000}, "warning"},
         Place{"block-",
               {1,  2,  3,   7,   16,  17,  31,   32,   33,   63,   64,
-               65, 99, 127, 256, 441, 999, 1024, 2048, 4096, 8191, 16384},
-              "failed"}),
+               65, 99, 127, 256, 441, 999, 1024, 2048, 4096, 8191, 8192},
+              "failed"},
+        Place{"block-", {16384}, "warning"}),
     placeName);
 
 } // namespace
