@@ -209,7 +209,7 @@ TEST_P(ParameterControls, TheHostsOwnChangesAreShownAndNotEchoed) {
 TEST_P(ParameterControls, TheAboutPictureOpensAndClosesOnLeftClicksOnly) {
     const Pixels closed = editor.pixels();
     editor.click(aboutStrip.x, aboutStrip.y, 3);
-    editor.moveTo(150, 305); // where nothing answers the pointer
+    editor.moveTo(nowhere.x, nowhere.y);
     EXPECT_EQ(editor.pixels(), closed);
     editor.click(aboutStrip.x, aboutStrip.y);
     editor.moveTo(150, 305);

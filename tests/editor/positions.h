@@ -54,6 +54,8 @@ constexpr int aboutHeight = 100; // at least
 
 // The preset panel.
 constexpr int panelTop = 305;
+// Above it stands the line that says what has happened.
+constexpr int titleBottom = 19;
 constexpr Position nameField{146, 327};
 constexpr Position menuButton{212, 326};
 constexpr int menuButtonLeft = 207;

@@ -47,11 +47,11 @@ class ArdourControls : public ArdourWindowTest {
                                           at.y + halfHeight);
     }
     Pixels name() const { return around(nameField, 50, 6); }
-    // Everything above the preset panel, whose buttons look different under the
-    // pointer.
+    // Everything between the top line, which says what has happened, and the preset
+    // panel, whose buttons look different under the pointer.
     Pixels parameters() const {
         const Pixels all = shown();
-        return all.rgb.empty() ? all : all.part(0, 0, editorWidth, panelTop);
+        return all.rgb.empty() ? all : all.part(0, titleBottom, editorWidth, panelTop);
     }
 
     void click(Position at) const { screen->click(*editor(), at); }
@@ -185,6 +185,7 @@ TEST_F(ArdourControls, AreAllMovedSavedAndBackInANewProcess) {
         EXPECT_TRUE(eventually(seconds(20), [&] {
             return standsAt(slider, slider.parameter == 0 ? 0.25 : sliders.at(slider.parameter));
         })) << slider.parameter;
+    screen->pointAt(*editor(), nowhere);
     EXPECT_TRUE(
         eventually(seconds(10), [&] { return parameters() == closed && name() == finalName; }));
     quit();
