@@ -65,6 +65,9 @@ class TextEntry : public VSTGUI::CTextEdit, private VSTGUI::IMouseObserver {
   private:
     class Typed;
 
+    // The observer's; the view's own of these names stay.
+    using CTextEdit::onMouseEntered;
+    using CTextEdit::onMouseExited;
     void onMouseEntered(VSTGUI::CView*, VSTGUI::CFrame*) override {}
     void onMouseExited(VSTGUI::CView*, VSTGUI::CFrame*) override {}
     void onMouseEvent(VSTGUI::MouseEvent& event, VSTGUI::CFrame* frame) override;

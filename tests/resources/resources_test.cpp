@@ -69,7 +69,8 @@ TEST_P(EveryPicture, HasItsSizeTimesTheScaleRoundedUpAndSoHasEachOfAStrip) {
         const auto [width, height] = raster(png(GetParam().number, scale));
         const auto factor = static_cast<double>(pictureScales[scale]);
         EXPECT_EQ(width, std::ceil(size.width * factor)) << "at " << factor;
-        EXPECT_EQ(height, down * std::ceil(size.height / down * factor)) << "at " << factor;
+        const int heightOfOne = size.height / down;
+        EXPECT_EQ(height, down * std::ceil(heightOfOne * factor)) << "at " << factor;
     }
 }
 
