@@ -36,7 +36,9 @@ class ArdourLv2Window : public ArdourWindowTest {
     std::string pluginType() const override { return "lv2"; }
     // Ardour makes the window as wide as its own row of buttons; what is beside
     // the editor stays dark.
-    std::string shownSize() const override { return "392x348"; }
+    std::string shownSize(int shownPercent) const override {
+        return shownPercent == 100 ? "392x348" : editorSize(shownPercent);
+    }
 
     // Of a parameter's port; in the host's mode of automation of this name.
     void automate(int parameter, const std::vector<std::string>& points,
@@ -71,6 +73,12 @@ TEST_F(ArdourLv2Window, DragOnASliderIsOneGestureAndStaysWhereItWasLeftAndIsSave
 TEST_F(ArdourLv2Window, IsClosedAndOpenedAgainAndAgainAndTheHostQuitsCleanly) {
     ASSERT_NO_FATAL_FAILURE(start());
     ASSERT_NO_FATAL_FAILURE(hideAndShowEditor(openings()));
+    quit();
+}
+
+TEST_F(ArdourLv2Window, TakesAnotherSizeAtOnceAndHasItWhenItIsOpenedAgain) {
+    ASSERT_NO_FATAL_FAILURE(start());
+    ASSERT_NO_FATAL_FAILURE(changeSize());
     quit();
 }
 

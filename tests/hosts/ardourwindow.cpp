@@ -1,5 +1,7 @@
 #include "tests/hosts/ardourwindow.h"
 
+#include "tests/hosts/windowsize.h"
+
 #include <X11/keysym.h>
 
 #include <gmock/gmock.h>
@@ -43,9 +45,9 @@ void ArdourWindowTest::launch() {
         << contentsOf(home / "ardour.log");
 }
 
-std::optional<Screen::WindowId> ArdourWindowTest::editor() const {
+std::optional<Screen::WindowId> ArdourWindowTest::editorAt(int shownPercent) const {
     const auto window = screen->windowTitled(pluginTitle);
-    return window ? screen->inside(*window, shownSize()) : std::nullopt;
+    return window ? screen->inside(*window, shownSize(shownPercent)) : std::nullopt;
 }
 
 std::optional<int> ArdourWindowTest::handle(const SliderPlace& slider) const {
@@ -91,6 +93,25 @@ void ArdourWindowTest::hideAndShowEditor(int times) {
             << "the window is empty the " << time << ". time";
         ASSERT_TRUE(hideEditor()) << "the window was not hidden the " << time << ". time";
     }
+}
+
+void ArdourWindowTest::changeSize() {
+    const auto main = screen->windowTitled(mainTitle);
+    ASSERT_TRUE(main);
+    const auto choose = [this](int wanted) {
+        chooseSize(
+            *screen, [this](int shown) { return editorAt(shown); }, percent, wanted);
+        percent = wanted;
+    };
+    ASSERT_NO_FATAL_FAILURE(choose(150));
+    EXPECT_TRUE(comesToLookAsAt(150, *screen, *editor()));
+    EXPECT_EQ(screen->pixels(*screen->windowTitled(pluginTitle)).width, 486);
+    ASSERT_TRUE(hideEditor());
+    showMixer(*main);
+    ASSERT_TRUE(showEditor());
+    EXPECT_TRUE(comesToLookAsAt(150, *screen, *editor()));
+    ASSERT_NO_FATAL_FAILURE(choose(100));
+    EXPECT_TRUE(comesToLookAsAt(100, *screen, *editor()));
 }
 
 void ArdourWindowTest::pressSpace() {

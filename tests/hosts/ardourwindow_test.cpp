@@ -144,6 +144,12 @@ TEST_F(ArdourWindow, SpaceStartsAndStopsTheTransportAfterAClickOnASlider) {
     EXPECT_TRUE(standsAt(balanceSlider, 0.25));
 }
 
+TEST_F(ArdourWindow, TakesAnotherSizeAtOnceAndHasItWhenItIsShownAgain) {
+    ASSERT_NO_FATAL_FAILURE(start());
+    ASSERT_NO_FATAL_FAILURE(changeSize());
+    quit();
+}
+
 TEST_F(ArdourWindow, IsHiddenAndShownFiveTimesAndTheHostQuitsCleanly) {
     ASSERT_NO_FATAL_FAILURE(start());
     ASSERT_NO_FATAL_FAILURE(hideAndShowEditor(5));

@@ -1,22 +1,27 @@
 #include "tests/hosts/editorview.h"
 
+#include <algorithm>
+
 namespace mirelon::test {
 
-std::string editorSize() {
-    return std::to_string(editorWidth) + 'x' + std::to_string(editorHeight);
+std::string editorSize(int percent) {
+    return std::to_string(editorWidth * percent / 100) + 'x' +
+           std::to_string(editorHeight * percent / 100);
 }
 
 std::optional<int> handleAt(const Pixels& editor, const SliderPlace& slider) {
-    const int row = slider.y - 4; // the handle's lower half is darker
+    const auto scaled = [&editor](int pixels) { return pixels * editor.height / editorHeight; };
+    const int row = scaled(slider.y - 4); // the handle's lower half is darker
+    const int right = std::min(scaled(sliderRight), editor.width);
     int sum = 0;
     int count = 0;
-    for (int x = sliderLeft; x < sliderRight && x < editor.width && row < editor.height; ++x) {
+    for (int x = scaled(sliderLeft); x < right && row < editor.height; ++x) {
         // The handle is brighter than the background (0xDA), dimmed or not.
         const bool handle = (editor.at(x, row) >> 16) >= 0xE2;
         sum += handle ? x : 0;
         count += handle ? 1 : 0;
     }
-    return count == 0 ? std::nullopt : std::optional(sum / count);
+    return count == 0 ? std::nullopt : std::optional(sum / count * editorHeight / editor.height);
 }
 
 void dragSlider(Screen& screen, Screen::WindowId editor, const SliderPlace& slider, double from,

@@ -9,10 +9,11 @@
 
 namespace mirelon::test {
 
-// The editor's size, as Screen::inside takes it.
-std::string editorSize();
+// The editor's size at so many percent of the usual one, as Screen::inside takes it.
+std::string editorSize(int percent = 100);
 
-// The horizontal middle of a slider's white handle; nothing when none is shown.
+// The horizontal middle of a slider's white handle, as in a window of the usual
+// size; nothing when none is shown. The picture's height says what its size is.
 std::optional<int> handleAt(const Pixels& editor, const SliderPlace& slider);
 
 // By how much the middle of what is white may differ from the handle's middle.

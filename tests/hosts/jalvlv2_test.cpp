@@ -6,6 +6,7 @@
 #include "tests/hosts/observations.h"
 #include "tests/hosts/openings.h"
 #include "tests/hosts/screen.h"
+#include "tests/hosts/windowsize.h"
 
 #include <algorithm>
 #include <chrono>
@@ -51,9 +52,10 @@ class Jalv : public testing::TestWithParam<const char*> {
             << contentsOf(log) << contentsOf(home / "openbox.log");
     }
 
-    std::optional<Screen::WindowId> editor() const {
+    std::optional<Screen::WindowId> editor() const { return editorAt(percent); }
+    std::optional<Screen::WindowId> editorAt(int shownPercent) const {
         const auto window = screen->windowTitled("Dravik Mirelon");
-        return window ? screen->inside(*window, editorSize()) : std::nullopt;
+        return window ? screen->inside(*window, editorSize(shownPercent)) : std::nullopt;
     }
     std::optional<int> handle() const {
         const auto window = editor();
@@ -76,6 +78,7 @@ class Jalv : public testing::TestWithParam<const char*> {
     std::unique_ptr<JackServer> jack;
     std::unique_ptr<Screen> screen;
     std::unique_ptr<Program> host;
+    int percent = 100; // the editor's size
 };
 INSTANTIATE_TEST_SUITE_P(Toolkits, Jalv, testing::Values("gtk3", "qt5"),
                          [](const auto& info) { return std::string(info.param); });
@@ -109,6 +112,21 @@ TEST_P(Jalv, HearsADragAsRisingNumbersOfOnePortAndLeavesTheSliderThere) {
     }
     EXPECT_TRUE(std::ranges::is_sorted(heard, {}, &Observation::opt));
     EXPECT_NEAR(heard.back().opt, 20.0F, 1.0F);
+}
+
+TEST_P(Jalv, TakesAnotherSizeAtOnceAndHasItInTheNextRun) {
+    const auto choose = [this](int wanted) {
+        chooseSize(
+            *screen, [this](int shown) { return editorAt(shown); }, percent, wanted);
+        percent = wanted;
+    };
+    ASSERT_NO_FATAL_FAILURE(start());
+    ASSERT_NO_FATAL_FAILURE(choose(150));
+    EXPECT_TRUE(comesToLookAsAt(150, *screen, *editor()));
+    quit();
+    ASSERT_NO_FATAL_FAILURE(start());
+    EXPECT_TRUE(comesToLookAsAt(150, *screen, *editor()));
+    quit();
 }
 
 // It shows the window from its start to its end.

@@ -135,6 +135,14 @@ TEST_F(QtractorClap, DragOnASliderIsOneGestureAndIsBackAfterSavingAndReloading) 
     expectToKeep(saved);
 }
 
+TEST_F(QtractorClap, TakesAnotherSizeAtOnceAndHasItWhenItIsOpenedAgain) {
+    ASSERT_NO_FATAL_FAILURE(start());
+    ASSERT_NO_FATAL_FAILURE(openEditor());
+    ASSERT_NO_FATAL_FAILURE(changeSize());
+    EXPECT_TRUE(comesToFillItsWindow());
+    quit();
+}
+
 TEST_F(QtractorClap, HasAPresetThatTheWindowChoseBackAfterSavingAndReloading) {
     ASSERT_NO_FATAL_FAILURE(start());
     ASSERT_NO_FATAL_FAILURE(openEditor());

@@ -137,6 +137,14 @@ TEST_F(QtractorLv2, ClosesAndOpensTheWindowAgainAndAgainAndQuitsCleanly) {
     quit();
 }
 
+// Its window does not become smaller than it was when it was opened.
+TEST_F(QtractorLv2, TakesAnotherSizeAtOnceAndHasItWhenItIsOpenedAgain) {
+    ASSERT_NO_FATAL_FAILURE(launch());
+    ASSERT_NO_FATAL_FAILURE(openEditor());
+    ASSERT_NO_FATAL_FAILURE(changeSize());
+    quit();
+}
+
 TEST_F(QtractorLv2, HasAPresetThatTheWindowChoseBackAfterSavingAndReloading) {
     ASSERT_NO_FATAL_FAILURE(launch());
     ASSERT_NO_FATAL_FAILURE(openEditor());

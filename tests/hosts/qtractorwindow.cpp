@@ -1,5 +1,7 @@
 #include "tests/hosts/qtractorwindow.h"
 
+#include "tests/hosts/windowsize.h"
+
 #include <X11/keysym.h>
 
 #include <chrono>
@@ -82,9 +84,36 @@ void QtractorWindowTest::closeEditor() {
     ASSERT_TRUE(eventually(seconds(20), [this] { return !screen->windowTitled(pluginTitle); }));
 }
 
-std::optional<Screen::WindowId> QtractorWindowTest::editor() const {
+std::optional<Screen::WindowId> QtractorWindowTest::editorAt(int shownPercent) const {
     const auto window = screen->windowTitled(pluginTitle);
-    return window ? screen->inside(*window, editorSize()) : std::nullopt;
+    return window ? screen->inside(*window, editorSize(shownPercent)) : std::nullopt;
+}
+
+void QtractorWindowTest::changeSize() {
+    const auto choose = [this](int wanted) {
+        chooseSize(
+            *screen, [this](int shown) { return editorAt(shown); }, percent, wanted);
+        percent = wanted;
+    };
+    ASSERT_NO_FATAL_FAILURE(choose(150));
+    EXPECT_TRUE(comesToLookAsAt(150, *screen, *editor()));
+    EXPECT_TRUE(comesToFillItsWindow());
+    ASSERT_NO_FATAL_FAILURE(closeEditor());
+    ASSERT_NO_FATAL_FAILURE(openEditor());
+    raiseEditor();
+    EXPECT_TRUE(comesToLookAsAt(150, *screen, *editor()));
+    EXPECT_TRUE(comesToFillItsWindow());
+    ASSERT_NO_FATAL_FAILURE(choose(100));
+    EXPECT_TRUE(comesToLookAsAt(100, *screen, *editor()));
+}
+
+bool QtractorWindowTest::comesToFillItsWindow() const {
+    const auto window = screen->windowTitled(pluginTitle);
+    return window && eventually(seconds(10), [&] {
+               const Pixels all = screen->pixels(*window);
+               return std::to_string(all.width) + 'x' + std::to_string(all.height) ==
+                      editorSize(percent);
+           });
 }
 
 std::optional<int> QtractorWindowTest::handle() const {

@@ -38,7 +38,13 @@ class QtractorWindowTest : public ::testing::Test {
     void switchPluginOfTrack();
     // As its window's close button does.
     void closeEditor();
-    std::optional<Screen::WindowId> editor() const;
+    std::optional<Screen::WindowId> editor() const { return editorAt(percent); }
+    std::optional<Screen::WindowId> editorAt(int shownPercent) const;
+    // Chooses 150 % and 100 % in the editor's menu; what is shown is the whole
+    // editor in that size, at once and, the larger one, when it is opened again.
+    void changeSize();
+    // Whether the host's window comes to be as large as the editor.
+    bool comesToFillItsWindow() const;
     // Where the handle of the balance slider stands, and whether it stands near
     // a value.
     std::optional<int> handle() const;
@@ -64,6 +70,7 @@ class QtractorWindowTest : public ::testing::Test {
     std::unique_ptr<JackServer> jack;
     std::unique_ptr<Screen> screen;
     std::unique_ptr<Program> host;
+    int percent = 100; // the editor's size
 
   private:
     void raiseEditor();

@@ -118,5 +118,13 @@ TEST_F(QtractorWindow, DragOnASliderIsOneGestureAndIsBackAfterSavingAndReloading
     quit();
 }
 
+TEST_F(QtractorWindow, TakesAnotherSizeAtOnceAndHasItWhenItIsOpenedAgain) {
+    ASSERT_NO_FATAL_FAILURE(start());
+    ASSERT_NO_FATAL_FAILURE(openEditor());
+    ASSERT_NO_FATAL_FAILURE(changeSize());
+    EXPECT_TRUE(comesToFillItsWindow());
+    quit();
+}
+
 } // namespace
 } // namespace mirelon::test

@@ -129,22 +129,22 @@ void Screen::pointAt(WindowId window, Position at) {
     pause();
 }
 
-void Screen::press() {
-    XTestFakeButtonEvent(connection, 1, True, CurrentTime);
+void Screen::press(unsigned button) {
+    XTestFakeButtonEvent(connection, button, True, CurrentTime);
     XSync(connection, False);
     pause();
 }
 
-void Screen::release() {
-    XTestFakeButtonEvent(connection, 1, False, CurrentTime);
+void Screen::release(unsigned button) {
+    XTestFakeButtonEvent(connection, button, False, CurrentTime);
     XSync(connection, False);
     pause();
 }
 
-void Screen::click(WindowId window, Position at) {
+void Screen::click(WindowId window, Position at, unsigned button) {
     pointAt(window, at);
-    press();
-    release();
+    press(button);
+    release(button);
 }
 
 void Screen::doubleClick() {

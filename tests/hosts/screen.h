@@ -35,9 +35,9 @@ class Screen {
     Pixels pixels(WindowId window) const;
 
     void pointAt(WindowId window, Position at);
-    void press();
-    void release();
-    void click(WindowId window, Position at);
+    void press(unsigned button = 1);
+    void release(unsigned button = 1);
+    void click(WindowId window, Position at, unsigned button = 1);
     // Where the pointer stands.
     void doubleClick();
     void key(unsigned long keysym, unsigned long modifier = 0);
