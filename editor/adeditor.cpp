@@ -229,6 +229,10 @@ void ADEditor::resize() {
     if (frame == nullptr || openings != opening)
         return;
     if (given) {
+        // Some hosts say so and keep the room of the larger picture, whose rest
+        // would stay beside the smaller one.
+        if (wanted < before)
+            mirelon::blackenBackground(windowId());
         frame->setZoom(wanted);
     } else {
         setScale(before);

@@ -106,6 +106,12 @@ void announceMapped(std::uint32_t window) {
     xcb_flush(connection());
 }
 
+void blackenBackground(std::uint32_t window) {
+    constexpr std::uint32_t black = 0;
+    xcb_change_window_attributes(connection(), window, XCB_CW_BACK_PIXEL, &black);
+    xcb_flush(connection());
+}
+
 void destroyWindow(std::uint32_t window) {
     xcb_destroy_window(connection(), window);
     xcb_flush(connection());

@@ -35,6 +35,9 @@ std::uint32_t managedWindowOf(std::uint32_t window);
 // Shows a child window and says so in the property by which embedding hosts
 // learn whether to show it.
 void announceMapped(std::uint32_t window);
+// From now on the server paints black what of a window is laid bare, until something
+// is drawn there.
+void blackenBackground(std::uint32_t window);
 // Destroys a child window; does nothing for one that is already gone.
 void destroyWindow(std::uint32_t window);
 

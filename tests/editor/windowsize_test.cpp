@@ -2,10 +2,13 @@
 #include "tests/editor/editorhost.h"
 #include "tests/editor/positions.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <gtest/gtest.h>
 #include <utility>
+
+#include <X11/Xlib.h> // last: its macros are in the way of the others
 
 using namespace mirelon::test;
 using namespace std::chrono_literals;
@@ -109,6 +112,24 @@ TEST_F(WindowSize, ControlsAnswerWhereTheyAreSeenAfterAChange) {
     editor.scale = 2.0;
     editor.click(93, 257);
     EXPECT_EQ(editor.parameter(5), 0.0F);
+}
+
+TEST_F(WindowSize, LeavesNothingOfALargerPictureWhereTheHostKeepsItsRoom) {
+    follow();
+    setScreenResources("Xft.dpi:\t144\n");
+    open();
+    editor.host.answer(audioMasterSizeWindow, [](const HostCall&) { return 1; });
+    ASSERT_TRUE(choose(percent100));
+    ASSERT_TRUE(editor.runUntil([&] { return size() == Size(324, 348); }));
+    editor.run(500ms);
+    XResizeWindow(editor.window->connection(), editor.window->children().front(), 486, 522);
+    EXPECT_TRUE(editor.runUntil([&] {
+        const Pixels picture = editor.pixels();
+        const auto isBlack = [](std::uint32_t pixel) { return pixel == 0; };
+        return std::ranges::all_of(picture.part(324, 0, 486, 522).rgb, isBlack) &&
+               std::ranges::all_of(picture.part(0, 348, 324, 522).rgb, isBlack) &&
+               !isBlack(picture.at(320, 340));
+    }));
 }
 
 TEST_F(WindowSize, OfAHostThatDoesNotSayThatItFollowsCountsFromTheNextOpening) {
