@@ -123,6 +123,9 @@ TEST_P(Jalv, TakesAnotherSizeAtOnceAndHasItInTheNextRun) {
     ASSERT_NO_FATAL_FAILURE(start());
     ASSERT_NO_FATAL_FAILURE(choose(150));
     EXPECT_TRUE(comesToLookAsAt(150, *screen, *editor()));
+    ASSERT_NO_FATAL_FAILURE(choose(100));
+    EXPECT_TRUE(comesToLookAsAt(100, *screen, *editor()));
+    ASSERT_NO_FATAL_FAILURE(choose(150));
     quit();
     ASSERT_NO_FATAL_FAILURE(start());
     EXPECT_TRUE(comesToLookAsAt(150, *screen, *editor()));
