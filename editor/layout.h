@@ -1,5 +1,5 @@
 // Where everything stands in the window: pixels at scale 1, from its top left
-// corner.
+// corner. One table after another, so longer than other headers.
 #pragma once
 
 #include "platform/toolkit.h"
