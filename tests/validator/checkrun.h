@@ -26,6 +26,16 @@ inline nlohmann::json reportOf(const Outcome& outcome) {
     return all["plugins"][0];
 }
 
+// What would end a process by a signal ends it by the sanitizer's report.
+#ifdef __SANITIZE_ADDRESS__
+inline constexpr bool sanitized = true;
+#else
+inline constexpr bool sanitized = false;
+#endif
+inline bool isEndedByTheSanitizer(const nlohmann::json& check) {
+    return sanitized && check["note"] == "ends the host's process with exit status 1";
+}
+
 // The interposing library and a sanitizer's runtime exclude each other.
 inline constexpr const char* sanitizedNote = "this program is built with a sanitizer";
 inline bool needsSkipping(const nlohmann::json& check) {
