@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -319,8 +320,8 @@ template <typename Image>
 void CPresetSystemEditor::load(const mirelon::FileType& type, const char* title,
                                mirelon::PathBuffer& name,
                                void (CPresetSystemEditor::*apply)(Image*, bool), bool reversed) {
-    const char* const kind = &name == &lastFiles.currentBankName ? "bank" : "preset";
-    askForFile(type, false, title, name, [this, apply, reversed, kind](const ChosenFile& file) {
+    askForFile(type, false, title, name, [this, apply, reversed](const ChosenFile& file) {
+        constexpr const char* kind = std::is_same_v<Image, bankfilestruct> ? "bank" : "preset";
         Image image;
         const int error = mirelon::readImage(file, image.bytes);
         (this->*apply)(&image, reversed);
