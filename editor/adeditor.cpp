@@ -94,6 +94,7 @@ bool ADEditor::open(void* parent) {
 // What is added later covers what was there.
 void ADEditor::buildViews() {
     parameters.emplace(*frame, *this, pictures, *effectLink);
+    updates.showParametersIn(&*parameters);
     for (const layout::Caption& caption : layout::captions)
         parameters->addCaption(caption);
     for (const layout::SliderRow& row : layout::sliderRows) {
@@ -149,6 +150,7 @@ void ADEditor::close() {
     about = nullptr;
     titleLine = nullptr;
     memoryLights.fill(nullptr);
+    updates.showParametersIn(nullptr);
     parameters.reset();
     meters.forget();
     effectLink->setEditorOpen(false);
@@ -265,14 +267,7 @@ void ADEditor::valueChanged(CControl* control) {
 
 void ADEditor::setParameter(long index, float /*value*/) {
     memories.presetChanged();
-    const auto held = window.tryHold();
-    if (!held)
-        return pending.addParameter(index);
-    showParameter(index);
-}
-
-void ADEditor::showParameter(long index) {
-    parameters->show(index);
+    updates.parameterChanged(index);
 }
 
 void ADEditor::showMemories(mirelon::MemoryComparison::Equal equal) {

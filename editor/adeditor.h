@@ -58,7 +58,6 @@ class ADEditor : public CPresetSystemEditor {
     void endEdit(int32_t index) override;
 
   protected:
-    void showParameter(long index) override;
     void showMemories(mirelon::MemoryComparison::Equal equal) override;
     void tell(const mirelon::Message& message) override;
 

@@ -3,6 +3,7 @@
 
 #include "editor/layout.h"
 #include "editor/windowpictures.h"
+#include "presetsystem/windowupdates.h"
 
 class EffectLink;
 
@@ -11,7 +12,7 @@ namespace mirelon {
 // Makes what the tables of layout.h say and shows the effect's values in it. The
 // control of a parameter carries its index as tag. Lives while the window is
 // open, on the thread that owns it.
-class ParameterViews {
+class ParameterViews final : public WindowUpdates::ParameterDisplay {
   public:
     // The views go to `frame`, which owns them; all arguments outlive this object.
     ParameterViews(VSTGUI::CFrame& frame, VSTGUI::IControlListener& listener,
@@ -25,7 +26,7 @@ class ParameterViews {
     // Reads parameter `index` from the effect; any other index does nothing. The
     // listener hears nothing of it. What does nothing while the processing is off
     // is dimmed meanwhile.
-    void show(long index);
+    void show(long index) override;
 
   private:
     void add(ParameterIndex parameter, VSTGUI::CControl* control);

@@ -68,9 +68,9 @@ bool CPresetSystemEditor::open(void* /*parent*/) {
         return false;
     // Pending updates stay: what was set since the controls took their values
     // shows at the first idle.
-    window.open();
+    updates.open();
     panel.build(*frame, this);
-    panel.showBank(effectLink->bank(), effectLink->getPresetNo());
+    showBank();
     memories.restart();
     idleTimer = createTimer(this);
     return true;
@@ -78,7 +78,7 @@ bool CPresetSystemEditor::open(void* /*parent*/) {
 
 void CPresetSystemEditor::close() {
     filePrompt.cancel();
-    window.close();
+    updates.close();
     if (idleTimer != nullptr)
         destroyTimer(idleTimer);
     idleTimer = nullptr;
@@ -86,21 +86,14 @@ void CPresetSystemEditor::close() {
 }
 
 void CPresetSystemEditor::idle() {
-    if (const auto held = window.tryHold()) {
-        show(pending.take());
-        compareMemories();
-    }
+    updates.idle([this] { showBank(); }, [this] { compareMemories(); });
     AEffGUIEditor::idle();
 }
 
 // --- What the panel shows ---
 
-void CPresetSystemEditor::show(mirelon::PendingUpdates::Taken updates) {
-    for (int i = 0; i < kNumPresetParams; ++i)
-        if (updates.parameter(i))
-            showParameter(i);
-    if (updates.bank())
-        panel.showBank(effectLink->bank(), effectLink->getPresetNo());
+void CPresetSystemEditor::showBank() {
+    panel.showBank(effectLink->bank(), effectLink->getPresetNo());
 }
 
 void CPresetSystemEditor::compareMemories() {
@@ -113,10 +106,7 @@ void CPresetSystemEditor::compareMemories() {
 
 void CPresetSystemEditor::showCurrentName(const PresetName& name) {
     memories.presetChanged();
-    if (const auto held = window.tryHold())
-        panel.showCurrentName(name);
-    else
-        pending.addBank();
+    updates.bankChanged([&] { panel.showCurrentName(name); });
 }
 
 void CPresetSystemEditor::nameChangedExternal(char* name) {
@@ -132,10 +122,7 @@ void CPresetSystemEditor::nameChangedInternal(char* name) {
 
 void CPresetSystemEditor::bankReplaced() {
     memories.presetChanged();
-    if (const auto held = window.tryHold())
-        panel.showBank(effectLink->bank(), effectLink->getPresetNo());
-    else
-        pending.addBank();
+    updates.bankChanged([this] { showBank(); });
 }
 
 // --- What the controls do ---
@@ -251,7 +238,7 @@ void CPresetSystemEditor::BufferToBank(bankfilestruct* image, bool reversed) {
     verdict = reading.verdict;
     memories.presetChanged();
     const bool accepted = reading.verdict == ImageVerdict::accepted;
-    if (const auto held = window.tryHold()) {
+    updates.bankChanged([&] {
         // A name shows as soon as it is read, before its preset's values: a bank
         // that is refused at a value leaves the names up to there in the menu.
         if (reading.verdict == ImageVerdict::outOfRange)
@@ -262,9 +249,7 @@ void CPresetSystemEditor::BufferToBank(bankfilestruct* image, bool reversed) {
             panel.select(0);
             panel.showInField(presetAt(effectLink->bank(), 0).name());
         }
-    } else {
-        pending.addBank();
-    }
+    });
     if (accepted)
         effectLink->setPresetNo(0);
 }

@@ -8,11 +8,10 @@
 #include "presetsystem/fileprompt.h"
 #include "presetsystem/memorycomparison.h"
 #include "presetsystem/message.h"
-#include "presetsystem/pendingupdates.h"
 #include "presetsystem/presetimages.h"
 #include "presetsystem/presetpanel.h"
 #include "presetsystem/storedpresets.h"
-#include "presetsystem/windowaccess.h"
+#include "presetsystem/windowupdates.h"
 
 #include <memory>
 
@@ -85,9 +84,6 @@ class CPresetSystemEditor : public VSTGUI::AEffGUIEditor,
     using AEffGUIEditor::setParameter;
     using EditorLink::setParameter;
 
-    // Reads parameter `index` from the effect and shows it, while the window is
-    // held; any index.
-    virtual void showParameter(long /*index*/) {}
     // Which of the compare memories hold what the current preset is.
     virtual void showMemories(mirelon::MemoryComparison::Equal /*equal*/) {}
     // What has become of something that the user has asked for.
@@ -95,17 +91,14 @@ class CPresetSystemEditor : public VSTGUI::AEffGUIEditor,
 
     EffectLink* const effectLink; // not owned; null without presets
 
-    // A change is shown by the thread that gets hold of the window, or else is
-    // pending until the next idle. Any thread.
-    mirelon::WindowAccess window;
-    mirelon::PendingUpdates pending;
+    mirelon::WindowUpdates updates;
     mirelon::MemoryComparison memories;
 
     mirelon::PresetPanel panel;
     mirelon::LastFiles lastFiles;
 
   private:
-    void show(mirelon::PendingUpdates::Taken updates);
+    void showBank();
     void showCurrentName(const mirelon::PresetName& name);
 
     void renamePreset();

@@ -10,14 +10,19 @@
 namespace mirelon::test {
 namespace {
 
-class WatchingEditor : public ScriptedEditor {
+class WatchingEditor : public ScriptedEditor, private WindowUpdates::ParameterDisplay {
   public:
-    using ScriptedEditor::pending;
-    using ScriptedEditor::ScriptedEditor;
+    explicit WatchingEditor(AudioEffect* effect)
+        : ScriptedEditor(effect) {
+        updates.showParametersIn(this);
+    }
 
-    void showParameter(long index) override { shown.push_back(index); }
+    using ScriptedEditor::updates;
 
     std::vector<long> shown;
+
+  private:
+    void show(long index) override { shown.push_back(index); }
 };
 
 class PresetEditor : public testing::Test {
@@ -42,9 +47,9 @@ class PresetEditor : public testing::Test {
 TEST_F(PresetEditor, ShowsEachPendingParameterOnceAtTheNextIdle) {
     editor.makePanel();
     elsewhere([&] {
-        editor.pending.addParameter(7);
-        editor.pending.addParameter(2);
-        editor.pending.addParameter(7);
+        editor.updates.parameterChanged(7);
+        editor.updates.parameterChanged(2);
+        editor.updates.parameterChanged(7);
     });
     EXPECT_TRUE(editor.shown.empty());
     editor.idle();
@@ -53,8 +58,25 @@ TEST_F(PresetEditor, ShowsEachPendingParameterOnceAtTheNextIdle) {
     EXPECT_EQ(editor.shown.size(), 2U);
 }
 
+TEST_F(PresetEditor, ShowsAParameterAtOnceOnTheWindowsThread) {
+    editor.makePanel();
+    editor.updates.parameterChanged(3);
+    EXPECT_EQ(editor.shown, std::vector<long>{3});
+    editor.idle();
+    EXPECT_EQ(editor.shown.size(), 1U);
+}
+
+TEST_F(PresetEditor, WithoutADisplayNoParameterIsShown) {
+    editor.makePanel();
+    editor.updates.showParametersIn(nullptr);
+    editor.updates.parameterChanged(3);
+    elsewhere([&] { editor.updates.parameterChanged(4); });
+    editor.idle();
+    EXPECT_TRUE(editor.shown.empty());
+}
+
 TEST_F(PresetEditor, KeepsPendingUpdatesWhileItIsClosed) {
-    editor.pending.addParameter(2);
+    editor.updates.parameterChanged(2);
     editor.makeFrame();
     editor.idle();
     EXPECT_TRUE(editor.shown.empty());
