@@ -1,7 +1,8 @@
-# cmake -DRSVG_CONVERT=program -DDRAWINGS=folder -DNUMBERS=list -DSCRATCH=folder
-#       -DOUTPUT=file.cpp -P embed.cmake
+# cmake -DRSVG_CONVERT=program -DOPTIPNG=program -DDRAWINGS=folder -DNUMBERS=list
+#       -DSCRATCH=folder -DOUTPUT=file.cpp -P embed.cmake
 # Renders NUMBER.svg of each number at every scale and writes the PNG files as a
-# table of bytes. The output depends on nothing but the drawings and the renderer.
+# table of bytes, as few as the same pixels can be told in. The output depends on
+# nothing but the drawings and the two programs.
 
 # In quarters, since CMake counts in whole numbers only.
 set(scales_in_quarters 4 5 6 7 8 10 12)
@@ -67,6 +68,7 @@ foreach(number IN LISTS NUMBERS)
       COMMAND "${RSVG_CONVERT}" --zoom "${scale}" --page-width "${pixels_wide}"
               --page-height "${pixels_high}" --output "${png}" "${drawn}"
       COMMAND_ERROR_IS_FATAL ANY)
+    execute_process(COMMAND "${OPTIPNG}" -quiet -o2 "${png}" COMMAND_ERROR_IS_FATAL ANY)
     file(READ "${png}" hex HEX)
     file(REMOVE "${png}")
     string(REGEX REPLACE "(..)" "0x\\1," hex "${hex}")
