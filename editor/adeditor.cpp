@@ -41,8 +41,10 @@ ADEditor::~ADEditor() {
 
 double ADEditor::wantedScale() const {
     std::optional<double> chosen;
-    if (const auto percent = mirelon::chosenPercent())
-        chosen = *percent / 100.0;
+    // What the environment says counts more: then the preferences need not be read.
+    if (!mirelon::environmentScale())
+        if (const auto percent = mirelon::chosenPercent())
+            chosen = *percent / 100.0;
     return mirelon::nearestPictureScale(mirelon::desktopScale(hostScale, chosen));
 }
 
