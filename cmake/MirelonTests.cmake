@@ -7,7 +7,15 @@
 # Target threaded_tests: those with "threads" in their label, which a ThreadSanitizer
 # build runs.
 include(GoogleTest)
-find_package(GTest REQUIRED)
+find_package(GTest QUIET)
+if(NOT GTest_FOUND)
+  # For another processor than the machine's: from the sources, as Debian packages them.
+  set(_gtest_sources /usr/src/googletest)
+  if(NOT EXISTS "${_gtest_sources}/CMakeLists.txt")
+    message(FATAL_ERROR "GoogleTest was not found, nor its sources in ${_gtest_sources} (-DMIRELON_TESTS=OFF builds without)")
+  endif()
+  add_subdirectory("${_gtest_sources}" "${CMAKE_BINARY_DIR}/googletest" EXCLUDE_FROM_ALL)
+endif()
 
 add_custom_target(threaded_tests)
 
@@ -19,9 +27,11 @@ function(mirelon_test name)
   if(ARG_ROOMS)
     target_link_libraries(${name} PRIVATE mirelon_rooms)
   endif()
-  target_compile_definitions(${name} PRIVATE
-    "MIRELON_PLUGIN_FILE=\"$<TARGET_FILE:mirelon>\"")
-  add_dependencies(${name} mirelon)
+  if(TARGET mirelon)
+    target_compile_definitions(${name} PRIVATE
+      "MIRELON_PLUGIN_FILE=\"$<TARGET_FILE:mirelon>\"")
+    add_dependencies(${name} mirelon)
+  endif()
   if(ARG_LABELS MATCHES "threads")
     add_dependencies(threaded_tests ${name})
   endif()
