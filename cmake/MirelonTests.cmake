@@ -5,7 +5,8 @@
 # tests with the same LOCK one runs at a time; they begin early.
 #
 # Target threaded_tests: those with "threads" in their label, which a ThreadSanitizer
-# build runs.
+# build runs. Target headless_tests: those that need neither a display nor real hosts,
+# which have x11 or hosts in their label.
 include(GoogleTest)
 find_package(GTest QUIET)
 if(NOT GTest_FOUND)
@@ -18,6 +19,7 @@ if(NOT GTest_FOUND)
 endif()
 
 add_custom_target(threaded_tests)
+add_custom_target(headless_tests)
 
 function(mirelon_test name)
   cmake_parse_arguments(PARSE_ARGV 1 ARG "ROOMS" "TIMEOUT;LOCK" "SOURCES;LINK;LABELS")
@@ -34,6 +36,9 @@ function(mirelon_test name)
   endif()
   if(ARG_LABELS MATCHES "threads")
     add_dependencies(threaded_tests ${name})
+  endif()
+  if(NOT ARG_LABELS MATCHES "x11|hosts")
+    add_dependencies(headless_tests ${name})
   endif()
   if(NOT ARG_TIMEOUT)
     set(ARG_TIMEOUT 120)
