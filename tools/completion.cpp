@@ -14,7 +14,7 @@ namespace mirelon::tools {
 namespace {
 
 // What comes after an option, or stands for itself.
-enum class Kind { nothing, words, file, folder, text };
+enum class Kind { nothing, words, parameter, file, folder, text };
 
 struct CompletedOption {
     std::vector<std::string> names; // with their dashes; none: positional
@@ -58,6 +58,8 @@ Kind kindOf(const CLI::Option& option, std::string_view placeholder, bool hasWor
         return Kind::nothing;
     if (hasWords)
         return Kind::words;
+    if (placeholder.starts_with("NAME="))
+        return Kind::parameter;
     if (placeholder == "FOLDER")
         return Kind::folder;
     return placeholder == "FILE" || !option.nonpositional() ? Kind::file : Kind::text;
@@ -141,15 +143,45 @@ constexpr const char* bashFrame =
   compopt -o filenames 2>/dev/null
   mapfile -t COMPREPLY < <(compgen -d -- "$current")
 }
+# What follows --plugin, in one piece again: colons and equals signs are words of their own.
+@FUNCTION@_plugin() {
+  local -i at
+  local plugin=
+  for ((at = 1; at < ${#COMP_WORDS[@]} - 1; at++)); do
+    [[ ${COMP_WORDS[at]} == --plugin ]] || continue
+    [[ ${COMP_WORDS[at + 1]} == = ]] && at+=1
+    plugin=${COMP_WORDS[at + 1]}
+    while [[ ${COMP_WORDS[at + 2]-} == [:=] ]]; do
+      plugin+=${COMP_WORDS[at + 2]}${COMP_WORDS[at + 3]-}
+      at+=2
+    done
+  done
+  plugin=${plugin//[\"\'\\]/}
+  printf '%s' "${plugin/#\~\//$HOME/}"
+}
+# The plug-in itself is asked, which must not take the prompt away.
+@FUNCTION@_parameters() {
+  local plugin name typed=${current//\\/}
+  typed=${typed,,}
+  plugin=$(@FUNCTION@_plugin)
+  compopt -o nospace 2>/dev/null
+  while IFS= read -r name; do
+    if [[ $current == [\"\']* ]]; then
+      [[ ${name,,} == "${typed:1}"* ]] && COMPREPLY+=("$name=")
+    elif [[ ${name,,} == "$typed"* ]]; then
+      COMPREPLY+=("$(printf '%q' "$name")=")
+    fi
+  done < <(timeout 5 "${COMP_WORDS[0]/#\~\//$HOME/}" info --parameter-names \
+    ${plugin:+--plugin="$plugin"} 2>/dev/null </dev/null)
+}
 @FUNCTION@() {
   local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
   local path='' word
   COMPREPLY=()
-  # An equals sign is a word of its own.
-  if [[ $current == = ]]; then
-    current=
-  elif [[ $previous == = ]]; then
-    previous=${COMP_WORDS[COMP_CWORD - 2]}
+  # An equals sign is a word of its own. Behind that of NAME=VALUE nothing is offered.
+  if [[ $current == = || $previous == = ]]; then
+    if [[ $current == = ]]; then current=; else previous=${COMP_WORDS[COMP_CWORD - 2]}; fi
+    [[ $previous == -* ]] || return
   fi
   for word in "${COMP_WORDS[@]:1:COMP_CWORD-1}"; do
     case "$path/$word" in
@@ -167,6 +199,8 @@ std::string bashAnswer(const CompletedOption& option) {
     switch (option.kind) {
     case Kind::words:
         return "@FUNCTION@_words " + shellQuoted(joined(option.words, " ")) + "; return";
+    case Kind::parameter:
+        return "@FUNCTION@_parameters; return";
     case Kind::folder:
         return "@FUNCTION@_folders; return";
     case Kind::file:
@@ -201,6 +235,30 @@ std::string bashPlace(const CompletedCommand& command) {
 
 // --- zsh
 
+// What stands between at signs is put in.
+constexpr const char* zshFrame = R"ZSH(#compdef @PROGRAM@
+# made by `@PROGRAM@ completion zsh`
+
+# The plug-in itself is asked, which must not take the prompt away.
+_@PROGRAM@_parameter_names() {
+  local -a plugin names
+  local -i at=${words[(I)--plugin(|=*)]}
+  if ((at > 0 && at < $#words)); then
+    local file=${${(Q)words[at]}#--plugin}
+    file=${${file#=}:-${(Q)words[at + 1]}}
+    plugin=(--plugin "${file/#\~\//$HOME/}")
+  fi
+  names=(${(f)"$(timeout 5 ${${(Q)program}/#\~\//$HOME/} info --parameter-names \
+    $plugin 2>/dev/null </dev/null)"})
+  local expl
+  _wanted parameters expl parameter compadd -S = \
+    -M 'm:{[:lower:][:upper:]}={[:upper:][:lower:]}' -a names
+}
+@FUNCTIONS@
+# Loaded by its first use, which is to be answered already.
+_@PROGRAM@ "$@"
+)ZSH";
+
 std::string zshFunction(const CompletedCommand& command, const std::string& program) {
     return replacedAll("_" + program + (command.path.empty() ? "" : " " + command.path), " ", "_");
 }
@@ -212,6 +270,8 @@ std::string zshAnswer(const CompletedOption& option) {
         return "";
     case Kind::words:
         return placeholder + "(" + joined(option.words, " ") + ")";
+    case Kind::parameter:
+        return placeholder + "_@PROGRAM@_parameter_names";
     case Kind::folder:
         return placeholder + "_files -/";
     case Kind::file:
@@ -248,6 +308,8 @@ void putZshFunction(std::ostream& out, const CompletedCommand& command,
         out << "  _arguments" << zshArguments(command) << "\n}\n";
         return;
     }
+    if (command.path.empty())
+        out << "  local program=$words[1]\n";
     out << "  local curcontext=$curcontext state line\n"
            "  _arguments -C"
         << zshArguments(command)
@@ -303,13 +365,12 @@ std::string bashCompletion(const CLI::App& program) {
 
 std::string zshCompletion(const CLI::App& program) {
     const CompletedCommand root = completed(program, "");
-    std::ostringstream out;
-    out << "#compdef " << root.name << "\n# made by `" << root.name << " completion zsh`\n";
-    visitAll(root,
-             [&](const CompletedCommand& command) { putZshFunction(out, command, root.name); });
-    // Loaded by its first use, which is to be answered already.
-    out << "\n_" << root.name << " \"$@\"\n";
-    return out.str();
+    std::ostringstream functions;
+    visitAll(root, [&](const CompletedCommand& command) {
+        putZshFunction(functions, command, root.name);
+    });
+    return replacedAll(replacedAll(zshFrame, "@FUNCTIONS@", functions.str()), "@PROGRAM@",
+                       root.name);
 }
 
 } // namespace mirelon::tools

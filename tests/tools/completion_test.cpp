@@ -25,7 +25,8 @@ class CompletionInBash : public testing::Test {
     std::vector<std::string> offered(const std::string& words) {
         const std::string script =
             "set -u; cd '" + folder.path.string() +
-            "'; source <('" MIRELON_HOST_PROGRAM "' completion bash); COMP_WORDS=(mirelon-host " +
+            "'; source <('" MIRELON_HOST_PROGRAM
+            "' completion bash); COMP_WORDS=('" MIRELON_HOST_PROGRAM "' " +
             words +
             "); COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); _mirelon_host; printf '%s\\n' "
             "\"${COMPREPLY[@]}\"";
@@ -73,6 +74,39 @@ TEST_F(CompletionInBash, OffersTheNamesOfChecks) {
     EXPECT_THAT(offered("check --only no-such"), ElementsAre());
 }
 
+TEST_F(CompletionInBash, OffersTheParametersOfThePluginFoundWhereOneIsToBeNamed) {
+    EXPECT_THAT(offered("render --set w"), ElementsAre("width="));
+    EXPECT_THAT(offered("plot --set-normalised = ga"), ElementsAre("gain="));
+    EXPECT_THAT(offered("render --automate balan"), ElementsAre("balance="));
+    EXPECT_THAT(offered("edit --set no-such"), ElementsAre());
+}
+
+TEST_F(CompletionInBash, OffersTheParametersOfThePluginThatIsNamed) {
+    const std::string named = "--plugin '" + testPlugin("displays") + "'";
+    EXPECT_THAT(offered("render " + named + " --set D"), ElementsAre("Drive=", "Damping="));
+    EXPECT_THAT(offered("render --plugin = '" + testPlugin("displays") + "' --automate Mi"),
+                ElementsAre("Mix="));
+    EXPECT_THAT(offered("render " + named + " --set mi"), ElementsAre("Mix="))
+        << "case does not count in names";
+    EXPECT_THAT(offered("render --plugin no/such.so --set D"), ElementsAre());
+}
+
+TEST_F(CompletionInBash, OffersNothingForAParametersValue) {
+    EXPECT_THAT(offered("render --set width ="), ElementsAre());
+    EXPECT_THAT(offered("render --set width = t"), ElementsAre());
+}
+
+#ifdef MIRELON_LV2_BUNDLE
+TEST_F(CompletionInBash, QuotesTheNameOfAParameterAsTheLineNeedsIt) {
+    const std::string named = "--plugin '" MIRELON_LV2_BUNDLE "'";
+    EXPECT_THAT(offered("render " + named + " --set center"), ElementsAre("Center\\ Position="));
+    EXPECT_THAT(offered("render " + named + " --set 'center\\ p'"),
+                ElementsAre("Center\\ Position="));
+    EXPECT_THAT(offered("render " + named + " --set '\"center p'"),
+                ElementsAre("Center Position="));
+}
+#endif
+
 TEST_F(CompletionInBash, OffersFilesWhereThereAreToBeFiles) {
     EXPECT_THAT(offered("render --double t"), UnorderedElementsAre("takes", "take.wav"));
     EXPECT_THAT(offered("info t"), ElementsAre());
@@ -101,8 +135,9 @@ TEST(Completion, InZshHasTheNamesOfChecks) {
                                                   "repeatable]:CHECK:(load-twice load-time "));
 }
 
-// Asks zsh itself, as a user who presses Tab.
-TEST(Completion, InZshOffersCommandsAndOptions) {
+// What zsh itself makes of keys that a user presses, as far as `awaited` stands on the
+// line; empty: there is no zsh.
+std::string lineInZsh(const std::string& keys, const std::string& awaited) {
     const TemporaryFolder home;
     create_directory(home / "functions");
     writeFile(home / "functions/_mirelon-host", runHost({"completion", "zsh"}).output);
@@ -115,15 +150,42 @@ TEST(Completion, InZshOffersCommandsAndOptions) {
                             "' $fpath); autoload -Uz compinit; compinit -u -D; "
                             "zstyle ':completion:*' list-grouped false; echo rea''dy\"\n"
                             "while zpty -r shell line; do [[ $line == *ready* ]] && break; done\n"
-                            "zpty -n -w shell $'mirelon-host rend\\t--lou\\t'\n"
+                            "zpty -n -w shell $'" +
+                            keys +
+                            "'\n"
                             "text=; repeat 200; do zpty -r -t shell more && text+=$more; "
-                            "[[ $text == *--loudness* ]] && break; sleep 0.05; done\n"
+                            "[[ $text == *" +
+                            awaited +
+                            "* ]] && break; sleep 0.05; done\n"
                             "zpty -d shell; print -r -- $text"},
                        home.path)
             .wait();
-    if (result.status == 127 || result.status == 9)
+    EXPECT_EQ(result.errors, "");
+    return result.status == 127 || result.status == 9 ? "" : result.output;
+}
+
+TEST(Completion, InZshOffersCommandsAndOptions) {
+    const std::string line = lineInZsh("mirelon-host rend\\t--lou\\t", "--loudness");
+    if (line.empty())
         GTEST_SKIP() << "zsh is not installed";
-    EXPECT_THAT(result.output, testing::ContainsRegex("render +--loudness")) << result.errors;
+    EXPECT_THAT(line, testing::ContainsRegex("render +--loudness"));
+}
+
+TEST(Completion, InZshOffersTheParametersOfThePluginThatIsNamed) {
+    const std::string line = lineInZsh(MIRELON_HOST_PROGRAM " render --plugin " +
+                                           testPlugin("displays") + " --set dri\\t",
+                                       "Drive=");
+    if (line.empty())
+        GTEST_SKIP() << "zsh is not installed";
+    EXPECT_THAT(line, testing::HasSubstr("Drive=")) << "typed without the capital";
+}
+
+TEST(Completion, InZshOffersTheParametersOfThePluginFound) {
+    const std::string line =
+        lineInZsh(MIRELON_HOST_PROGRAM " edit --set-normalised wid\\t", "width=");
+    if (line.empty())
+        GTEST_SKIP() << "zsh is not installed";
+    EXPECT_THAT(line, testing::HasSubstr("--set-normalised width="));
 }
 
 } // namespace

@@ -51,6 +51,13 @@ TEST(Info, DescribesThePluginAsJson) {
     EXPECT_EQ(all["currentPreset"], 0);
 }
 
+TEST(Info, PrintsTheNamesOfTheParametersAloneOneOnALine) {
+    const ProgramResult result =
+        runHost({"info", "--parameter-names", "--plugin", testPlugin("displays")});
+    EXPECT_EQ(result.status, 0) << result.errors;
+    EXPECT_EQ(result.output, "Drive\nMix\nRelease\nDamping\nMode\nVoices\nPan\n");
+}
+
 TEST(Info, DescribesThePluginToPeople) {
     const ProgramResult result = runMirelon({"info"});
     EXPECT_EQ(result.status, 0);

@@ -4,6 +4,7 @@
 #include "tools/commands.h"
 #include "tools/loadedplugin.h"
 #include "tools/nearestname.h"
+#include "tools/parametervalue.h"
 #include "tools/presets.h"
 
 #include <CLI/CLI.hpp>
@@ -27,6 +28,7 @@ constexpr int reportVersion = 1;
 struct Options {
     std::string plugin;
     bool json = false;
+    bool parameterNames = false;
 };
 
 constexpr std::array<std::pair<VstAEffectFlags, const char*>, 10> flagNames{{
@@ -182,9 +184,18 @@ void print(const Json& all) {
 Run define(CLI::App& parser) {
     const auto options = std::make_shared<Options>();
     addPluginOption(parser, options->plugin);
-    parser.add_flag("--json", options->json, "Print it as JSON");
+    CLI::Option* const json = parser.add_flag("--json", options->json, "Print it as JSON");
+    parser
+        .add_flag("--parameter-names", options->parameterNames,
+                  "Print the names of its parameters alone, one on a line")
+        ->excludes(json);
     return [options] {
         LoadedPlugin plugin(options->plugin);
+        if (options->parameterNames) {
+            for (const std::string& name : parameterNames(plugin.effect))
+                std::cout << name << '\n';
+            return;
+        }
         const Json all = describe(plugin);
         if (options->json)
             std::cout << all.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
