@@ -36,7 +36,8 @@ constexpr std::array descriptions{
                 "find a plug-in of a session again by them."},
     Description{"programs-stable",
                 "Chooses every program, and numbers of none. The plug-in must be on the program "
-                "that was chosen, or stay where it was, and call it by one name."},
+                "that was chosen, or stay where it was, and call it by one name. To take a "
+                "program and give another number for it is unusual only."},
     Description{"parameter-texts-stable",
                 "Asks for the name, label and display of each parameter twice. They must end "
                 "within 128 bytes and be the same; hosts list them for automation."},
@@ -67,7 +68,8 @@ constexpr std::array descriptions{
     Description{"state-round-trip",
                 "Sets parameters, saves the state, sets others and gives the state back. Every "
                 "parameter must show again what it showed. That a state is written differently "
-                "the next time is unusual."},
+                "the next time is unusual, and so is a parameter that the state keeps in steps "
+                "and the display does not show so."},
     Description{"state-fresh-instance",
                 "Gives the saved state to a new instance, as a host that opens a session."},
     Description{"state-with-editor",
@@ -81,7 +83,8 @@ constexpr std::array descriptions{
     Description{"editor-opened-twice",
                 "Opens the editor in a host's window, closes it, and does so again. It must put "
                 "its window into the host's and take it away. An X error counts as a fault, as it "
-                "ends a host; without a window manager on the display it is unusual only."},
+                "ends a host; without a window manager on the display, and in OpenGL's own "
+                "requests where it has no graphics card, it is unusual only."},
     Description{"editor-in-two-instances",
                 "Has the editors of two instances open at a time and closes one of them."},
     Description{"editor-while-processing",

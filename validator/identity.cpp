@@ -54,15 +54,35 @@ std::string identity(const Subject& subject) {
     return one.effect.name();
 }
 
+// What a program is made of, whatever number the effect gives it.
+struct Content {
+    std::vector<float> values;
+    std::vector<std::byte> state;
+
+    explicit Content(const hosting::Effect& effect)
+        : values(parameterValues(effect)) {
+        if (effect.hasFlag(effFlagsProgramChunks))
+            state = effect.chunk();
+    }
+    bool operator==(const Content&) const = default;
+};
+
 std::string programs(const Subject& subject) {
     Instance instance(subject);
     hosting::Effect& effect = instance.effect;
     const VstInt32 count = std::min<VstInt32>(effect.record().numPrograms, 256);
+    std::string misnumbered;
     for (VstInt32 i = 0; i < count; ++i) {
         doing("setting program ", i);
+        const Content before(effect);
         effect.setProgram(i);
-        const VstIntPtr now = effect.program();
-        require(now == i, "is on program ", now, " after being set to ", i);
+        if (const VstIntPtr now = effect.program(); now != i) {
+            const std::string elsewhere = joined("is on program ", now, " after being set to ", i);
+            require(before != Content(effect), elsewhere);
+            if (misnumbered.empty())
+                misnumbered = elsewhere + ", which it took";
+            continue;
+        }
         const std::string name =
             stableText(effect, effGetProgramName, 0, generousLength, "a program's name");
         if (const auto indexed = effect.programNameAt(i))
@@ -78,6 +98,7 @@ std::string programs(const Subject& subject) {
         require(now == before || (now >= 0 && now < std::max(1, effect.record().numPrograms)),
                 "is on program ", now, " after being set to ", outside);
     }
+    expect(misnumbered.empty(), misnumbered);
     return std::to_string(effect.record().numPrograms) + " programs";
 }
 

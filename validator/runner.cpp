@@ -97,11 +97,33 @@ Verdict verdictOf(const Check& check, Verdict said, bool unusual) {
     return said == Verdict::failed && unusual ? Verdict::warned : said;
 }
 
-Result resultOf(const Check& check, const std::string& report, bool inTime, int ending, int seconds,
-                bool unusual) {
+// Where a check was when its time was up.
+enum class Progress { done, slow, stuck };
+
+// Gives a check some time more to go on to something else: one that does is slow, as on a
+// machine with other work, and no call of the effect hangs.
+Progress progressAfter(const hosting::Pipe& report, const fs::path& activityFile, int seconds,
+                       std::string& text) {
+    constexpr int patience = 5;
+    const std::string before = activityIn(activityFile);
+    const auto end = Clock::now() + std::chrono::seconds(std::min(seconds, patience));
+    while (Clock::now() < end) {
+        if (report.readUntil(Clock::now() + std::chrono::milliseconds(50), text))
+            return Progress::done;
+        if (activityIn(activityFile) != before)
+            return Progress::slow;
+    }
+    return Progress::stuck;
+}
+
+Result resultOf(const Check& check, const std::string& report, Progress progress, int ending,
+                int seconds, bool unusual) {
     Result result{&check, verdictOf(check, Verdict::failed, unusual), {}, 0.0};
-    if (!inTime) {
+    if (progress == Progress::stuck) {
         result.note = "still runs after " + std::to_string(seconds) + " s";
+    } else if (progress == Progress::slow) {
+        result.verdict = Verdict::warned;
+        result.note = "is too slow to be done in " + std::to_string(seconds) + " s";
     } else if (report.empty() || ending != 0) {
         result.note = endOf(ending);
     } else {
@@ -148,6 +170,8 @@ void judgeXErrors() {
     const std::string errors = notedXErrors();
     if (errors.empty())
         return;
+    if (areXErrorsOfSoftwareOpenGl())
+        throw Unusual(errors + "; OpenGL asked for that, which has no graphics card here");
     require(!hasWindowManager(), errors);
     throw Unusual(errors + "; there is no window manager on this display, which it may rely on");
 }
@@ -229,10 +253,13 @@ Result runInChild(const Check& check, const Subject& subject, const ScratchHome&
     close(output);
     report.closeWriter();
     std::string text;
-    const bool inTime = report.readUntil(begin + std::chrono::seconds(seconds), text);
-    if (!inTime)
+    const Progress progress = report.readUntil(begin + std::chrono::seconds(seconds), text)
+                                  ? Progress::done
+                                  : progressAfter(report, activityFile, seconds, text);
+    if (progress != Progress::done)
         child.killGroup();
-    Result result = resultOf(check, text, inTime, child.wait(), seconds, isUnusualIn(activityFile));
+    Result result =
+        resultOf(check, text, progress, child.wait(), seconds, isUnusualIn(activityFile));
     home.guard(0);
     result.seconds = std::chrono::duration<double>(Clock::now() - begin).count();
     result.activity = activityIn(activityFile);

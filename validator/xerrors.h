@@ -12,6 +12,11 @@ void noteXErrors();
 // Nothing that was noted: empty. Else the first error and the request that it is of.
 std::string notedXErrors();
 
+// Whether each error that was noted is one of OpenGL itself where it has no graphics card to
+// draw with: only then does it carry pictures to and from the display, and chooses them so
+// that the display may refuse them.
+bool areXErrorsOfSoftwareOpenGl();
+
 // Whether a window manager serves the process's display. Editors may rely on one:
 // with none, an error need not be theirs.
 bool hasWindowManager();

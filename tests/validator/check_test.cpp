@@ -355,4 +355,12 @@ TEST(CheckTimeLimit, IsTheOneAskedFor) {
     EXPECT_NE(outcome.output.find("still runs after 1 s"), std::string::npos) << outcome.output;
 }
 
+TEST(CheckTimeLimit, OnlyWarnsOfAnEffectThatIsSlowAndDoesNotHang) {
+    const Outcome outcome = run("MIRELON_DEFECT=slow-resume " + host +
+                                " check --timeout 1 --only suspend-resume-loop " + goodEffect);
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_NE(outcome.output.find("is too slow to be done in 1 s"), std::string::npos)
+        << outcome.output;
+}
+
 } // namespace

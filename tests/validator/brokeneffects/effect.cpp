@@ -2,8 +2,9 @@
 // in the one thing that the environment variable MIRELON_DEFECT names: shows
 // for each check that it can fail.
 #include "shell/vst24.h"
+#include "tests/validator/brokeneffects/defects.h"
+#include "tests/validator/brokeneffects/editor.h"
 
-#include <X11/Xlib.h>
 #include <algorithm>
 #include <array>
 #include <atomic>
@@ -13,12 +14,9 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <dlfcn.h>
 #include <fcntl.h>
 #include <limits>
 #include <mutex>
-#include <string>
-#include <string_view>
 #include <thread>
 #include <unistd.h>
 #include <vector>
@@ -31,47 +29,9 @@ TEST_EFFECT_EXPORT int leakedHelper;
 int leakedHelper = 1;
 #endif
 
+using namespace mirelon::test::brokeneffects;
+
 namespace {
-
-bool hasDefect(std::string_view name) {
-    const char* const chosen = std::getenv("MIRELON_DEFECT");
-    return chosen != nullptr && name == chosen;
-}
-
-// Whether the defect is the one of this family and number: "rate-8000", say.
-bool hasDefect(const char* family, long number) {
-    return hasDefect(family + std::to_string(number));
-}
-
-// Writes the process's number where the environment says.
-bool tellProcess() {
-    if (const char* const file = std::getenv("MIRELON_TEST_PID_FILE")) {
-        if (std::FILE* const stream = std::fopen(file, "w")) {
-            std::fprintf(stream, "%d\n", static_cast<int>(getpid()));
-            std::fclose(stream);
-        }
-    }
-    return true;
-}
-
-[[noreturn]] void crash() {
-    std::abort();
-}
-
-// Has `work` done when the process ends, for which this file stays loaded.
-void atTheEnd(void (*work)()) {
-    Dl_info here{};
-    dladdr(reinterpret_cast<void*>(&crash), &here);
-    dlopen(here.dli_fname, RTLD_NOW | RTLD_NODELETE);
-    std::atexit(work);
-}
-
-// Through a volatile pointer, or the compiler would see that it is for nothing. In the
-// place that wants it, which the validator is to name.
-[[gnu::always_inline]] inline void allocate() {
-    void* volatile memory = std::malloc(10);
-    std::free(memory);
-}
 
 constexpr int parameterCount = 3; // gain, balance, and one that does nothing
 
@@ -80,48 +40,6 @@ struct State {
     std::uint32_t owner = 0x54737445;
     std::uint32_t version = 1;
     std::array<float, parameterCount> values{};
-};
-
-// The host's rectangle and a window of its own in the host's.
-class Editor {
-  public:
-    ~Editor() { close(); }
-
-    bool open(Window parent) {
-        ++openings;
-        if ((hasDefect("second-opening") && openings == 2) ||
-            (hasDefect("fiftieth-opening") && openings == 50))
-            return false;
-        if (hasDefect("one-editor-only") && anyOpen.exchange(true))
-            crash();
-        if (hasDefect("one-window-only") && anyOpen.exchange(true))
-            return false;
-        display = XOpenDisplay(nullptr);
-        if (display == nullptr)
-            return false;
-        window = XCreateSimpleWindow(display, parent, 0, 0, 100, 50, 0, 0, 0);
-        // A window that is not to be seen yet cannot have the keyboard.
-        if (hasDefect("x-error"))
-            XSetInputFocus(display, window, RevertToParent, CurrentTime);
-        XMapWindow(display, window);
-        XSync(display, False);
-        return true;
-    }
-    void close() {
-        if (display == nullptr || hasDefect("window-stays"))
-            return;
-        XDestroyWindow(display, window);
-        XCloseDisplay(display);
-        display = nullptr;
-    }
-    bool isOpen() const { return display != nullptr; }
-
-  private:
-    static inline std::atomic<bool> anyOpen{false};
-
-    int openings = 0;
-    Display* display = nullptr;
-    Window window = 0;
 };
 
 class TestEffect {
@@ -185,6 +103,10 @@ class TestEffect {
     VstIntPtr dispatch(VstInt32 opcode, VstInt32 index, VstIntPtr value, void* ptr, float opt) {
         switch (opcode) {
         case effSetProgram:
+            if (hasDefect("program-misnumbered")) {
+                state.values[2] = value == 1 ? 1.0F : 0.0F;
+                return 0;
+            }
             if (value >= 0 && value < record.numPrograms + (hasDefect("program-beyond") ? 1 : 0) &&
                 !hasDefect("program"))
                 program = static_cast<VstInt32>(value);
@@ -242,6 +164,8 @@ class TestEffect {
                 atTheEnd([] { _exit(3); });
             if (running && hasDefect("resume-hangs") && tellProcess())
                 std::this_thread::sleep_for(std::chrono::hours(1));
+            if (running && hasDefect("slow-resume"))
+                std::this_thread::sleep_for(std::chrono::milliseconds(50));
             if (running && ++resumes == 50 && hasDefect("fiftieth-resume"))
                 poisoned = true;
             if (!running && !hasDefect("stays-poisoned"))
@@ -332,14 +256,19 @@ class TestEffect {
                                                     : 0.0F;
     }
 
+    // Of switches, which show their positions or do not.
+    static void keepSteps(State& kept) {
+        if (!hasDefect("switches") && !hasDefect("wordless-switches"))
+            return;
+        for (float& value : kept.values)
+            value = value < 0.5F ? 0.0F : 1.0F;
+    }
+
     VstIntPtr getChunk(void** data) {
         if (hasDefect("state-counts"))
             ++state.version;
         saved = state;
-        for (float& value : saved.values) {
-            if (hasDefect("switches"))
-                value = value < 0.5F ? 0.0F : 1.0F;
-        }
+        keepSteps(saved);
         saved.version += damages;
         *data = &saved;
         return hasDefect("state-empty") ? 0 : sizeof saved;
@@ -373,10 +302,7 @@ class TestEffect {
         if (hasDefect("state-editor") && editorOpen)
             return 1;
         state = saved;
-        for (float& value : state.values) {
-            if (hasDefect("switches"))
-                value = value < 0.5F ? 0.0F : 1.0F;
-        }
+        keepSteps(state);
         return 1;
     }
 

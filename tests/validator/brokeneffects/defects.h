@@ -1,0 +1,53 @@
+// The defect that the environment chooses, and what defects have in common.
+#pragma once
+
+#include <cstdio>
+#include <cstdlib>
+#include <dlfcn.h>
+#include <string>
+#include <string_view>
+#include <unistd.h>
+
+namespace mirelon::test::brokeneffects {
+
+inline bool hasDefect(std::string_view name) {
+    const char* const chosen = std::getenv("MIRELON_DEFECT");
+    return chosen != nullptr && name == chosen;
+}
+
+// Whether the defect is the one of this family and number: "rate-8000", say.
+inline bool hasDefect(const char* family, long number) {
+    return hasDefect(family + std::to_string(number));
+}
+
+// Writes the process's number where the environment says.
+inline bool tellProcess() {
+    if (const char* const file = std::getenv("MIRELON_TEST_PID_FILE")) {
+        if (std::FILE* const stream = std::fopen(file, "w")) {
+            std::fprintf(stream, "%d\n", static_cast<int>(getpid()));
+            std::fclose(stream);
+        }
+    }
+    return true;
+}
+
+[[noreturn]] inline void crash() {
+    std::abort();
+}
+
+// Has `work` done when the process ends, for which this file stays loaded.
+inline void atTheEnd(void (*work)()) {
+    Dl_info here{};
+    dladdr(reinterpret_cast<void*>(&crash), &here);
+    dlopen(here.dli_fname, RTLD_NOW | RTLD_NODELETE);
+    std::atexit(work);
+}
+
+// Through a volatile pointer, or the compiler would see that it is for nothing. In the
+// place that wants it, which the validator is to name.
+[[gnu::always_inline]] inline void allocate() {
+    void* volatile memory = std::malloc(10);
+    std::free(memory);
+}
+
+} // namespace mirelon::test::brokeneffects
