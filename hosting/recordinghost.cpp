@@ -62,24 +62,29 @@ audioMasterCallback RecordingHost::callback() const noexcept {
 }
 
 void RecordingHost::answer(VstInt32 opcode, VstIntPtr result) {
-    answer(opcode, [result](const HostCall&) { return result; });
+    Reply& reply = replyTo(opcode);
+    reply.number.store(result);
+    reply.function.store(nullptr);
 }
 
 void RecordingHost::answer(VstInt32 opcode, Answer function) {
+    Reply& reply = replyTo(opcode);
     const std::lock_guard lock(access);
-    answers[opcode] = std::move(function);
+    reply.function.store(&functions.emplace_front(std::move(function)));
 }
 
 VstIntPtr RecordingHost::receive(const HostCall& call) {
-    Answer function;
-    {
+    if (recording == Recording::on) {
         const std::lock_guard lock(access);
-        if (recording == Recording::on)
-            recorded.push_back(call);
-        if (const auto found = answers.find(call.opcode); found != answers.end())
-            function = found->second;
+        recorded.push_back(call);
     }
-    return function ? function(call) : 0;
+    // Negative numbers become large ones.
+    const auto place = static_cast<std::size_t>(call.opcode);
+    if (place >= replies.size())
+        return 0;
+    const Reply& reply = replies[place];
+    const Answer* const function = reply.function.load();
+    return function != nullptr ? (*function)(call) : reply.number.load();
 }
 
 std::vector<HostCall> RecordingHost::calls() const {

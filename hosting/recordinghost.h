@@ -3,9 +3,11 @@
 
 #include "shell/vst24.h"
 
+#include <array>
+#include <atomic>
 #include <cstddef>
+#include <forward_list>
 #include <functional>
-#include <map>
 #include <mutex>
 #include <thread>
 #include <utility>
@@ -37,7 +39,8 @@ class RecordingHost {
   public:
     using Answer = std::function<VstIntPtr(const HostCall&)>;
 
-    // `Recording::off` keeps no calls, for hosts that run for hours. Throws
+    // `Recording::off` keeps no calls, for hosts that run for hours, and answers without
+    // a lock and without allocating, as calls may come on the audio thread. Throws
     // std::runtime_error when more than `mostHosts` exist at a time.
     explicit RecordingHost(Recording recording = Recording::on);
     ~RecordingHost();
@@ -49,7 +52,9 @@ class RecordingHost {
     audioMasterCallback callback() const noexcept;
 
     // What to answer to `opcode` from now on: a number, or the result of a
-    // function that runs on the calling thread and may call the effect again.
+    // function that runs on the calling thread and may call the effect again. A function
+    // lives as long as the host, even when another answer has taken its place. Throws
+    // std::out_of_range for what is no opcode.
     void answer(VstInt32 opcode, VstIntPtr result);
     void answer(VstInt32 opcode, Answer function);
 
@@ -66,10 +71,19 @@ class RecordingHost {
     static audioMasterCallback trampolineOf(std::size_t slot, std::index_sequence<Slots...>);
     VstIntPtr receive(const HostCall& call);
 
+    // The function's result, or the number where there is none.
+    struct Reply {
+        std::atomic<const Answer*> function{nullptr};
+        std::atomic<VstIntPtr> number{0};
+    };
+    static constexpr std::size_t opcodes = audioMasterGetInputSpeakerArrangement + 1;
+    Reply& replyTo(VstInt32 opcode) { return replies.at(static_cast<std::size_t>(opcode)); }
+
     std::size_t slot;
     Recording recording;
-    mutable std::mutex access;
-    std::map<VstInt32, Answer> answers;
+    std::array<Reply, opcodes> replies;
+    mutable std::mutex access; // to what follows
+    std::forward_list<Answer> functions;
     std::vector<HostCall> recorded;
 };
 

@@ -1,9 +1,28 @@
 #include "hosting/recordinghost.h"
 
+#include "tests/support/allocations.h"
+
+#include <array>
+#include <climits>
 #include <gmock/gmock.h>
 #include <memory>
+#include <pthread.h>
 #include <stdexcept>
+#include <string>
 #include <thread>
+
+namespace {
+thread_local int locksTaken = 0;
+} // namespace
+
+// The linker leads the calls of this program's own code here.
+// NOLINTBEGIN(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
+extern "C" int __real_pthread_mutex_lock(pthread_mutex_t* mutex);
+extern "C" int __wrap_pthread_mutex_lock(pthread_mutex_t* mutex) {
+    ++locksTaken;
+    return __real_pthread_mutex_lock(mutex);
+}
+// NOLINTEND(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
 
 namespace mirelon::hosting {
 namespace {
@@ -80,6 +99,49 @@ TEST(RecordingHost, CanDoWithoutRecording) {
     EXPECT_TRUE(host.calls().empty());
 }
 
+TEST(RecordingHost, WithoutRecordingNeitherLocksNorAllocatesInACall) {
+    RecordingHost host(Recording::off);
+    const std::array<VstIntPtr, 6> large{1, 2, 3, 4, 5, 6};
+    host.answer(audioMasterGetTime, [large](const HostCall&) { return large.back(); });
+    const int locks = locksTaken;
+    const long allocations = test::allocationsMade();
+    for (const VstInt32 opcode : {audioMasterGetTime, audioMasterVersion, audioMasterAutomate})
+        call(host, opcode);
+    EXPECT_EQ(locksTaken, locks);
+    EXPECT_EQ(test::allocationsMade(), allocations);
+    host.calls();
+    EXPECT_EQ(locksTaken, locks + 1) << "locks are not counted";
+}
+
+TEST(RecordingHost, AnswersZeroToWhatIsNoOpcodeAndTakesNoAnswerForIt) {
+    RecordingHost host;
+    for (const VstInt32 opcode : {-1, 50, INT_MAX, INT_MIN}) {
+        EXPECT_EQ(call(host, opcode), 0);
+        EXPECT_THROW(host.answer(opcode, 1), std::out_of_range);
+    }
+    EXPECT_EQ(host.calls().size(), 4U);
+}
+
+TEST(RecordingHost, ANumberTakesTheFunctionsPlaceAndTheFunctionTheNumbers) {
+    RecordingHost host;
+    host.answer(audioMasterIdle, [](const HostCall&) { return 1; });
+    host.answer(audioMasterIdle, 2);
+    EXPECT_EQ(call(host, audioMasterIdle), 2);
+    host.answer(audioMasterIdle, [](const HostCall&) { return 3; });
+    EXPECT_EQ(call(host, audioMasterIdle), 3);
+}
+
+TEST(RecordingHost, AnAnswerMayReplaceItself) {
+    RecordingHost host;
+    const std::string kept = "a text that is too long to lie in the function itself";
+    host.answer(audioMasterIdle, [&host, kept](const HostCall&) {
+        host.answer(audioMasterIdle, 7);
+        return static_cast<VstIntPtr>(kept.size());
+    });
+    EXPECT_EQ(call(host, audioMasterIdle), static_cast<VstIntPtr>(kept.size()));
+    EXPECT_EQ(call(host, audioMasterIdle), 7);
+}
+
 TEST(RecordingHost, ManyLiveSideBySideAndTheirPlacesAreUsedAgain) {
     for (int round = 0; round < 2; ++round) {
         std::vector<std::unique_ptr<RecordingHost>> hosts;
@@ -105,8 +167,10 @@ TEST(RecordingHost, TakesCallsOfManyThreads) {
                 call(host, audioMasterGetTime);
         });
     }
-    for (int n = 0; n < callCount; ++n)
+    for (int n = 0; n < callCount; n += 2) {
         host.answer(audioMasterGetTime, n);
+        host.answer(audioMasterGetTime, [n](const HostCall&) { return n; });
+    }
     for (std::thread& thread : threads)
         thread.join();
     EXPECT_EQ(host.count(audioMasterGetTime), std::size_t{threadCount} * callCount);
