@@ -1,5 +1,6 @@
 #include "editor/myframe.h"
 
+#include "editor/parameterslider.h"
 #include "platform/runloop.h"
 #include "platform/toolkitconnection.h"
 
@@ -9,9 +10,18 @@ using namespace VSTGUI;
 
 namespace {
 
-const CColor ringColor(24, 128, 146, 255);
+const CColor ringColor(20, 97, 109, 255);
 const CColor selectionColor(126, 214, 226, 255);
 constexpr CCoord ringWidth = 2;
+
+// What the ring goes around. The words above and below a slider are close to it, so
+// that there the ring stands on the slider's own edges.
+CRect ringedArea(const CView& view) {
+    CRect area(view.getViewSize());
+    if (dynamic_cast<const ParameterSlider*>(&view) != nullptr)
+        area.inset(0, ringWidth);
+    return area;
+}
 
 bool isTab(const KeyboardEvent& event) {
     return event.type == EventType::KeyDown && event.virt == VirtualKey::Tab &&
@@ -216,7 +226,7 @@ void MyFrame::drawRect(CDrawContext* context, const CRect& updateRect) {
     if (!ringShown || view == nullptr || getModalView() != nullptr)
         return;
     // In pixels of the screen, so that all four sides are equally wide and sharp.
-    CRect inner(view->getViewSize());
+    CRect inner(ringedArea(*view));
     getTransform().transform(inner);
     inner.makeIntegral();
     const CCoord width = std::round(ringWidth * getZoom());

@@ -5,7 +5,9 @@
 #include "tests/editor/presetmenu.h"
 
 #include <X11/keysym.h>
+#include <cmath>
 #include <gtest/gtest.h>
+#include <vector>
 
 using namespace mirelon::test;
 using namespace std::chrono_literals;
@@ -13,7 +15,7 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr Position beside{20, 280}; // nothing is there
-constexpr std::uint32_t ringColor = 0x188092;
+constexpr std::uint32_t ringColor = 0x14616D;
 
 class EditorKeys : public testing::TestWithParam<Drive> {
   protected:
@@ -177,12 +179,40 @@ TEST_P(EditorKeys, AreWhereTheRingIsAtEveryScale) {
         const auto at = [&](double x, double y) {
             return with.at(static_cast<int>(x * scaled.scale), static_cast<int>(y * scaled.scale));
         };
-        for (const auto& [x, y] : {std::pair{62.0, 60.0}, {240.0, 60.0}, {150.0, 50.0}})
+        for (const auto& [x, y] : {std::pair{62.0, 60.0}, {240.0, 60.0}, {150.0, 52.0}})
             EXPECT_EQ(at(x, y), ringColor) << scale << ' ' << x;
         for (int control = toFirstSlider; control < toRocker; ++control)
             scaled.key(XK_Tab);
         scaled.key(XK_Escape);
         EXPECT_EQ(scaled.pixels(), without) << scale;
+    }
+}
+
+TEST_P(EditorKeys, RingASliderWithoutTouchingTheWordsAboveAndBelow) {
+    constexpr int baseLines[] = {50, 82, 114, 146, 178, 210, 242};
+    constexpr int height = 7;
+    for (const char* scale : {"1", "1.25", "1.5", "1.75", "2", "2.5", "3"}) {
+        setenv("MIRELON_SCALE", scale, 1);
+        EditorHost scaled(GetParam());
+        scaled.open();
+        unsetenv("MIRELON_SCALE");
+        scaled.moveTo(beside.x, beside.y);
+        const auto words = [&] {
+            const Pixels all = scaled.pixels();
+            const auto upTo = [&](int length) {
+                return static_cast<int>(std::ceil(length * scaled.scale));
+            };
+            const auto from = [&](int length) { return static_cast<int>(length * scaled.scale); };
+            std::vector<Pixels> rows;
+            for (const int base : baseLines)
+                rows.push_back(all.part(from(52), from(base - height), upTo(250), upTo(base)));
+            return rows;
+        };
+        const auto without = words();
+        for (const SliderPlace& slider : sliderPlaces) {
+            scaled.key(XK_Tab);
+            EXPECT_TRUE(words() == without) << scale << ' ' << slider.parameter;
+        }
     }
 }
 
