@@ -1,0 +1,45 @@
+"""The rooms of the project: the folders that have tests of their own. CMake says which
+sources and which test programs there are; their folders say whose they are."""
+from pathlib import Path
+
+SOURCES = (".cpp", ".h")
+
+
+class Rooms:
+    def __init__(self, root, wanted=()):
+        """Those of the names that are wanted, or all that there are."""
+        self.root = root
+        tests = root / "tests"
+        self.all = sorted(
+            str(lists.parent.relative_to(tests))
+            for lists in tests.rglob("CMakeLists.txt")
+            if lists.parent != tests and any((root / lists.parent.relative_to(tests)).glob("*.cpp"))
+        )
+        unknown = set(wanted) - set(self.all)
+        if unknown:
+            raise SystemExit(f"mutation: no room {', '.join(sorted(unknown))}; there are {', '.join(self.all)}")
+        self.wanted = set(wanted) or set(self.all)
+
+    def holding(self, file):
+        """The innermost room that a file below the root is in, or nothing."""
+        return max((room for room in self.all if file.startswith(room + "/")), key=len, default="")
+
+    def of(self, file):
+        """As above, of the rooms that are wanted."""
+        room = self.holding(file)
+        return room if room in self.wanted else ""
+
+    def of_path(self, path):
+        path = Path(path)
+        return self.of(str(path.relative_to(self.root))) if path.is_relative_to(self.root) else ""
+
+    def headers(self):
+        for room in {room.split("/")[0] for room in self.all}:
+            yield from (self.root / room).rglob("*.h")
+
+    def of_test(self, program, build):
+        """The room that a test program is built for."""
+        path = Path(program)
+        if not path.is_relative_to(build / "tests"):
+            return None
+        return self.holding(str(path.relative_to(build / "tests")))
