@@ -25,10 +25,9 @@ REFUSED = 125
 
 
 class Outcome:
-    def __init__(self, code, seconds, output):
+    def __init__(self, code, seconds):
         self.code = code  # None: it took too long
         self.seconds = seconds
-        self.output = output
 
     @property
     def good(self):
@@ -51,22 +50,24 @@ def run(command, folder, limit, mutant=0, reached=None):
             (scratch / "reached").chmod(0o666)
             settings.append("MUTANTS_REACHED=/tmp/reached")
         began = time.monotonic()
+        told = (scratch / "output").open("wb")
         process = subprocess.Popen(
             ["nice", "-n", "10", "unshare", *([] if os.geteuid() == 0 else ["--user", "--map-root-user"]),
              "--pid", "--mount", "--net", "--ipc", "--fork", "--kill-child", "--mount-proc",
              "env", "-u", "DISPLAY", *settings, "sh", "-c", WORLD, "world", str(scratch), str(folder), *command],
-            stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, start_new_session=True,
+            stdin=subprocess.DEVNULL, stdout=told, stderr=subprocess.STDOUT, start_new_session=True,
         )
+        told.close()
         try:
-            output, _ = process.communicate(timeout=limit)
-            code = process.returncode
+            code = process.wait(limit)
         except subprocess.TimeoutExpired:
             process.kill()
-            output, _ = process.communicate()
+            process.wait()
             code = None
         if code == REFUSED:
-            raise SystemExit("mutation: cannot make a world of its own for a test:\n" + output.decode(errors="replace"))
-        outcome = Outcome(code, time.monotonic() - began, output.decode(errors="replace"))
+            why = (scratch / "output").read_text(errors="replace")
+            raise SystemExit(f"mutation: cannot make a world of its own for a test:\n{why}")
+        outcome = Outcome(code, time.monotonic() - began)
         found = (scratch / "reached").read_bytes() if reached else b""
         return outcome, {n for n, byte in enumerate(found) if byte}
     finally:
