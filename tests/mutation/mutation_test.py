@@ -1,10 +1,12 @@
 #!/usr/bin/env python3
 """scripts/mutate rooms on a small project, whose tests notice some changes and miss others."""
+import json
 import os
 import subprocess
 import sys
 import tempfile
 import unittest
+import unittest.mock
 from pathlib import Path
 
 sys.dont_write_bytecode = True
@@ -14,7 +16,7 @@ sys.path.insert(0, str(TOOL))
 import equivalents
 import sampling
 import schemata
-from places import Place, ordered
+from places import Place, built_plugin, ordered, search
 from rooms import Rooms
 
 PROJECT = {
@@ -151,6 +153,95 @@ class SmallProject(unittest.TestCase):
         self.assertEqual(row and row[1], "3", run.stdout + run.stderr)
 
 
+class Finding(unittest.TestCase):
+    """What the syntax tree of a few lines is found to hold."""
+
+    def found(self, source):
+        with tempfile.TemporaryDirectory(dir=Path.cwd()) as folder:
+            root = Path(folder).resolve()
+            file = root / "a/a.cpp"
+            file.parent.mkdir()
+            file.write_text(source)
+            entry = {"file": str(file), "directory": folder, "command": f"c++ -std=c++20 -o a.o -c {file}"}
+            output = root / "places"
+            run = search(built_plugin(), root, entry, output)
+            self.assertEqual(run.returncode, 0, run.stderr)
+            return [json.loads(line) for line in output.read_text().splitlines()]
+
+    def changes(self, source):
+        return sorted((p["kind"], p["change"]) for p in self.found(source) if "left" not in p)
+
+    def left(self, source):
+        return {p["left"] for p in self.found(source) if "left" in p}
+
+    def test_a_call_and_an_assignment_may_be_left_out(self):
+        self.assertEqual(
+            self.changes("int f(); int g; void h(int i) { f(); g = i; }"),
+            [("assignment", "left out"), ("call", "f left out")],
+        )
+
+    def test_a_call_whose_value_is_taken_stays(self):
+        self.assertEqual(self.changes("int f(); void h() { int g = f(); (void)g; }"), [])
+
+    def test_arguments_of_one_type_are_swapped_and_others_not(self):
+        self.assertEqual(
+            self.changes("int f(int, int, char*); int g(int a, int b, char* c) { int r = f(a, b, c); return r; }"),
+            [("arguments", "f 1 and 2"), ("return", "-> empty")],
+        )
+
+    def test_a_text_is_emptied_and_changed(self):
+        self.assertEqual(
+            self.changes('void f(const char*); void (*p)(const char*) = f; const char* g() { const char* t = "abc"; '
+                         'p(t); return nullptr; }'),
+            [("call", "p left out"), ("constant", "text -> empty"), ("constant", "text -> other")],
+        )
+
+    def test_a_loop_may_be_left_at_once_but_does_not_go_on_for_ever(self):
+        self.assertEqual(self.changes("bool f(); void g() { while (f()) {} }"), [("branch", "never")])
+
+    def test_a_constant_is_changed_where_it_is_read(self):
+        self.assertEqual(
+            self.changes("constexpr int size = 4; int f(int i) { int r = i; r += size; return r; }"),
+            [("assignment", "left out"), ("constant", "size -> + 1"), ("operator", "+= -> -="),
+             ("return", "-> empty")],
+        )
+
+    def test_what_the_compiler_computes_is_left_out(self):
+        source = "constexpr int size = 4; static_assert(size == 2 + 2); enum E { one = 1 };"
+        self.assertEqual(self.changes(source), [])
+        self.assertEqual(self.left(source), {"constant", "constant expression"})
+
+    def test_array_bounds_and_labels_are_left_out(self):
+        source = "int a[3]; void f(int i) { switch (i) { case 2: break; } int b[2 + 2]; (void)b; }"
+        self.assertEqual(self.changes(source), [])
+
+    def test_what_a_macro_makes_is_left_out(self):
+        source = "#define ADD(a, b) (a + b)\nint f(int i) { int r = ADD(i, 5); return r; }"
+        self.assertEqual(self.changes(source), [("return", "-> empty")])
+        self.assertEqual(self.left(source), {"in a macro"})
+
+    def test_the_arguments_of_what_ends_processes_are_left_out(self):
+        source = 'extern "C" int kill(int, int); void f(int p) { kill(p + 1, 9); }'
+        self.assertEqual(self.changes(source), [])
+        self.assertEqual(self.left(source), {"ends or starts processes"})
+
+    def test_a_function_that_makes_processes_is_left_out(self):
+        source = 'extern "C" int fork(); void f(int n) { while (n > 0) { --n; fork(); } }'
+        self.assertEqual(self.changes(source), [])
+        self.assertEqual(self.left(source), {"makes processes"})
+
+    def test_templates_are_changed_as_they_are_written(self):
+        source = "template <class T> bool f(T a, T b) { return a < b; } bool g = f(1, 2) || f(1.0, 2.0);"
+        self.assertEqual(
+            [c for c in self.changes(source) if c[1] == "< -> <="], [("operator", "< -> <=")]
+        )
+
+    def test_a_place_has_the_name_of_its_function_also_in_a_lambda(self):
+        source = "namespace n { struct S { int f(int i) { auto g = [](int k) { return k - i0; }; return g(i); } " \
+                 "static int i0; }; }"
+        self.assertEqual({p["function"] for p in self.found(source)}, {"n::S::f"})
+
+
 def place(begin, end, number, before="(on(\1) ? x : ", kind="operator", inner=None):
     return Place("a.cpp", begin, end, inner or (begin, end), 1, "f", kind, "a -> b",
                  before.replace("on(", "::mutation::on("), ")", number=number)
@@ -243,6 +334,4 @@ class RoomNames(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    import unittest.mock
-
     unittest.main()
