@@ -1,5 +1,6 @@
 """The rooms of the project: the folders that have tests of their own. CMake says which
 sources and which test programs there are; their folders say whose they are."""
+import re
 from pathlib import Path
 
 SOURCES = (".cpp", ".h")
@@ -36,6 +37,18 @@ class Rooms:
     def headers(self):
         for room in {room.split("/")[0] for room in self.all}:
             yield from (self.root / room).rglob("*.h")
+
+    def test_targets(self, database):
+        """What CMake makes of the sources in the tests of the rooms that are wanted."""
+        targets = set()
+        for entry in database:
+            path = Path(entry["file"])
+            if not path.is_relative_to(self.root / "tests"):
+                continue
+            target = re.search(r" -o (\S*)/CMakeFiles/([\w.-]+)\.dir/", entry["command"])
+            if target and self.of(target[1].removeprefix("tests/") + "/"):
+                targets.add(target[2])
+        return sorted(targets)
 
     def of_test(self, program, build):
         """The room that a test program is built for."""

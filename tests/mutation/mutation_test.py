@@ -332,6 +332,19 @@ class RoomNames(unittest.TestCase):
             self.assertEqual(rooms.of("c/z.cpp"), "")
             self.assertEqual(Rooms(root, ["a"]).of("a/b/y.cpp"), "")
 
+    def test_what_is_made_of_the_tests_of_a_room_is_known_by_its_folder(self):
+        with tempfile.TemporaryDirectory() as folder:
+            root = Path(folder)
+            for path in ("a/x.cpp", "b/y.cpp", "tests/a/CMakeLists.txt", "tests/b/CMakeLists.txt"):
+                (root / path).parent.mkdir(parents=True, exist_ok=True)
+                (root / path).write_text("")
+            database = [
+                {"file": str(root / "tests" / room / "t.cpp"),
+                 "command": f"c++ -o tests/{room}/CMakeFiles/{room}_test.dir/t.cpp.o -c t.cpp"}
+                for room in ("a", "b")
+            ]
+            self.assertEqual(Rooms(root, ["a"]).test_targets(database), ["a_test"])
+
 
 if __name__ == "__main__":
     unittest.main()
