@@ -58,4 +58,9 @@ LoadedPlugin::LoadedPlugin(const std::string& given)
     , host(hosting::Recording::off)
     , effect(*module, host) {}
 
+void LoadedPlugin::announce(int rate, VstIntPtr blockFrames) {
+    host.answer(audioMasterGetSampleRate, rate);
+    host.answer(audioMasterGetBlockSize, blockFrames);
+}
+
 } // namespace mirelon::tools

@@ -19,6 +19,10 @@ struct LoadedPlugin {
     // `given` as for pluginFile. Throws CommandError or hosting::HostingError.
     explicit LoadedPlugin(const std::string& given);
 
+    // What the host says from now on to an effect that asks: the rate in Hz and the block
+    // size that the effect is to be told next.
+    void announce(int rate, VstIntPtr blockFrames);
+
     std::unique_ptr<const hosting::PluginModule> module;
     hosting::RecordingHost host;
     hosting::Effect effect;

@@ -46,8 +46,7 @@ RenderPass::RenderPass(const RenderOptions& options)
                            std::to_string(record.numOutputs) + " outputs, two of each are needed");
     if (useDouble && !plugin.effect.hasFlag(effFlagsCanDoubleReplacing))
         throw CommandError(name + ": does not process in double precision");
-    plugin.host.answer(audioMasterGetSampleRate, reader.sampleRate());
-    plugin.host.answer(audioMasterGetBlockSize, options.block);
+    plugin.announce(reader.sampleRate(), options.block);
     plugin.effect.setSampleRate(static_cast<float>(reader.sampleRate()));
     plugin.effect.setBlockSize(options.block);
     plugin.effect.setPrecision(useDouble ? kVstProcessPrecision64 : kVstProcessPrecision32);

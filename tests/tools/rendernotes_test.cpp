@@ -1,11 +1,13 @@
-// mirelon-host render: what an effect is told and given.
+// mirelon-host render and plot: what an effect is told and given.
 #include "tests/support/temporaryfolder.h"
 #include "tests/tools/hostprogram.h"
 #include "tests/tools/soundfile.h"
 
+#include <filesystem>
 #include <gmock/gmock.h>
 #include <sndfile.h>
 #include <sstream>
+#include <utility>
 
 namespace mirelon::test {
 namespace {
@@ -14,12 +16,18 @@ using testing::ElementsAre;
 
 class RenderNotes : public testing::Test {
   protected:
-    // What the effect has noted of a run over 100 frames.
+    // What the effect has noted of a render of 100 frames.
     std::vector<std::string> notesOf(std::vector<std::string> options) const {
+        options.emplace_back("--overwrite");
+        return notesOf("render", "out.wav", std::move(options));
+    }
+    // The same of a command that makes a file of the input.
+    std::vector<std::string> notesOf(const std::string& command, const std::string& output,
+                                     std::vector<std::string> options) const {
         writeSound(folder / "in.wav",
                    stereoNoise(SF_FORMAT_WAV | SF_FORMAT_DOUBLE, 100, 24, 48000));
-        options.insert(options.begin(), {"render", folder / "in.wav", folder / "out.wav",
-                                         "--overwrite", "--plugin", testPlugin("notes")});
+        options.insert(options.begin(), {command, folder / "in.wav", folder / output, "--plugin",
+                                         testPlugin("notes")});
         const ProgramResult result =
             RunningProgram(MIRELON_HOST_PROGRAM, options, folder.path,
                            {{"MIRELON_TEST_NOTES", (folder / "notes").string()}})
@@ -53,6 +61,30 @@ TEST_F(RenderNotes, DoublePrecisionIsToldAndGiven) {
                             "process 100 frames of 64 bits",
                             "process 100 frames of 64 bits, silent",
                             "suspend, the host says 48000 Hz, blocks of 128"));
+}
+
+// Once for the extent of the picture and once for what is in it.
+TEST_F(RenderNotes, APlotTellsTheSameAndGivesTheSoundTwice) {
+    for (const bool useDouble : {false, true}) {
+        std::vector<std::string> options{"--block", "64"};
+        if (useDouble)
+            options.emplace_back("--double");
+        const auto told = notesOf("plot", "out.png", options);
+        std::filesystem::remove(folder / "notes");
+        const std::vector<std::string> format{"sample rate 48000.0", "block size 64",
+                                              useDouble ? "precision 1" : "precision 0"};
+        const std::string ofBits = useDouble ? " frames of 64 bits" : " frames of 32 bits";
+        const std::vector<std::string> sound{"resume, the host says 48000 Hz, blocks of 64",
+                                             "process 64" + ofBits,
+                                             "process 36" + ofBits,
+                                             "process 64" + ofBits + ", silent",
+                                             "process 36" + ofBits + ", silent",
+                                             "suspend, the host says 48000 Hz, blocks of 64"};
+        std::vector<std::string> expected;
+        for (const auto* const part : {&format, &format, &sound, &sound})
+            expected.insert(expected.end(), part->begin(), part->end());
+        EXPECT_EQ(told, expected);
+    }
 }
 
 } // namespace

@@ -21,6 +21,9 @@ namespace mirelon::tools {
 // Every operation but fill is one thread's, and takes effect with the next block.
 class Player : public AudioSource {
   public:
+    // What the effect is told, and never given more of.
+    static constexpr std::size_t blockFrames = 512;
+
     // `effect` may have any number of channels; it must outlive the player, and
     // nobody else may process with it meanwhile. The file is played from its begin,
     // over and over.
@@ -58,7 +61,6 @@ class Player : public AudioSource {
     void fill(std::span<float> heard, std::span<const float> recorded) noexcept override;
 
   private:
-    static constexpr std::size_t blockFrames = 512;
     // One block of both signals, for the thread that measures.
     struct Heard {
         std::array<std::array<float, blockFrames>, 2> original;

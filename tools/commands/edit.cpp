@@ -58,12 +58,23 @@ std::unique_ptr<AudioDevice> deviceFor(const Options& options) {
                                        options.input ? Recorded::input : Recorded::nothing);
 }
 
+// Through the plug-in, whose host says of the sound what the player does.
+std::unique_ptr<Player> playerOf(const Options& options, LoadedPlugin& plugin,
+                                 const AudioDevice& device) {
+    if (options.input) {
+        const int rate = device.usualRate();
+        plugin.announce(rate, Player::blockFrames);
+        return std::make_unique<Player>(plugin.effect, rate);
+    }
+    Material file = readMaterial(options.file);
+    plugin.announce(file.rate, Player::blockFrames);
+    return std::make_unique<Player>(plugin.effect, std::move(file));
+}
+
 // The editor with sound running through the plug-in, and keys in window and terminal.
 void play(const Options& options, LoadedPlugin& plugin, hosting::EditorWindow& editor,
           std::unique_ptr<AudioDevice> device) {
-    std::unique_ptr<Player> player =
-        options.input ? std::make_unique<Player>(plugin.effect, device->usualRate())
-                      : std::make_unique<Player>(plugin.effect, readMaterial(options.file));
+    const std::unique_ptr<Player> player = playerOf(options, plugin, *device);
     player->loop(!options.once);
     PlayerSession session(*player);
 

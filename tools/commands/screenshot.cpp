@@ -59,7 +59,9 @@ void screenshot(const Options& options) {
     std::optional<Player> player;
     SilentDevice clock;
     if (!options.input.empty()) {
-        player.emplace(effect, readMaterial(options.input));
+        Material file = readMaterial(options.input);
+        plugin->announce(file.rate, Player::blockFrames);
+        player.emplace(effect, std::move(file));
         clock.start(*player, player->rate());
         editor->runFor(listeningTime);
     }

@@ -1,6 +1,6 @@
 // An effect that writes down what its host tells it and gives it to process, a line
 // each, in the file that MIRELON_TEST_NOTES names. Both precisions; its latency is
-// 100 frames.
+// 100 frames; its editor leaves the host's window as it is.
 #include "tests/hosting/plugins/effectrecord.h"
 
 #include <algorithm>
@@ -45,8 +45,8 @@ void process(AEffect* /*effect*/, Sample** inputs, Sample** outputs, VstInt32 fr
          silent ? ", silent" : "");
 }
 
-VstIntPtr dispatch(AEffect* effect, VstInt32 opcode, VstInt32 /*index*/, VstIntPtr value,
-                   void* /*ptr*/, float opt) {
+VstIntPtr dispatch(AEffect* effect, VstInt32 opcode, VstInt32 /*index*/, VstIntPtr value, void* ptr,
+                   float opt) {
     auto* const self = static_cast<Notes*>(effect->object);
     const auto ask = [self](VstInt32 question) {
         return static_cast<long>(self->host(&self->record, question, 0, 0, nullptr, 0.0F));
@@ -68,6 +68,13 @@ VstIntPtr dispatch(AEffect* effect, VstInt32 opcode, VstInt32 /*index*/, VstIntP
         note("%s, the host says %ld Hz, blocks of %ld", value != 0 ? "resume" : "suspend",
              ask(audioMasterGetSampleRate), ask(audioMasterGetBlockSize));
         return 0;
+    case effEditGetRect: {
+        static ERect size{0, 0, 50, 100};
+        *static_cast<ERect**>(ptr) = &size;
+        return 1;
+    }
+    case effEditOpen:
+        return 1;
     default:
         return 0;
     }
@@ -82,7 +89,7 @@ TEST_PLUGIN_EXPORT AEffect* VSTPluginMain(audioMasterCallback host) {
     record.dispatcher = dispatch;
     record.processReplacing = process<float>;
     record.processDoubleReplacing = process<double>;
-    record.flags |= effFlagsCanDoubleReplacing;
+    record.flags |= effFlagsCanDoubleReplacing | effFlagsHasEditor;
     record.initialDelay = latency;
     return &record;
 }
