@@ -5,6 +5,7 @@
 #include <X11/keysym.h>
 #include <cstdlib>
 #include <thread>
+#include <utility>
 
 void mirelon::hosting::PrintTo(Drive drive, std::ostream* out) {
     *out << (drive == Drive::hostIdle ? "HostIdle" : drive == Drive::glib ? "Glib" : "Both");
@@ -79,6 +80,23 @@ bool EditorHost::runUntil(const std::function<bool()>& reached) {
         std::this_thread::sleep_for(4ms);
     }
     return true;
+}
+
+bool EditorHost::runUntilStill(const Pixels& before) {
+    constexpr int enough = 15; // several steps of a menu's fading
+    Pixels last = before;
+    bool changed = false;
+    int turns = 0;
+    return runUntil([&] {
+        Pixels now = window->pixels();
+        ++turns;
+        if (now != last) {
+            changed = true;
+            turns = 0;
+            last = std::move(now);
+        }
+        return changed && turns >= enough;
+    });
 }
 
 void EditorHost::moveTo(double x, double y) {

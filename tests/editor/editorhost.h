@@ -35,6 +35,10 @@ class EditorHost {
     void run(std::chrono::milliseconds time = std::chrono::milliseconds(60));
     // Runs until `reached` or for ten seconds; answers whether it was reached.
     bool runUntil(const std::function<bool()>& reached);
+    // Runs until the window shows something else than `before` and has come to rest: a
+    // menu fades in and out. Rest is counted in turns of the loop, in each of which the
+    // window may draw, and not by the clock.
+    bool runUntilStill(const Pixels& before);
 
     // Positions are in the editor's own pixels at scale 1.
     void moveTo(double x, double y);

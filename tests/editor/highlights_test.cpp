@@ -89,9 +89,10 @@ TEST_F(Highlights, ALetterGoesDarkForAnotherNameAndAnotherPreset) {
 }
 
 TEST_F(Highlights, ALetterIsLitWhenTheWindowOpens) {
+    const Pixels dark = shown(areaOfA);
     editor.click(storeA.x, storeA.y);
     editor.moveTo(nowhere.x, nowhere.y);
-    editor.run(200ms);
+    ASSERT_TRUE(changes(areaOfA, dark));
     const Pixels lit = shown(areaOfA);
     editor.close();
     editor.open();
@@ -101,25 +102,29 @@ TEST_F(Highlights, ALetterIsLitWhenTheWindowOpens) {
 TEST_F(Highlights, ALetterLightsWhenAnotherInstanceStores) {
     mirelon::hosting::RecordingHost host;
     mirelon::hosting::Effect other(EditorHost::module(), host);
-    XWindow place(editorWidth, editorHeight);
     const Pixels dark = shown(areaOfA);
+    XWindow place(editorWidth, editorHeight); // in front of the other
     other.dispatch(effEditOpen, 0, 0, place.asParent());
-    editor.run(200ms);
+    const auto letterThere = [&] {
+        return place.pixels().part(areaOfA.left, areaOfA.top, areaOfA.right, areaOfA.bottom);
+    };
+    ASSERT_TRUE(editor.runUntil([&] { return letterThere() == dark; }));
     place.moveTo(storeA.x, storeA.y);
-    editor.run(100ms);
     place.press();
-    editor.run(100ms);
     place.release();
-    editor.run(200ms);
+    ASSERT_TRUE(editor.runUntil([&] { return letterThere() != dark; }));
     other.dispatch(effEditClose);
     place.destroy();
     EXPECT_TRUE(changes(areaOfA, dark));
 }
 
 TEST_F(Highlights, ALetterIsAllThatIsDrawnWhenItLights) {
+    constexpr Area titleText{titleTextLeft, 0, titleTextRight, titleHeight};
+    const Pixels silent = shown(titleText);
     editor.click(storeA.x, storeA.y);
     editor.moveTo(nowhere.x, nowhere.y);
-    editor.run(6s); // the message is over
+    ASSERT_TRUE(changes(titleText, silent));
+    ASSERT_TRUE(comesToShow(titleText, silent)); // the message is over
     std::string name("renamed");
     WindowDamage drawn(*editor.window);
     editor.effect->dispatch(effSetProgramName, 0, 0, name.data());
@@ -162,8 +167,9 @@ TEST_F(Highlights, WhatDoesNothingWithoutProcessingIsDimmedMeanwhile) {
 }
 
 TEST_F(Highlights, WhatIsDimmedIsSoWhenTheWindowOpensAndAnswersAllTheSame) {
+    const Pixels before = editor.pixels();
     editor.effect->setParameter(5, 0.0F);
-    editor.run(200ms);
+    ASSERT_TRUE(editor.runUntilStill(before));
     const Pixels dimmed = editor.pixels();
     editor.close();
     editor.open();
@@ -205,7 +211,11 @@ TEST_F(Highlights, AFrameIsDrawnAnewWithItsControlAlone) {
         editor.run(100ms);
         WindowDamage drawn(*editor.window);
         editor.window->moveTo(control.at.x, control.at.y);
-        editor.run(200ms); // less than an explanation takes
+        ASSERT_TRUE(editor.runUntil([&] {
+            drawn.look();
+            return drawn.pictures() > 0;
+        }));
+        editor.run(100ms); // less than an explanation takes
         drawn.look();
         EXPECT_GT(drawn.pictures(), 0) << control.at.x;
         EXPECT_GE(drawn.top(), control.area.top) << control.at.x;
@@ -215,7 +225,9 @@ TEST_F(Highlights, AFrameIsDrawnAnewWithItsControlAlone) {
 
 TEST_F(Highlights, AFrameStaysRoundAHandleThatMoves) {
     editor.moveTo(200, 62);
-    editor.run(200ms);
+    ASSERT_TRUE(editor.runUntil([&] {
+        return count(shown({140, 52, 165, 73}), hoverColour) > 30;
+    }));
     editor.effect->setParameter(0, 0.9F);
     const int left = handlePosition(0.9) - 6;
     EXPECT_TRUE(editor.runUntil([&] {

@@ -8,17 +8,17 @@ namespace mirelon::test {
 
 // Opens the menu and clicks the line of `preset`; false when no menu opens.
 inline bool chooseFromMenu(EditorHost& editor, int preset) {
-    constexpr auto opening = std::chrono::milliseconds(500);
+    editor.moveTo(menuButton.x, menuButton.y);
     const Pixels closed = editor.pixels();
-    editor.click(menuButton.x, menuButton.y);
-    editor.run(opening);
-    const auto [top, bottom] = changedRows(closed, editor.pixels());
-    if (top == bottom)
+    editor.press();
+    editor.release();
+    if (!editor.runUntilStill(closed))
         return false;
+    const Pixels open = editor.window->pixels();
+    const auto [top, bottom] = changedRows(closed, open);
     const Position line = menuLine(preset, top, bottom);
     editor.click(line.x, line.y);
-    editor.run(opening);
-    return true;
+    return editor.runUntilStill(open);
 }
 
 } // namespace mirelon::test

@@ -55,10 +55,11 @@ TEST_F(PresetMenu, StaysOpenAfterALongClickOnItsButton) {
     editor.moveTo(menuButton.x, menuButton.y);
     const Pixels closed = editor.pixels();
     editor.press();
-    editor.run(500ms);
+    ASSERT_TRUE(editor.runUntilStill(closed));
+    editor.run(500ms); // what makes the click a long one
+    const Pixels open = editor.window->pixels();
     editor.release();
-    editor.run(500ms);
-    EXPECT_NE(editor.pixels(), closed);
+    EXPECT_EQ(editor.pixels(), open);
     EXPECT_TRUE(editor.host.calls().empty());
 }
 
@@ -66,7 +67,7 @@ TEST_F(PresetMenu, TakesThePresetThatThePointerIsDraggedTo) {
     editor.moveTo(menuButton.x, menuButton.y);
     const Pixels closed = editor.pixels();
     editor.press();
-    editor.run(500ms);
+    ASSERT_TRUE(editor.runUntilStill(closed));
     const auto [top, bottom] = changedRows(closed, editor.pixels());
     const Position line = menuLine(4, top, bottom);
     editor.moveTo(line.x - 10, line.y);
@@ -79,10 +80,12 @@ TEST_F(PresetMenu, TakesThePresetThatThePointerIsDraggedTo) {
 TEST_F(PresetMenu, IsClosedUnchangedByTheEscapeKey) {
     editor.click(rockerRight.x, rockerRight.y);
     editor.host.forgetCalls();
+    const Pixels closed = editor.pixels();
     editor.click(menuButton.x, menuButton.y);
-    editor.run(500ms);
+    ASSERT_TRUE(editor.runUntilStill(closed));
+    const Pixels open = editor.window->pixels();
     editor.key(XK_Escape);
-    editor.run(500ms);
+    ASSERT_TRUE(editor.runUntilStill(open));
     EXPECT_TRUE(editor.host.calls().empty());
     EXPECT_EQ(editor.effect->programName(), "extended width");
 }

@@ -79,10 +79,12 @@ TEST_P(PresetPanel, TheMenuAppliesTheChosenPreset) {
 }
 
 TEST_P(PresetPanel, AClickBesideTheMenuChoosesNothing) {
+    const Pixels closed = editor.pixels();
     click(menuButton);
-    editor.run(500ms);
+    ASSERT_TRUE(editor.runUntilStill(closed));
+    const Pixels open = editor.window->pixels();
     editor.click(20, 280);
-    editor.run(500ms);
+    ASSERT_TRUE(editor.runUntilStill(open));
     EXPECT_EQ(editor.effect->programName(), "init");
     EXPECT_TRUE(editor.host.calls().empty());
 }

@@ -148,8 +148,7 @@ TEST_P(EveryScale, AboutAndMenuOpenAndClose) {
     editor->moveTo(150, 305);
     EXPECT_TRUE(comesToShow(true));
     editor->click(212, 326);
-    EXPECT_TRUE(comesToShow(false));
-    editor->run(500ms); // the menu takes clicks once it has come up
+    EXPECT_TRUE(editor->runUntilStill(closed)); // then the menu takes clicks
     editor->click(20, 280);
     editor->moveTo(150, 305);
     EXPECT_TRUE(comesToShow(true));

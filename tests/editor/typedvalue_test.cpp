@@ -187,8 +187,9 @@ TEST_P(TypedValue, LeavesAutomationAloneWhenDropped) {
 
 TEST_P(TypedValue, IsDroppedWhenAnotherWindowTakesTheKeys) {
     typeInto(0, "150");
+    const Pixels typed = editor.window->pixels();
     host.takeFocus();
-    editor.run();
+    EXPECT_TRUE(editor.runUntil([&] { return editor.window->pixels() != typed; }));
     EXPECT_EQ(editor.parameter(0), 0.5F);
     EXPECT_TRUE(editor.host.calls().empty());
     editor.key(XK_space);
@@ -198,7 +199,7 @@ TEST_P(TypedValue, IsDroppedWhenAnotherWindowTakesTheKeys) {
 TEST_P(TypedValue, IsDroppedWhenTheEditorCloses) {
     typeInto(0, "150");
     editor.close();
-    editor.run();
+    EXPECT_TRUE(editor.window->becomesEmpty());
     EXPECT_EQ(editor.parameter(0), 0.5F);
     EXPECT_TRUE(editor.host.calls().empty());
     EXPECT_EQ(editor.open(), 1);

@@ -60,14 +60,15 @@ class WindowSize : public testing::Test {
         editor.moveTo(nowhere.x, nowhere.y);
         const Pixels closed = editor.pixels();
         editor.click(title.x, title.y, 3);
-        editor.run(500ms);
-        const auto [top, bottom] = changedRows(closed, editor.pixels());
+        if (!editor.runUntilStill(closed))
+            return false;
+        const Pixels open = editor.window->pixels();
+        const auto [top, bottom] = changedRows(closed, open);
         if (bottom - top < 100)
             return false;
         const double y = (top + (bottom - top) * (2 * line + 1) / (2.0 * lines)) / editor.scale;
         editor.click(title.x + 20, y);
-        editor.run(500ms);
-        return true;
+        return editor.runUntilStill(open);
     }
 
     EditorHost editor;
@@ -207,14 +208,18 @@ TEST_F(WindowSize, IsNotAskedForByOtherClicks) {
     const Pixels before = editor.pixels();
     editor.click(title.x, title.y);
     editor.click(nowhere.x, nowhere.y, 3);
-    editor.run(500ms);
-    EXPECT_EQ(editor.pixels(), before);
+    // What is shown later than a menu would be.
+    editor.effect->setParameter(0, 0.9F);
+    ASSERT_TRUE(editor.runUntilStill(before));
+    editor.effect->setParameter(0, 0.5F);
+    EXPECT_TRUE(editor.runUntil([&] { return editor.window->pixels() == before; }));
 }
 
 TEST_F(WindowSize, MenuMayBeOpenWhenTheWindowCloses) {
     open();
+    const Pixels before = editor.pixels();
     editor.click(title.x, title.y, 3);
-    editor.run(500ms);
+    ASSERT_TRUE(editor.runUntilStill(before));
     editor.close();
     EXPECT_TRUE(editor.window->becomesEmpty());
     open();
