@@ -47,6 +47,14 @@ CMouseEventResult ParameterSlider::onMouseUp(CPoint& where, const CButtonState& 
     return CHorizontalSlider::onMouseUp(where, buttons);
 }
 
+void ParameterSlider::onKeyboardEvent(KeyboardEvent& event) {
+    const bool isReturn = event.virt == VirtualKey::Return || event.virt == VirtualKey::Enter;
+    if (!isReturn || event.type != EventType::KeyDown || !event.modifiers.empty() || !beginTyping)
+        return CHorizontalSlider::onKeyboardEvent(event);
+    event.consumed = true;
+    beginTyping();
+}
+
 void ParameterSlider::onMouseWheelEvent(MouseWheelEvent& event) {
     // Up and right raise the value. The toolkit's slider looks at the horizontal
     // distance alone and lowers the value when that is positive, which on this

@@ -3,13 +3,15 @@
 
 #include "platform/toolkit.h"
 
+#include <functional>
 #include <optional>
+#include <utility>
 
 // The toolkit's slider, whose handle stays under the pointer that takes hold of
 // it; a press beside the handle fetches it. It moves with the vertical wheel as
 // well (most mice have no other), and to the right when the horizontal wheel
 // turns right. Wheel and keys step by a hundredth of the range, with shift by a
-// thousandth.
+// thousandth; the return key is for typing a value.
 class ParameterSlider : public VSTGUI::CHorizontalSlider {
   public:
     ParameterSlider(const VSTGUI::CRect& rect, VSTGUI::IControlListener* listener, int32_t tag,
@@ -24,6 +26,10 @@ class ParameterSlider : public VSTGUI::CHorizontalSlider {
     VSTGUI::CMouseEventResult onMouseUp(VSTGUI::CPoint& where,
                                         const VSTGUI::CButtonState& buttons) override;
     void onMouseWheelEvent(VSTGUI::MouseWheelEvent& event) override;
+    void onKeyboardEvent(VSTGUI::KeyboardEvent& event) override;
+
+    // What the return key does while the slider has the keys; else nothing.
+    void setTyping(std::function<void()> begin) { beginTyping = std::move(begin); }
 
     // Where the handle is drawn.
     VSTGUI::CRect handleRect() const { return calculateHandleRect(getValueNormalized()); }
@@ -32,6 +38,7 @@ class ParameterSlider : public VSTGUI::CHorizontalSlider {
     // Where the handle would have to be pressed to stand where it does.
     VSTGUI::CCoord gripOfHandle(const VSTGUI::CRect& handle) const;
 
+    std::function<void()> beginTyping;
     VSTGUI::CCoord gripOffset = 0;              // from the pointer, while it is held
     std::optional<VSTGUI::CCoord> lastPosition; // of the pointer, while it is held
 };

@@ -79,6 +79,7 @@ void ParameterViews::addSlider(const layout::SliderRow& row) {
                    readOutValue(row, value));
     frame.addView(readOut);
     readOuts[row.parameter] = readOut;
+    slider->setTyping([slider, readOut] { readOut->typeFrom(*slider); });
 }
 
 void ParameterViews::addSwitch(const layout::Switch& row) {

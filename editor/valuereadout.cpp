@@ -8,9 +8,24 @@ ValueReadOut::ValueReadOut(const CRect& rect, CBitmap* background, Entered enter
     : TextEntry(rect, nullptr, -1, background, kDoubleClickStyle)
     , entered(std::move(entered_)) {}
 
+void ValueReadOut::typeFrom(CView& from) {
+    typedFrom = &from;
+    takeFocus();
+}
+
+void ValueReadOut::onKeyboardEvent(KeyboardEvent& event) {
+    const auto alive = shared(this);
+    CView* const from = typedFrom;
+    TextEntry::onKeyboardEvent(event);
+    // The host may have closed the window for the value.
+    if (from != nullptr && !isEditing() && getFrame() != nullptr)
+        getFrame()->setFocusView(from);
+}
+
 void ValueReadOut::looseFocus() {
     if (!isEditing())
         return;
+    typedFrom = nullptr;
     const auto alive = shared(this);
     const bool counts = isEdited() && ending() == Ending::confirmed;
     const std::string typed = typedText();

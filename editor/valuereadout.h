@@ -6,9 +6,9 @@
 #include <functional>
 #include <string>
 
-// Shows a value; a double click opens it for typing one. What is typed counts when it
-// is confirmed: whoever leaves the window in the middle of a number has not chosen it.
-// Meanwhile the value may go on changing and does not disturb what is typed.
+// Shows a value; a double click opens it for typing one, and so does its slider. What is typed
+// counts when it is confirmed: whoever leaves the window in the middle of a number has not chosen
+// it. Meanwhile the value may go on changing and does not disturb what is typed.
 class ValueReadOut : public TextEntry {
   public:
     using Entered = std::function<void(const std::string& text)>;
@@ -17,7 +17,12 @@ class ValueReadOut : public TextEntry {
     // when the field is closed already.
     ValueReadOut(const VSTGUI::CRect& rect, VSTGUI::CBitmap* background, Entered entered);
 
+    // As a double click does. The keys go back to `from` when return or escape ends the
+    // typing; it must live as long as this.
+    void typeFrom(VSTGUI::CView& from);
+
     void looseFocus() override;
+    void onKeyboardEvent(VSTGUI::KeyboardEvent& event) override;
 
   protected:
     ~ValueReadOut() noexcept override = default;
@@ -28,4 +33,5 @@ class ValueReadOut : public TextEntry {
 
   private:
     Entered entered;
+    VSTGUI::CView* typedFrom = nullptr; // while typing
 };

@@ -126,6 +126,79 @@ TEST_P(EditorKeys, WithShiftMoveASliderFinely) {
     EXPECT_FLOAT_EQ(editor.parameter(0), 0.501F);
 }
 
+TEST_P(EditorKeys, TypeAValueAfterReturnOnASliderWithTheRing) {
+    tab(toFirstSlider + 1);
+    const Pixels ringed = editor.pixels();
+    editor.key(XK_Return);
+    editor.type("6");
+    EXPECT_EQ(editor.touches(1), "");
+    editor.key(XK_Return);
+    EXPECT_FLOAT_EQ(editor.parameter(1), 0.75F);
+    EXPECT_EQ(editor.touches(1), "bae");
+    EXPECT_NE(editor.pixels(), ringed);
+    EXPECT_EQ(host.heard(), "");
+}
+
+TEST_P(EditorKeys, AreTheSlidersAgainAfterItsValueWasTyped) {
+    for (const int end : {XK_Return, XK_KP_Enter, XK_Escape}) {
+        editor.effect->setParameter(0, 0.5F);
+        tab(toFirstSlider);
+        const Pixels ringed = firstSlider();
+        editor.key(static_cast<unsigned long>(XK_Return));
+        EXPECT_NE(firstSlider(), ringed);
+        editor.key(static_cast<unsigned long>(end));
+        EXPECT_EQ(firstSlider(), ringed);
+        editor.key(XK_Right);
+        EXPECT_FLOAT_EQ(editor.parameter(0), 0.51F);
+        editor.key(XK_Escape);
+        EXPECT_TRUE(host.hasFocus());
+        EXPECT_EQ(host.heard(), "");
+    }
+}
+
+TEST_P(EditorKeys, GoOnWithTheNextSliderWhenTabEndsTheTyping) {
+    tab(toFirstSlider);
+    editor.key(XK_Return);
+    editor.type("200");
+    tab();
+    EXPECT_GT(editor.parameter(0), 0.7F);
+    editor.key(XK_Right);
+    EXPECT_FLOAT_EQ(editor.parameter(1), 0.51F);
+    EXPECT_EQ(host.heard(), "");
+}
+
+TEST_P(EditorKeys, AreTheHostsWhenAClickEndsTheTypingFromASlider) {
+    tab(toFirstSlider);
+    editor.key(XK_Return);
+    editor.type("200");
+    editor.click(beside.x, beside.y);
+    EXPECT_GT(editor.parameter(0), 0.7F);
+    EXPECT_TRUE(host.hasFocus());
+    editor.key(XK_Return);
+    EXPECT_EQ(host.heard(), "+Return -Return");
+}
+
+TEST_P(EditorKeys, OfNumbersGoToTheHostWithTheRingOnASlider) {
+    tab(toFirstSlider);
+    editor.key('1');
+    editor.key(XK_minus);
+    EXPECT_EQ(host.heard(), "+1 -1 +minus -minus");
+}
+
+TEST_P(EditorKeys, MayCloseTheWindowWithTheValueTypedFromASlider) {
+    editor.host.answer(audioMasterAutomate, [&](const mirelon::hosting::HostCall&) -> VstIntPtr {
+        editor.close();
+        return 0;
+    });
+    tab(toFirstSlider);
+    editor.key(XK_Return);
+    editor.type("200");
+    editor.key(XK_Return);
+    EXPECT_TRUE(editor.runUntil([&] { return editor.window->children().empty(); }));
+    editor.host.answer(audioMasterAutomate, 0);
+    EXPECT_EQ(editor.open(), 1);
+}
+
 TEST_P(EditorKeys, AreTheSwitchsWithTheRing) {
     tab(toFirstSwitch);
     editor.key(XK_Return);
@@ -298,8 +371,7 @@ TEST_P(EditorKeys, AreTheHostsAgainAfterTheEditorHasClosed) {
     tab(toFirstSlider);
     ASSERT_FALSE(host.hasFocus());
     editor.close();
-    editor.run(30ms);
-    EXPECT_TRUE(host.hasFocus());
+    EXPECT_TRUE(editor.runUntil([&] { return host.hasFocus(); }));
 }
 
 TEST_P(EditorKeys, TurnTheWheelOverTheRockerForNothing) {
