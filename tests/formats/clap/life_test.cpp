@@ -254,6 +254,8 @@ TEST_F(ClapLife, PortsAreOneStereoPairThatMayShareItsBuffers) {
     }
     EXPECT_EQ(in.in_place_pair, out.id);
     EXPECT_EQ(out.in_place_pair, in.id);
+    EXPECT_THAT(in.name, StrEq("Input"));
+    EXPECT_THAT(out.name, StrEq("Output"));
     EXPECT_FALSE(ports.get(&made, 1, true, &in));
     EXPECT_FALSE(ports.get(&made, 0, true, nullptr));
 }
