@@ -50,7 +50,7 @@ class ClapEffectWindow : public testing::Test {
 };
 
 TEST_F(ClapEffectWindow, OpensAndCloses) {
-    EXPECT_NE(effect.dispatch(effEditOpen, 0, 0, parent->asParent()), 0);
+    EXPECT_EQ(effect.dispatch(effEditOpen, 0, 0, parent->asParent()), 1);
     EXPECT_EQ(parent->children().size(), 1U);
     effect.dispatch(effEditClose);
     EXPECT_TRUE(parent->becomesEmpty());

@@ -59,17 +59,21 @@ TEST_F(Message, IsReadWithoutAlignment) {
     EXPECT_EQ(taken, bank);
 }
 
+// A property takes up a multiple of eight bytes, whatever the size of its value.
 TEST_F(Message, MayHaveOtherPropertiesBeforeTheBank) {
-    const BankMessage formed = formBankMessage(types, bank);
-    const LV2_Atom_Property_Body other{4711, 0, {5, types.chunk}};
-    std::vector<std::byte> message(formed.begin(), formed.end());
-    std::vector<std::byte> inserted(24);
-    std::memcpy(inserted.data(), &other, sizeof other);
-    message.insert(message.begin() + 16, inserted.begin(), inserted.end());
-    const auto size = static_cast<std::uint32_t>(message.size() - 8);
-    std::memcpy(message.data(), &size, sizeof size);
-    EXPECT_EQ(read(message), MessageKind::bank);
-    EXPECT_EQ(taken, bank);
+    for (const std::uint32_t valueSize : {0U, 1U, 5U, 7U, 8U, 9U, 16U}) {
+        const BankMessage formed = formBankMessage(types, bank);
+        const LV2_Atom_Property_Body other{4711, 0, {valueSize, types.chunk}};
+        std::vector<std::byte> message(formed.begin(), formed.end());
+        std::vector<std::byte> inserted(sizeof other + lv2_atom_pad_size(valueSize));
+        std::memcpy(inserted.data(), &other, sizeof other);
+        message.insert(message.begin() + 16, inserted.begin(), inserted.end());
+        const auto size = static_cast<std::uint32_t>(message.size() - 8);
+        std::memcpy(message.data(), &size, sizeof size);
+        taken = {};
+        EXPECT_EQ(read(message), MessageKind::bank) << valueSize;
+        EXPECT_EQ(taken, bank) << valueSize;
+    }
 }
 
 TEST_F(Message, OfAnotherTypeOrClassIsNotOurs) {
