@@ -1,8 +1,10 @@
-# mirelon_test(NAME SOURCES ... [LINK ...] [ROOMS] [LABELS ...] [TIMEOUT s] [LOCK name])
+# mirelon_test(NAME SOURCES ... [LINK ...] [ROOMS] [LABELS ...] [TIMEOUT s]
+#              [LOCKS filter=name ...])
 # makes one GoogleTest executable and registers each of its tests with CTest.
 # ROOMS links the plug-in's own objects; tests that see the plug-in as a host
 # does load the built .so instead, whose path is the macro MIRELON_PLUGIN_FILE. Of
-# tests with the same LOCK one runs at a time; they begin early.
+# tests with the same name in LOCKS, which each filter of GoogleTest's gives to some of
+# the program's, one runs at a time; they begin early.
 #
 # Target threaded_tests: those with "threads" in their label, which a ThreadSanitizer
 # build runs. Target headless_tests: those that need neither a display nor real hosts,
@@ -22,7 +24,7 @@ add_custom_target(threaded_tests)
 add_custom_target(headless_tests)
 
 function(mirelon_test name)
-  cmake_parse_arguments(PARSE_ARGV 1 ARG "ROOMS" "TIMEOUT;LOCK" "SOURCES;LINK;LABELS")
+  cmake_parse_arguments(PARSE_ARGV 1 ARG "ROOMS" "TIMEOUT" "SOURCES;LINK;LABELS;LOCKS")
   add_executable(${name} ${ARG_SOURCES})
   target_link_libraries(${name} PRIVATE mirelon_options ${ARG_LINK} GTest::gmock GTest::gtest
                                         GTest::gtest_main)
@@ -43,9 +45,17 @@ function(mirelon_test name)
   if(NOT ARG_TIMEOUT)
     set(ARG_TIMEOUT 120)
   endif()
-  if(ARG_LOCK)
-    set(_lock RESOURCE_LOCK ${ARG_LOCK} COST 1000)
+  set(_properties TIMEOUT ${ARG_TIMEOUT})
+  if(ARG_LABELS)
+    list(APPEND _properties LABELS ${ARG_LABELS})
   endif()
-  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST
-    PROPERTIES TIMEOUT ${ARG_TIMEOUT} LABELS "${ARG_LABELS}" ${_lock})
+  if(NOT ARG_LOCKS)
+    gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST PROPERTIES ${_properties})
+  else()
+    foreach(_entry IN LISTS ARG_LOCKS)
+      string(REGEX MATCH "^(.*)=(.*)$" _ "${_entry}")
+      gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST TEST_FILTER "${CMAKE_MATCH_1}"
+        PROPERTIES ${_properties} RESOURCE_LOCK ${CMAKE_MATCH_2} COST 1000)
+    endforeach()
+  endif()
 endfunction()
