@@ -1,10 +1,15 @@
 # mirelon_test(NAME SOURCES ... [LINK ...] [ROOMS] [LABELS ...] [TIMEOUT s]
-#              [LOCKS filter=name ...])
+#              [LOCKS filter=name ...] [SINGLY])
 # makes one GoogleTest executable and registers each of its tests with CTest.
 # ROOMS links the plug-in's own objects; tests that see the plug-in as a host
 # does load the built .so instead, whose path is the macro MIRELON_PLUGIN_FILE. Of
 # tests with the same name in LOCKS, which each filter of GoogleTest's gives to some of
 # the program's, one runs at a time; they begin early.
+#
+# In sanitized builds a program's tests run in one process, because what a process
+# costs there (the plug-in's libraries, an X server, the search for leaks) is most of
+# what a test takes. SINGLY leaves each a process of its own there as well: it starts
+# other programs, which take longer.
 #
 # Target threaded_tests: those with "threads" in their label, which a ThreadSanitizer
 # build runs. Target headless_tests: those that need neither a display nor real hosts,
@@ -24,7 +29,7 @@ add_custom_target(threaded_tests)
 add_custom_target(headless_tests)
 
 function(mirelon_test name)
-  cmake_parse_arguments(PARSE_ARGV 1 ARG "ROOMS" "TIMEOUT" "SOURCES;LINK;LABELS;LOCKS")
+  cmake_parse_arguments(PARSE_ARGV 1 ARG "ROOMS;SINGLY" "TIMEOUT" "SOURCES;LINK;LABELS;LOCKS")
   add_executable(${name} ${ARG_SOURCES})
   target_link_libraries(${name} PRIVATE mirelon_options ${ARG_LINK} GTest::gmock GTest::gtest
                                         GTest::gtest_main)
@@ -49,7 +54,12 @@ function(mirelon_test name)
   if(ARG_LABELS)
     list(APPEND _properties LABELS ${ARG_LABELS})
   endif()
-  if(NOT ARG_LOCKS)
+  if(MIRELON_SANITIZE AND NOT ARG_SINGLY)
+    # Of the whole program.
+    math(EXPR _timeout "5 * ${ARG_TIMEOUT}")
+    add_test(NAME ${name} COMMAND ${name})
+    set_tests_properties(${name} PROPERTIES ${_properties} TIMEOUT ${_timeout})
+  elseif(NOT ARG_LOCKS)
     gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST PROPERTIES ${_properties})
   else()
     foreach(_entry IN LISTS ARG_LOCKS)
