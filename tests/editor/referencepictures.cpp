@@ -83,7 +83,8 @@ std::optional<Picture> readPicture(const std::filesystem::path& file, const Pict
     const bool hasAlpha = cairo_image_surface_get_format(read.get()) == CAIRO_FORMAT_ARGB32;
     const bool isBehind =
         behind != nullptr && behind->width == picture.width && behind->height == picture.height;
-    picture.rgb.reserve(static_cast<std::size_t>(picture.width * picture.height));
+    picture.rgb.reserve(static_cast<std::size_t>(picture.width) *
+                        static_cast<std::size_t>(picture.height));
     const unsigned char* row = cairo_image_surface_get_data(read.get());
     for (int y = 0; y < picture.height; ++y) {
         for (int x = 0; x < picture.width; ++x) {
@@ -152,7 +153,8 @@ Picture marked(const Picture& found, const Differences& differences) {
         pixel = paler(pixel);
     for (const auto* pixels : {&differences.drawn, &differences.type})
         for (const auto& [x, y] : *pixels)
-            result.rgb.at(static_cast<std::size_t>(y * found.width + x)) = red;
+            result.rgb.at(static_cast<std::size_t>(y) * static_cast<std::size_t>(found.width) +
+                          static_cast<std::size_t>(x)) = red;
     return result;
 }
 
