@@ -2,9 +2,8 @@
 //   mirelon-windowbench PLUGIN [OTHER]
 // OTHER is an earlier build to compare with. Both are measured in turns, each time
 // in a process and on a server of their own. scripts/bench --window runs this.
-#include "hosting/childprocess.h"
+#include "bench/windowhost.h"
 #include "hosting/hosting.h"
-#include "hosting/pipe.h"
 #include "tests/support/windowdamage.h"
 
 #include <algorithm>
@@ -14,23 +13,19 @@
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
-#include <fstream>
 #include <functional>
 #include <glib.h>
 #include <optional>
-#include <sstream>
 #include <stdexcept>
 #include <string>
-#include <sys/resource.h>
 #include <thread>
-#include <unistd.h>
 #include <vector>
 
 namespace {
 
 using namespace mirelon;
+using namespace mirelon::bench;
 using namespace std::chrono_literals;
-using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 
 constexpr auto period = 4s; // of each measurement
@@ -65,51 +60,6 @@ constexpr std::array<const char*, figureCount> figureNames{
     "turns of the loop from a motion to the change",
 };
 using Figures = std::array<double, figureCount>;
-
-double median(std::vector<double> values) {
-    std::ranges::sort(values);
-    return values.at(values.size() / 2);
-}
-
-double seconds(Clock::duration time) {
-    return std::chrono::duration<double>(time).count();
-}
-
-// --- Processor time ---
-
-double ownSeconds() {
-    rusage usage{};
-    getrusage(RUSAGE_SELF, &usage);
-    const auto of = [](const timeval& time) {
-        return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) * 1e-6;
-    };
-    return of(usage.ru_utime) + of(usage.ru_stime);
-}
-
-// The server is this process's only child.
-std::string serverStatFile() {
-    std::ifstream children("/proc/thread-self/children");
-    std::string id;
-    children >> id;
-    return "/proc/" + id + "/stat";
-}
-
-double serverSeconds(const std::string& statFile) {
-    std::ifstream stat(statFile);
-    std::string line;
-    std::getline(stat, line);
-    // The program's name, in brackets, may hold blanks.
-    std::istringstream rest(line.substr(line.rfind(')') + 1));
-    constexpr int skipped = 11; // state to the count of major faults
-    std::string word;
-    for (int i = 0; i < skipped; ++i)
-        rest >> word;
-    double user = 0;
-    double system = 0;
-    if (!(rest >> user >> system))
-        throw std::runtime_error("no processor time of the X server");
-    return (user + system) / static_cast<double>(sysconf(_SC_CLK_TCK));
-}
 
 // --- The host ---
 
@@ -169,42 +119,6 @@ class Host {
     double blocks = 0;
     double changes = 0;
 };
-
-// Something that the host does again and again.
-struct Job {
-    Clock::duration interval;
-    std::function<void()> work;
-    Clock::time_point due{};
-};
-
-// Runs all jobs, and GLib's loop in between, which may sleep until the next.
-void runFor(Clock::duration time, std::vector<Job> jobs, bool withGlib) {
-    const auto start = Clock::now();
-    for (Job& job : jobs)
-        job.due = start;
-    while (Clock::now() < start + time) {
-        auto next = Clock::time_point::max();
-        for (Job& job : jobs) {
-            if (job.due <= Clock::now()) {
-                job.work();
-                job.due += job.interval;
-            }
-            next = std::min(next, job.due);
-        }
-        if (!withGlib) {
-            std::this_thread::sleep_until(next);
-            continue;
-        }
-        const auto left = std::chrono::ceil<milliseconds>(next - Clock::now()).count();
-        const auto nothing = [](gpointer) -> gboolean { return G_SOURCE_REMOVE; };
-        if (left > 0) {
-            g_timeout_add(static_cast<guint>(left), nothing, nullptr);
-            g_main_context_iteration(nullptr, TRUE);
-        }
-        while (g_main_context_iteration(nullptr, FALSE) != FALSE) {
-        }
-    }
-}
 
 // --- What is measured ---
 
@@ -312,20 +226,12 @@ Figures measure(const char* plugin, const char* scale) {
 }
 
 Figures measureInAProcess(const char* plugin, const char* scale) {
-    hosting::Pipe pipe;
-    hosting::ChildProcess process([&] {
-        try {
-            const Figures figures = measure(plugin, scale);
-            return write(pipe.writer(), figures.data(), sizeof figures) == sizeof figures ? 0 : 1;
-        } catch (const std::exception& error) {
-            std::fprintf(stderr, "mirelon-windowbench: %s\n", error.what());
-            return 1;
-        }
-    });
-    pipe.closeWriter();
     Figures figures{};
-    if (read(pipe.reader(), figures.data(), sizeof figures) != sizeof figures)
-        throw std::runtime_error(std::string(plugin) + " could not be measured");
+    const std::vector<double> found = measuredInAProcess(figures.size(), [&] {
+        const Figures measured = measure(plugin, scale);
+        return std::vector<double>(measured.begin(), measured.end());
+    });
+    std::ranges::copy(found, figures.begin());
     return figures;
 }
 
