@@ -24,6 +24,23 @@ if(MIRELON_SANITIZE)
   add_link_options("-fsanitize=${MIRELON_SANITIZE}")
 endif()
 
+# mirelon_unity(): what the folder defines after it is compiled several files at a
+# time, if MIRELON_UNITY is on: most of the time goes into headers, which are then read
+# once for all of them. Sources whose own names clash with those of others are left out
+# by mirelon_apart(SOURCE...); builds without MIRELON_UNITY show that each of the others
+# includes what it uses.
+macro(mirelon_unity)
+  set(CMAKE_UNITY_BUILD ${MIRELON_UNITY})
+  # No file is the main one then, whose classes may hold what is unnamed.
+  add_compile_options($<$<BOOL:${MIRELON_UNITY}>:-Wno-subobject-linkage>)
+endmacro()
+function(mirelon_apart)
+  set_source_files_properties(${ARGN} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
+endfunction()
+if(MIRELON_SANITIZE)
+  mirelon_unity()
+endif()
+
 # AUDIO: the room's code runs for each block of audio. Its arrays have lengths that
 # the compiler knows, and a guard of the stack costs a store and a load each time. All
 # other code waits for hands, files or the display, and is made small rather than fast.

@@ -24,6 +24,8 @@ pkg_check_modules(VSTGUI_DEPS REQUIRED IMPORTED_TARGET
 add_library(vstgui STATIC
   "${MIRELON_VSTGUI_DIR}/vstgui/vstgui_linux.cpp"
   "${MIRELON_VSTGUI_DIR}/vstgui/plugin-bindings/aeffguieditor.cpp")
+# Its editor binding redefines what its other file includes.
+set_target_properties(vstgui PROPERTIES UNITY_BUILD OFF)
 target_compile_features(vstgui PUBLIC cxx_std_17)
 target_include_directories(vstgui SYSTEM PUBLIC "${MIRELON_VSTGUI_DIR}"
   # The include names that the editor binding asks for, served by our shell.
