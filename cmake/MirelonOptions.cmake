@@ -42,16 +42,19 @@ if(MIRELON_SANITIZE)
 endif()
 
 # AUDIO: the room's code runs for each block of audio. Its arrays have lengths that
-# the compiler knows, and a guard of the stack costs a store and a load each time. All
-# other code waits for hands, files or the display, and is made small rather than fast.
+# the compiler knows, and a guard of the stack costs a store and a load each time.
+# WINDOW: it waits for hands, files or the display, and is made as small as may be. All
+# other code is called by hosts at any time, and is made small where that costs nothing.
 function(mirelon_room name)
-  cmake_parse_arguments(PARSE_ARGV 1 ARG "AUDIO" "" "SOURCES;LINK")
+  cmake_parse_arguments(PARSE_ARGV 1 ARG "AUDIO;WINDOW" "" "SOURCES;LINK")
   add_library(mirelon_${name} OBJECT ${ARG_SOURCES})
   target_link_libraries(mirelon_${name} PRIVATE mirelon_options PUBLIC ${ARG_LINK})
   # The plug-in is linked with --gc-sections: what nobody calls stays out of it.
   target_compile_options(mirelon_${name} PRIVATE -ffunction-sections -fdata-sections)
   if(ARG_AUDIO)
     target_compile_options(mirelon_${name} PRIVATE -fno-stack-protector)
+  elseif(ARG_WINDOW)
+    target_compile_options(mirelon_${name} PRIVATE $<$<CONFIG:Release>:-Os>)
   else()
     target_compile_options(mirelon_${name} PRIVATE $<$<CONFIG:Release>:-O2>)
   endif()

@@ -38,7 +38,7 @@ target_compile_definitions(vstgui PUBLIC
 file(RELATIVE_PATH _vstgui_from_build "${CMAKE_BINARY_DIR}" "${MIRELON_VSTGUI_DIR}")
 target_compile_options(vstgui PRIVATE -w -ffunction-sections -fdata-sections
   # What it draws waits for the display and not for its code: smaller is better.
-  $<$<CONFIG:Release>:-O2>
+  $<$<CONFIG:Release>:-Os>
   # Its assertions and debug information name their source file: not by a path of this
   # machine, nor by one from the build folder, which a compiler cache may make of it.
   "-ffile-prefix-map=${MIRELON_VSTGUI_DIR}/=" "-ffile-prefix-map=${_vstgui_from_build}/=")
