@@ -9,6 +9,7 @@
 #include <utility>
 
 #include <X11/Xlib.h> // last: its macros are in the way of the others
+#include <X11/keysym.h>
 
 using namespace mirelon::test;
 using namespace std::chrono_literals;
@@ -73,6 +74,23 @@ class WindowSize : public testing::Test {
 
     EditorHost editor;
 };
+
+TEST_F(WindowSize, ItsMenuOpensAgainAfterEscapeWasPressedTwice) {
+    follow();
+    open();
+    const Pixels closed = editor.pixels();
+    editor.click(title.x, title.y, 3);
+    ASSERT_TRUE(editor.runUntilStill(closed));
+    const Pixels opened = editor.window->pixels();
+    // The second comes while the menu fades.
+    for (int i = 0; i < 2; ++i) {
+        editor.window->keyDown(XK_Escape);
+        editor.window->keyUp(XK_Escape);
+    }
+    ASSERT_TRUE(editor.runUntilStill(opened));
+    ASSERT_TRUE(choose(percent150));
+    EXPECT_TRUE(editor.runUntil([&] { return size() == Size(486, 522); }));
+}
 
 TEST_F(WindowSize, IsAnotherAtOnceWhereTheHostFollows) {
     follow();
