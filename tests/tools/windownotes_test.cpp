@@ -14,7 +14,6 @@ namespace mirelon::test {
 namespace {
 
 using testing::EndsWith;
-using testing::HasSubstr;
 using testing::StartsWith;
 using namespace std::chrono_literals;
 
