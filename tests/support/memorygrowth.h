@@ -13,11 +13,11 @@ inline std::size_t bytesInUse() {
     return mallinfo2().uordblks;
 }
 
-// Whether the bytes in use grow by `leak` or more in each of four rounds, behind a first
+// Whether the bytes in use grow by `leak` or more in each of a dozen rounds, behind a first
 // one. Caches fill once, and again when their time has come; what is left behind is
 // left in every round.
 inline bool growsInEveryRound(std::size_t leak, const std::function<void()>& round) {
-    constexpr int rounds = 4;
+    constexpr int rounds = 12;
     round();
     std::size_t before = bytesInUse();
     for (int i = 0; i < rounds; ++i) {
