@@ -87,4 +87,17 @@ TEST_F(WindowGrowth, IsNoneWhileThePartsAreExplained) {
     }));
 }
 
+TEST_F(WindowGrowth, IsNoneWhileTheMenuOfSizesIsOpened) {
+    constexpr std::size_t leak = 64;
+    EXPECT_FALSE(grows(4, leak, [&](int) {
+        const Pixels closed = editor.pixels();
+        editor.click(title.x, title.y, 3);
+        ASSERT_TRUE(editor.runUntilStill(closed));
+        const Pixels open = editor.window->pixels();
+        key(XK_Escape);
+        ASSERT_TRUE(editor.runUntilStill(open));
+        editor.moveTo(nowhere.x, nowhere.y);
+    }));
+}
+
 } // namespace
