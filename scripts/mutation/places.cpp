@@ -9,16 +9,16 @@
 //   {"file", "begin", "left"}    a place that is left out, and why
 //
 // Templates are seen as they are written, not as they are instantiated.
+#include "processes.h"
+#include "sourcetext.h"
+
 #include <algorithm>
 #include <clang/AST/ASTConsumer.h>
 #include <clang/AST/ASTContext.h>
 #include <clang/AST/RecursiveASTVisitor.h>
-#include <clang/Basic/SourceManager.h>
 #include <clang/Frontend/CompilerInstance.h>
 #include <clang/Frontend/FrontendPluginRegistry.h>
-#include <clang/Lex/Lexer.h>
 #include <llvm/Support/JSON.h>
-#include <llvm/Support/Path.h>
 #include <llvm/Support/raw_ostream.h>
 #include <memory>
 #include <optional>
@@ -29,45 +29,16 @@
 namespace {
 
 using namespace clang;
+using namespace mutation;
 
-// One end of a place: an offset into the file that the place is in.
-struct Range {
-    FileID file;
-    unsigned begin = 0;
-    unsigned end = 0;
-};
-
-// What must not run with other arguments: it ends or starts processes.
-bool isDangerous(llvm::StringRef name) {
-    return name == "kill" || name == "killpg" || name == "tgkill" || name == "setrlimit" ||
-           name == "syscall" || name.startswith("exec");
-}
-// A function that makes processes is left alone as a whole: a loop in it could make many.
-bool makesProcesses(llvm::StringRef name) {
-    return name == "fork" || name == "vfork" || name == "clone" || name.startswith("posix_spawn");
-}
-
-// Whether a function's body calls one that makes processes.
-class ProcessMaking : public RecursiveASTVisitor<ProcessMaking> {
-  public:
-    bool found = false;
-    bool VisitCallExpr(CallExpr* call) {
-        const FunctionDecl* callee = call->getDirectCallee();
-        if (callee != nullptr && callee->getIdentifier() != nullptr &&
-            makesProcesses(callee->getName()))
-            found = true;
-        return !found;
-    }
-};
-
-class Places : public RecursiveASTVisitor<Places> {
+class Places : public RecursiveASTVisitor<Places>, private SourceText {
     using Base = RecursiveASTVisitor<Places>;
 
   public:
     Places(ASTContext& context, std::string root, llvm::raw_ostream& out)
-        : context(context)
+        : SourceText(context, std::move(root))
+        , context(context)
         , sources(context.getSourceManager())
-        , root(std::move(root))
         , out(out) {}
 
     // Where nothing is computed when the program runs.
@@ -631,44 +602,8 @@ class Places : public RecursiveASTVisitor<Places> {
             << '\n';
     }
 
-    // Below the root, or empty if the file is elsewhere.
-    std::string fileOf(FileID file) const {
-        const FileEntry* entry = sources.getFileEntryForID(file);
-        if (entry == nullptr)
-            return "";
-        llvm::SmallString<256> path(entry->getName());
-        llvm::sys::path::remove_dots(path, true);
-        llvm::StringRef name = path;
-        if (!name.consume_front(root))
-            return "";
-        return name.str();
-    }
-
-    // Nothing for what a macro makes.
-    std::optional<Range> range(SourceRange written) const {
-        if (written.getBegin().isInvalid() || written.getBegin().isMacroID() ||
-            written.getEnd().isMacroID())
-            return {};
-        const SourceLocation end =
-            Lexer::getLocForEndOfToken(written.getEnd(), 0, sources, context.getLangOpts());
-        const auto [file, begin] = sources.getDecomposedLoc(written.getBegin());
-        const auto [endFile, endOffset] = sources.getDecomposedLoc(end);
-        if (file != endFile || endOffset < begin)
-            return {};
-        return Range{file, begin, endOffset};
-    }
-    std::string text(const Range& in, unsigned begin, unsigned end) const {
-        return sources.getBufferData(in.file).substr(begin, end - begin).str();
-    }
-    std::string text(const Expr* expression) const {
-        const CharSourceRange written = CharSourceRange::getTokenRange(
-            sources.getExpansionRange(expression->getSourceRange()).getAsRange());
-        return Lexer::getSourceText(written, sources, context.getLangOpts()).str();
-    }
-
     ASTContext& context;
     SourceManager& sources;
-    std::string root; // ends with a slash
     llvm::raw_ostream& out;
     std::vector<const FunctionDecl*> functions; // the innermost last
     const char* reason = nullptr;               // why places here are left out

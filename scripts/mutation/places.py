@@ -38,10 +38,14 @@ class Place:
         return f"{self.address}  (line {self.line})"
 
 
+# What the plug-in is made of.
+SOURCES = [HERE / name for name in ("places.cpp", "processes.h", "sourcetext.h")]
+
+
 def built_plugin():
-    """The plug-in, compiled if it is older than its source."""
-    source, plugin = HERE / "places.cpp", HERE.parents[1] / "build/mutation/places.so"
-    if not plugin.exists() or plugin.stat().st_mtime < source.stat().st_mtime:
+    """The plug-in, compiled if it is older than its sources."""
+    plugin = HERE.parents[1] / "build/mutation/places.so"
+    if not plugin.exists() or plugin.stat().st_mtime < max(s.stat().st_mtime for s in SOURCES):
         plugin.parent.mkdir(parents=True, exist_ok=True)
         include = subprocess.run(
             ["llvm-config-14", "--includedir"], check=True, capture_output=True, text=True
@@ -50,7 +54,7 @@ def built_plugin():
         part = plugin.with_suffix(f".{os.getpid()}")
         subprocess.run(
             ["clang++-14", "-std=c++17", "-O1", "-fPIC", "-fno-rtti", "-shared", "-isystem", include,
-             str(source), "-o", str(part)],
+             str(SOURCES[0]), "-o", str(part)],
             check=True,
         )
         part.rename(plugin)
@@ -80,9 +84,9 @@ def found_places(folder, root, database, rooms, jobs):
         if rooms.of_path(entry["file"]):
             entries.setdefault(entry["file"], entry)
     plugin = built_plugin()
-    common = hashlib.sha256((HERE / "places.cpp").read_bytes())
-    for header in sorted(rooms.headers()):
-        common.update(header.read_bytes())
+    common = hashlib.sha256()
+    for file in [*SOURCES, *sorted(rooms.headers())]:
+        common.update(file.read_bytes())
     kept = folder / "places"
     kept.mkdir(exist_ok=True)
     outputs = {}
