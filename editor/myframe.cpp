@@ -23,6 +23,22 @@ CRect ringedArea(const CView& view) {
     return area;
 }
 
+// The ring's two edges in pixels of the screen, so that all four sides are equally wide
+// and sharp.
+struct Ring {
+    CRect inner;
+    CRect outer;
+};
+Ring ringAround(const CView& view, const CFrame& frame) {
+    CRect inner(ringedArea(view));
+    frame.getTransform().transform(inner);
+    inner.makeIntegral();
+    const CCoord width = std::round(ringWidth * frame.getZoom());
+    CRect outer(inner);
+    outer.extend(width, width);
+    return {inner, outer};
+}
+
 bool isTab(const KeyboardEvent& event) {
     return event.type == EventType::KeyDown && event.virt == VirtualKey::Tab &&
            (event.modifiers.empty() || event.modifiers.is(ModifierKey::Shift));
@@ -180,8 +196,10 @@ void MyFrame::hideRing() {
 void MyFrame::invalidRing(const CView* view) {
     if (view == nullptr || !ringShown)
         return;
-    CRect around(view->getViewSize());
-    invalidRect(around.extend(ringWidth, ringWidth));
+    CRect area = ringAround(*view, *this).outer;
+    area.extend(1, 1); // the way back to whole pixels may round it
+    getTransform().inverse().transform(area);
+    invalidRect(area);
 }
 
 void MyFrame::onFocusViewChanged(CFrame* /*frame*/, CView* now, CView* before) {
@@ -225,13 +243,7 @@ void MyFrame::drawRect(CDrawContext* context, const CRect& updateRect) {
     const CView* const view = getFocusView();
     if (!ringShown || view == nullptr || getModalView() != nullptr)
         return;
-    // In pixels of the screen, so that all four sides are equally wide and sharp.
-    CRect inner(ringedArea(*view));
-    getTransform().transform(inner);
-    inner.makeIntegral();
-    const CCoord width = std::round(ringWidth * getZoom());
-    CRect outer(inner);
-    outer.extend(width, width);
+    const auto [inner, outer] = ringAround(*view, *this);
     const ConcatClip clipped(*context, updateRect);
     context->setDrawMode(kAliasing);
     context->setFillColor(ringColor);
