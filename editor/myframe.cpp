@@ -1,8 +1,11 @@
 #include "editor/myframe.h"
 
 #include "editor/parameterslider.h"
+#include "editor/titleline.h"
 #include "platform/runloop.h"
 #include "platform/toolkitconnection.h"
+#include "vstgui/lib/platform/common/genericoptionmenu.h"
+#include "vstgui/lib/platform/iplatformframe.h"
 
 #include <cmath>
 
@@ -13,6 +16,14 @@ namespace {
 const CColor ringColor(20, 97, 109, 255);
 const CColor selectionColor(126, 214, 226, 255);
 constexpr CCoord ringWidth = 2;
+
+GenericOptionMenuTheme menuColors() {
+    GenericOptionMenuTheme theme;
+    theme.backgroundColor = mirelon::titleStripColor;
+    theme.backgroundColor.alpha = 254; // the toolkit draws none that is opaque
+    theme.selectedBackgroundColor = selectionColor;
+    return theme;
+}
 
 // What the ring goes around. The words above and below a slider are close to it, so
 // that there the ring stands on the slider's own edges.
@@ -64,6 +75,8 @@ bool MyFrame::openIn(void* parent) {
     config.runLoop = SharedPointer<X11::IRunLoop>(&mirelon::RunLoop::instance());
     if (!open(parent, PlatformType::kX11EmbedWindowID, &config))
         return false;
+    GenericOptionMenuTheme menus = menuColors();
+    getPlatformFrame()->setupGenericOptionMenu(true, &menus);
     const std::uint32_t window = mirelon::windowOf(*this);
     mirelon::announceMapped(window);
     keys.emplace(window, [this] { endRing(); });
