@@ -21,12 +21,8 @@ struct Shape {
 };
 
 std::optional<Shape> shapeOf(CView* view) {
-    if (const auto* slider = dynamic_cast<const ParameterSlider*>(view)) {
-        CRect handle = slider->handleRect();
-        handle.bottom = handle.top + layout::handleBottom;
-        handle.top += layout::handleTop;
-        return Shape{handle, layout::handleRadius};
-    }
+    if (const auto* slider = dynamic_cast<const ParameterSlider*>(view))
+        return Shape{slider->visibleHandle(), layout::handleRadius};
     if (dynamic_cast<const CAbout*>(view) != nullptr)
         return Shape{layout::aboutOutline, layout::aboutRadius};
     if (dynamic_cast<const COnOffButton*>(view) != nullptr)

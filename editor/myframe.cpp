@@ -1,12 +1,13 @@
 #include "editor/myframe.h"
 
-#include "editor/parameterslider.h"
+#include "editor/ringed.h"
 #include "editor/titleline.h"
 #include "platform/runloop.h"
 #include "platform/toolkitconnection.h"
 #include "vstgui/lib/platform/common/genericoptionmenu.h"
 #include "vstgui/lib/platform/iplatformframe.h"
 
+#include <array>
 #include <cmath>
 
 using namespace VSTGUI;
@@ -25,29 +26,47 @@ GenericOptionMenuTheme menuColors() {
     return theme;
 }
 
-// What the ring goes around. The words above and below a slider are close to it, so
-// that there the ring stands on the slider's own edges.
-CRect ringedArea(const CView& view) {
-    CRect area(view.getViewSize());
-    if (dynamic_cast<const ParameterSlider*>(&view) != nullptr)
-        area.inset(0, ringWidth);
-    return area;
+// To the nearest pixels of the screen.
+CRect onScreen(CRect rect, const CGraphicsTransform& transform) {
+    transform.transform(rect);
+    return {std::round(rect.left), std::round(rect.top), std::round(rect.right),
+            std::round(rect.bottom)};
 }
 
-// The ring's two edges in pixels of the screen, so that all four sides are equally wide
-// and sharp.
+// The ring's edges and what stands in front of it, in whole pixels of the screen, so
+// that all four sides are equally wide and sharp.
 struct Ring {
     CRect inner;
     CRect outer;
+    CRect front;
 };
+// It surrounds a view that says nothing else of it.
 Ring ringAround(const CView& view, const CFrame& frame) {
-    CRect inner(ringedArea(view));
-    frame.getTransform().transform(inner);
-    inner.makeIntegral();
+    const CGraphicsTransform& transform = frame.getTransform();
+    Ring ring;
+    if (const auto* ringed = dynamic_cast<const Ringed*>(&view)) {
+        ring.inner = onScreen(ringed->ringedArea(), transform);
+        ring.front = onScreen(ringed->inFrontOfRing(), transform);
+    } else {
+        CRect area(view.getViewSize());
+        ring.inner = transform.transform(area).makeIntegral();
+    }
     const CCoord width = std::round(ringWidth * frame.getZoom());
-    CRect outer(inner);
-    outer.extend(width, width);
-    return {inner, outer};
+    ring.outer = ring.inner;
+    ring.outer.extend(width, width);
+    return ring;
+}
+
+// All of `rect` but what `front` covers; some of the parts may be empty.
+std::array<CRect, 4> visibleParts(const CRect& rect, const CRect& front) {
+    CRect covered(front);
+    covered.bound(rect);
+    if (covered.isEmpty())
+        return {rect};
+    return {CRect(rect.left, rect.top, rect.right, covered.top),
+            CRect(rect.left, covered.bottom, rect.right, rect.bottom),
+            CRect(rect.left, covered.top, covered.left, covered.bottom),
+            CRect(covered.right, covered.top, rect.right, covered.bottom)};
 }
 
 bool isTab(const KeyboardEvent& event) {
@@ -256,7 +275,7 @@ void MyFrame::drawRect(CDrawContext* context, const CRect& updateRect) {
     const CView* const view = getFocusView();
     if (!ringShown || view == nullptr || getModalView() != nullptr)
         return;
-    const auto [inner, outer] = ringAround(*view, *this);
+    const auto [inner, outer, front] = ringAround(*view, *this);
     const ConcatClip clipped(*context, updateRect);
     context->setDrawMode(kAliasing);
     context->setFillColor(ringColor);
@@ -264,7 +283,9 @@ void MyFrame::drawRect(CDrawContext* context, const CRect& updateRect) {
                               CRect(outer.left, inner.bottom, outer.right, outer.bottom),
                               CRect(outer.left, inner.top, inner.left, inner.bottom),
                               CRect(inner.right, inner.top, outer.right, inner.bottom)})
-        context->drawRect(side, kDrawFilled);
+        for (const CRect& part : visibleParts(side, front))
+            if (!part.isEmpty())
+                context->drawRect(part, kDrawFilled);
 }
 
 int32_t MyFrame::DetachableEditor::getKnobMode() const {

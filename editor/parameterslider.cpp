@@ -1,10 +1,18 @@
 #include "editor/parameterslider.h"
 
+#include "editor/layout.h"
+
 using namespace VSTGUI;
 
 namespace {
 
 constexpr float step = 0.01F;
+
+// The words above and below are so close that the ring, which is two pixels wide, has
+// to run inside of the slider to stay a pixel off them at every scale; above, a letter
+// reaches below its line.
+constexpr CCoord ringBelowTop = 4;
+constexpr CCoord ringAboveBottom = 3;
 
 } // namespace
 
@@ -15,6 +23,20 @@ ParameterSlider::ParameterSlider(const CRect& rect, IControlListener* listener, 
                         offset, style) {
     setSliderMode(CSliderMode::FreeClick);
     setWheelInc(step); // the toolkit takes a tenth of it with shift
+}
+
+CRect ParameterSlider::visibleHandle() const {
+    CRect handle = calculateHandleRect(getValueNormalized());
+    handle.bottom = handle.top + mirelon::layout::handleBottom;
+    handle.top += mirelon::layout::handleTop;
+    return handle;
+}
+
+CRect ParameterSlider::ringedArea() const {
+    CRect area(getViewSize());
+    area.top += ringBelowTop;
+    area.bottom -= ringAboveBottom;
+    return area;
 }
 
 // The toolkit holds a handle one pixel left of its middle.

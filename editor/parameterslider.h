@@ -1,6 +1,7 @@
 // A parameter's slider.
 #pragma once
 
+#include "editor/ringed.h"
 #include "platform/toolkit.h"
 
 #include <functional>
@@ -12,7 +13,7 @@
 // well (most mice have no other), and to the right when the horizontal wheel
 // turns right. Wheel and keys step by a hundredth of the range, with shift by a
 // thousandth; the return key is for typing a value.
-class ParameterSlider : public VSTGUI::CHorizontalSlider {
+class ParameterSlider : public VSTGUI::CHorizontalSlider, public Ringed {
   public:
     ParameterSlider(const VSTGUI::CRect& rect, VSTGUI::IControlListener* listener, int32_t tag,
                     int32_t firstPosition, int32_t lastPosition, VSTGUI::CBitmap* handle,
@@ -31,8 +32,11 @@ class ParameterSlider : public VSTGUI::CHorizontalSlider {
     // What the return key does while the slider has the keys; else nothing.
     void setTyping(std::function<void()> begin) { beginTyping = std::move(begin); }
 
-    // Where the handle is drawn.
-    VSTGUI::CRect handleRect() const { return calculateHandleRect(getValueNormalized()); }
+    // Where the handle is seen: its picture without the clear rows.
+    VSTGUI::CRect visibleHandle() const;
+
+    VSTGUI::CRect ringedArea() const override;
+    VSTGUI::CRect inFrontOfRing() const override { return visibleHandle(); }
 
   private:
     // Where the handle would have to be pressed to stand where it does.

@@ -252,7 +252,7 @@ TEST_P(EditorKeys, AreWhereTheRingIsAtEveryScale) {
         const auto at = [&](double x, double y) {
             return with.at(static_cast<int>(x * scaled.scale), static_cast<int>(y * scaled.scale));
         };
-        for (const auto& [x, y] : {std::pair{62.0, 60.0}, {240.0, 60.0}, {150.0, 52.0}})
+        for (const auto& [x, y] : {std::pair{62.0, 60.0}, {240.0, 60.0}, {100.0, 54.0}})
             EXPECT_EQ(at(x, y), ringColor) << scale << ' ' << x;
         for (int control = toFirstSlider; control < toRocker; ++control)
             scaled.key(XK_Tab);
@@ -261,9 +261,11 @@ TEST_P(EditorKeys, AreWhereTheRingIsAtEveryScale) {
     }
 }
 
+// A pixel of the screen stays free around them.
 TEST_P(EditorKeys, RingASliderWithoutTouchingTheWordsAboveAndBelow) {
     constexpr int baseLines[] = {50, 82, 114, 146, 178, 210, 242};
     constexpr int height = 7;
+    constexpr int depth = 2; // of letters that reach below the line
     for (const char* scale : {"1", "1.25", "1.5", "1.75", "2", "2.5", "3"}) {
         setenv("MIRELON_SCALE", scale, 1);
         EditorHost scaled(GetParam());
@@ -278,7 +280,8 @@ TEST_P(EditorKeys, RingASliderWithoutTouchingTheWordsAboveAndBelow) {
             const auto from = [&](int length) { return static_cast<int>(length * scaled.scale); };
             std::vector<Pixels> rows;
             for (const int base : baseLines)
-                rows.push_back(all.part(from(52), from(base - height), upTo(250), upTo(base)));
+                rows.push_back(
+                    all.part(from(52), from(base - height) - 1, upTo(250), upTo(base + depth) + 1));
             return rows;
         };
         const auto without = words();
@@ -287,6 +290,16 @@ TEST_P(EditorKeys, RingASliderWithoutTouchingTheWordsAboveAndBelow) {
             EXPECT_TRUE(words() == without) << scale << ' ' << slider.parameter;
         }
     }
+}
+
+TEST_P(EditorKeys, RingASliderBehindItsHandle) {
+    const Position besideHandle{100, 54};
+    const Position onHandle{151, 54};
+    const std::uint32_t handle = editor.pixels().at(onHandle.x, onHandle.y);
+    tab(toFirstSlider);
+    const Pixels ringed = editor.pixels();
+    EXPECT_EQ(ringed.at(besideHandle.x, besideHandle.y), ringColor);
+    EXPECT_EQ(ringed.at(onHandle.x, onHandle.y), handle);
 }
 
 TEST_P(EditorKeys, AreTheHostsAgainAfterEscape) {
