@@ -19,6 +19,9 @@ namespace {
 
 constexpr double windowWidth = 324;
 
+// A host's loop takes a turn so often.
+constexpr auto turn = 4ms;
+
 // Further than the reach of a double click.
 constexpr double elsewhere = 20;
 
@@ -64,11 +67,10 @@ void EditorHost::iterate() {
 }
 
 void EditorHost::run(std::chrono::milliseconds time) {
-    const auto end = std::chrono::steady_clock::now() + time;
-    do {
+    for (auto passed = 0ms; passed < time; passed += turn) {
         iterate();
-        std::this_thread::sleep_for(4ms);
-    } while (std::chrono::steady_clock::now() < end);
+        std::this_thread::sleep_for(turn);
+    }
 }
 
 bool EditorHost::runUntil(const std::function<bool()>& reached) {
@@ -77,7 +79,7 @@ bool EditorHost::runUntil(const std::function<bool()>& reached) {
         if (std::chrono::steady_clock::now() > end)
             return false;
         iterate();
-        std::this_thread::sleep_for(4ms);
+        std::this_thread::sleep_for(turn);
     }
     return true;
 }
@@ -96,6 +98,20 @@ bool EditorHost::runUntilStill(const Pixels& before) {
             last = std::move(now);
         }
         return changed && turns >= enough;
+    });
+}
+
+bool EditorHost::runUntilStill(WindowDamage& drawn) {
+    constexpr int enough = 10; // more than a tick of the slowest timer
+    long last = drawn.pixels();
+    int turns = 0;
+    return runUntil([&] {
+        drawn.look();
+        ++turns;
+        if (drawn.pixels() != last)
+            turns = 0;
+        last = drawn.pixels();
+        return last > 0 && turns >= enough;
     });
 }
 

@@ -5,6 +5,7 @@
 #include "hosting/editorwindow.h"
 #include "hosting/hosting.h"
 #include "tests/support/temporaryfolder.h"
+#include "tests/support/windowdamage.h"
 #include "tests/support/xwindow.h"
 
 #include <chrono>
@@ -31,7 +32,8 @@ class EditorHost {
     void close();
     ERect rect();
 
-    // Lets the host's loop run.
+    // Lets the host's loop run: for at least so long, and as many turns of it as fit into
+    // that on an idle machine, so that a busy one leaves nothing undone.
     void run(std::chrono::milliseconds time = std::chrono::milliseconds(60));
     // Runs until `reached` or for ten seconds; answers whether it was reached.
     bool runUntil(const std::function<bool()>& reached);
@@ -39,6 +41,9 @@ class EditorHost {
     // menu fades in and out. Rest is counted in turns of the loop, in each of which the
     // window may draw, and not by the clock.
     bool runUntilStill(const Pixels& before);
+
+    // Runs until something has been drawn and the window has come to rest, as above.
+    bool runUntilStill(WindowDamage& drawn);
 
     // Positions are in the editor's own pixels at scale 1.
     void moveTo(double x, double y);

@@ -128,12 +128,7 @@ TEST_F(Highlights, ALetterIsAllThatIsDrawnWhenItLights) {
     std::string name("renamed");
     WindowDamage drawn(*editor.window);
     editor.effect->dispatch(effSetProgramName, 0, 0, name.data());
-    ASSERT_TRUE(editor.runUntil([&] {
-        drawn.look();
-        return drawn.pictures() > 0;
-    }));
-    editor.run(100ms);
-    drawn.look();
+    ASSERT_TRUE(editor.runUntilStill(drawn));
     EXPECT_GE(drawn.top(), areaOfA.top);
     EXPECT_LE(drawn.pixels(), 3 * 110 * 14);
 }
@@ -206,18 +201,13 @@ TEST_F(Highlights, ControlsAreFramedWhileThePointerIsOnThem) {
 }
 
 TEST_F(Highlights, AFrameIsDrawnAnewWithItsControlAlone) {
+    const Pixels atRest = editor.pixels();
     for (const Hovered& control : hoveredControls) {
         editor.moveTo(nowhere.x, nowhere.y);
-        editor.run(100ms);
+        ASSERT_TRUE(editor.runUntil([&] { return editor.pixels() == atRest; }));
         WindowDamage drawn(*editor.window);
         editor.window->moveTo(control.at.x, control.at.y);
-        ASSERT_TRUE(editor.runUntil([&] {
-            drawn.look();
-            return drawn.pictures() > 0;
-        }));
-        editor.run(100ms); // less than an explanation takes
-        drawn.look();
-        EXPECT_GT(drawn.pictures(), 0) << control.at.x;
+        ASSERT_TRUE(editor.runUntilStill(drawn));
         EXPECT_GE(drawn.top(), control.area.top) << control.at.x;
         EXPECT_LE(drawn.bottom(), control.area.bottom) << control.at.x;
     }

@@ -27,12 +27,7 @@ TEST_F(EditorRedraw, OfAChangedParameterIsItsControlAndItsReadOut) {
     for (const SliderPlace& slider : sliderPlaces) {
         WindowDamage drawn(*editor.window);
         editor.effect->setParameter(slider.parameter, 0.7F);
-        ASSERT_TRUE(editor.runUntil([&] {
-            drawn.look();
-            return drawn.pictures() > 0;
-        }));
-        editor.run(100ms);
-        drawn.look();
+        ASSERT_TRUE(editor.runUntilStill(drawn));
         EXPECT_LE(drawn.pixels(), editorWidth * editorHeight / 10) << slider.parameter;
         EXPECT_GT(drawn.top(), slider.y - 20) << slider.parameter;
         EXPECT_LT(drawn.bottom(), slider.y + 20) << slider.parameter;
@@ -47,12 +42,7 @@ TEST_F(EditorRedraw, OfAParameterThatIsSetToWhatItIsIsNothing) {
     editor.effect->setParameter(0, 0.7F);
     // What is set later is drawn later, and all that is drawn.
     editor.effect->setParameter(4, 0.7F);
-    ASSERT_TRUE(editor.runUntil([&] {
-        drawn.look();
-        return drawn.pictures() > 0;
-    }));
-    editor.run(100ms);
-    drawn.look();
+    ASSERT_TRUE(editor.runUntilStill(drawn));
     EXPECT_GT(drawn.top(), sliderPlaces[4].y - 20);
 }
 

@@ -93,9 +93,7 @@ TEST_F(TitleLine, IsAllThatIsDrawnAnewForItsWords) {
     editor->moveTo(150, 30); // a meter has no frame of its own
     WindowDamage drawn(*editor->window);
     ASSERT_TRUE(comesToSaySomething());
-    editor->run(100ms);
-    drawn.look();
-    EXPECT_GT(drawn.pictures(), 0);
+    ASSERT_TRUE(editor->runUntilStill(drawn));
     EXPECT_LE(drawn.bottom(), titleHeight * editor->scale);
 }
 

@@ -109,18 +109,20 @@ TEST_F(WindowSize, IsAnotherAtOnceWhereTheHostFollows) {
 }
 
 TEST_F(WindowSize, LooksAfterAChangeAsWhenItOpensInThatSize) {
+    setScreenResources("Xft.dpi:\t120\n");
+    const Pixels bare = editor.window->pixels();
+    open();
+    ASSERT_TRUE(editor.runUntilStill(bare));
+    const Pixels opened = editor.pixels();
+    editor.close();
+    setScreenResources("");
     follow();
     open();
     ASSERT_TRUE(choose(percent125));
     ASSERT_TRUE(editor.runUntil([&] { return size() == Size(405, 435); }));
     editor.scale = 1.25;
     editor.moveTo(nowhere.x, nowhere.y);
-    editor.run(200ms);
-    const Pixels changed = editor.pixels();
-    editor.close();
-    editor.open();
-    editor.moveTo(nowhere.x, nowhere.y);
-    EXPECT_TRUE(editor.runUntil([&] { return editor.pixels() == changed; }));
+    EXPECT_TRUE(editor.runUntil([&] { return editor.pixels() == opened; }));
 }
 
 TEST_F(WindowSize, ControlsAnswerWhereTheyAreSeenAfterAChange) {
@@ -140,8 +142,14 @@ TEST_F(WindowSize, LeavesNothingOfALargerPictureWhereTheHostKeepsItsRoom) {
     editor.host.answer(audioMasterSizeWindow, [](const HostCall&) { return 1; });
     ASSERT_TRUE(choose(percent100));
     ASSERT_TRUE(editor.runUntil([&] { return size() == Size(324, 348); }));
-    editor.run(500ms);
-    XResizeWindow(editor.window->connection(), editor.window->children().front(), 486, 522);
+    const auto child = editor.window->children().front();
+    const auto width = [&] {
+        XWindowAttributes attributes{};
+        XGetWindowAttributes(editor.window->connection(), child, &attributes);
+        return attributes.width;
+    };
+    ASSERT_TRUE(editor.runUntil([&] { return width() == 324; }));
+    XResizeWindow(editor.window->connection(), child, 486, 522);
     EXPECT_TRUE(editor.runUntil([&] {
         const Pixels picture = editor.pixels();
         const auto isBlack = [](std::uint32_t pixel) { return pixel == 0; };
