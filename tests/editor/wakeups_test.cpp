@@ -21,8 +21,9 @@ long sleeps() {
 
 TEST(EditorWakeUps, AStillEditorWakesTheMainLoopOnceATickOfItsIdleTimer) {
     EditorHost editor(Drive::glib);
+    const Pixels empty = editor.window->pixels();
     editor.open();
-    editor.run(500ms);
+    ASSERT_TRUE(editor.runUntilStill(empty));
     const long before = sleeps();
     const int wakeUps = iterateFor(1s);
     RecordProperty("wakeUps", wakeUps);

@@ -12,7 +12,6 @@
 #include <map>
 #include <string>
 #include <string_view>
-#include <thread>
 #include <vector>
 
 namespace mirelon::test {
@@ -71,18 +70,13 @@ class ArdourControls : public ArdourWindowTest {
     void chooseInMenu(int preset) const {
         const Pixels closed = shown();
         click(menuButton);
-        // It is there when it has come to rest.
-        Pixels open;
-        ASSERT_TRUE(eventually(seconds(10), [&] {
-            Pixels now = shown();
-            const auto [top, bottom] = changedRows(closed, now);
-            const bool resting = now == open && bottom - top > editorHeight / 3;
-            open = std::move(now);
-            if (!resting)
-                std::this_thread::sleep_for(std::chrono::milliseconds(200));
-            return resting;
-        })) << "the menu was not shown";
-        const auto [top, bottom] = changedRows(closed, open);
+        const auto open = atRest([&] { return shown(); },
+                                 [&](const Pixels& now) {
+                                     const auto [top, bottom] = changedRows(closed, now);
+                                     return bottom - top > editorHeight / 3;
+                                 });
+        ASSERT_TRUE(open) << "the menu was not shown";
+        const auto [top, bottom] = changedRows(closed, *open);
         choose(menuLine(preset, top, bottom));
     }
 

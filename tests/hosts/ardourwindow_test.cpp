@@ -63,12 +63,13 @@ TEST_F(ArdourWindow, ShowsTheWholeEditorAtTheReportedSize) {
     ASSERT_NO_FATAL_FAILURE(start());
     // The same editor in a bare window, after some silence as well.
     EditorHost bare;
+    const Pixels empty = bare.window->pixels();
     ASSERT_EQ(bare.open(), 1);
     bare.effect->resume();
     std::vector<float> silence(1024);
     float* channels[] = {silence.data(), silence.data()};
     bare.effect->process(channels, channels, 1024);
-    bare.run(std::chrono::milliseconds(300));
+    ASSERT_TRUE(bare.runUntilStill(empty));
     const Pixels expected = bare.pixels();
     ASSERT_EQ(theCall(effEditGetRect).extra,
               std::to_string(expected.width) + 'x' + std::to_string(expected.height));
@@ -138,7 +139,7 @@ TEST_F(ArdourWindow, SpaceStartsAndStopsTheTransportAfterAClickOnASlider) {
     screen->key(XK_space);
     EXPECT_TRUE(eventually(seconds(5), [&] {
         const auto before = handle(widthSlider);
-        std::this_thread::sleep_for(std::chrono::milliseconds(500));
+        std::this_thread::sleep_for(std::chrono::milliseconds(500)); // it would move
         return before && handle(widthSlider) == before && *before < handlePosition(0.85);
     })) << "the transport does not stop";
     EXPECT_TRUE(standsAt(balanceSlider, 0.25));

@@ -10,6 +10,7 @@
 #include <chrono>
 #include <stdexcept>
 #include <thread>
+#include <utility>
 
 namespace mirelon::test {
 namespace {
@@ -196,6 +197,20 @@ void Screen::activate(WindowId window) {
 
 void Screen::close(WindowId window) {
     tellWindowManager(window, "_NET_CLOSE_WINDOW", CurrentTime);
+}
+
+std::optional<Pixels> atRest(const std::function<Pixels()>& look,
+                             const std::function<bool(const Pixels&)>& wanted) {
+    constexpr int enough = 10; // looks, which are 20 ms apart
+    Pixels last;
+    int same = 0;
+    const bool rests = eventually(std::chrono::seconds(10), [&] {
+        Pixels now = look();
+        same = now == last ? same + 1 : 0;
+        last = std::move(now);
+        return same >= enough && wanted(last);
+    });
+    return rests ? std::optional(std::move(last)) : std::nullopt;
 }
 
 } // namespace mirelon::test

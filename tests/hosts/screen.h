@@ -5,6 +5,7 @@
 #include "tests/hosts/program.h"
 #include "tests/support/xwindow.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -53,5 +54,11 @@ class Screen {
     _XDisplay* connection;
     std::unique_ptr<Program> windowManager;
 };
+
+// What `look` shows once that is as wanted and has stayed the same for a fifth of a
+// second, as a menu does that has faded in and takes clicks; nothing when it does not
+// come to that in ten seconds.
+std::optional<Pixels> atRest(const std::function<Pixels()>& look,
+                             const std::function<bool(const Pixels&)>& wanted);
 
 } // namespace mirelon::test

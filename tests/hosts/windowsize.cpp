@@ -8,7 +8,6 @@
 #include <cstdlib>
 #include <gtest/gtest.h>
 #include <string>
-#include <thread>
 #include <utility>
 
 namespace mirelon::test {
@@ -38,9 +37,10 @@ Pixels bareEditor(int percent) {
     EditorHost bare;
     const ERect rect = bare.rect();
     bare.window->resize(rect.right - rect.left, rect.bottom - rect.top);
+    const Pixels empty = bare.window->pixels();
     bare.open();
-    bare.run(std::chrono::milliseconds(300));
     unsetenv("MIRELON_SCALE");
+    EXPECT_TRUE(bare.runUntilStill(empty));
     return bare.pixels();
 }
 
@@ -49,12 +49,12 @@ std::optional<std::pair<int, int>> openMenu(Screen& screen, Screen::WindowId edi
     screen.pointAt(editor, scaled(nowhere, percent));
     const Pixels closed = menuColumn(screen.pixels(editor), percent);
     screen.click(editor, scaled(title, percent), 3);
-    std::pair<int, int> rows{};
-    const bool open = eventually(seconds(10), [&] {
-        rows = changedRows(closed, menuColumn(screen.pixels(editor), percent));
-        return rows.second - rows.first > scaled(100, percent);
-    });
-    return open ? std::optional(rows) : std::nullopt;
+    const auto open = atRest([&] { return menuColumn(screen.pixels(editor), percent); },
+                             [&](const Pixels& column) {
+                                 const auto [top, bottom] = changedRows(closed, column);
+                                 return bottom - top > scaled(100, percent);
+                             });
+    return open ? std::optional(changedRows(closed, *open)) : std::nullopt;
 }
 
 } // namespace
@@ -64,8 +64,6 @@ void chooseSize(Screen& screen, const EditorAt& editor, int from, int to) {
     ASSERT_TRUE(window);
     const auto menu = openMenu(screen, *window, from);
     ASSERT_TRUE(menu) << "no menu came up";
-    // It takes clicks once it has come up.
-    std::this_thread::sleep_for(std::chrono::milliseconds(600));
     const auto [top, bottom] = *menu;
     const auto line = static_cast<int>(std::ranges::find(percents, to) - percents.begin());
     screen.click(*window,
