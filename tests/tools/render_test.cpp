@@ -260,6 +260,22 @@ TEST_F(Render, TakesTheLatencyOfAPluginOut) {
     }
 }
 
+TEST_F(Render, PushesTheLastFramesOutOfAPluginWithSilence) {
+    writeSound(folder / "in.wav", constant(0.25, 0.125, 10));
+    for (const char* const block : {"2", "4096"}) {
+        result = runHost({"render", "--overwrite", folder / "in.wav", folder / "out.wav", "--block",
+                          block, "--plugin", testPlugin("lookahead")});
+        ASSERT_EQ(result.status, 0) << result.errors;
+        const Sound out = readSound(folder / "out.wav");
+        ASSERT_EQ(out.frames(), 10U);
+        for (std::size_t i = 0; i < out.frames(); ++i) {
+            const double times = i < 7 ? 2.0 : 1.0;
+            EXPECT_EQ(out.left(i), times * 0.25) << i;
+            EXPECT_EQ(out.right(i), times * 0.125) << i;
+        }
+    }
+}
+
 TEST_F(Render, AsksThePluginToUnderstandATextFirst) {
     writeSound(folder / "in.wav", constant(0.25, 0.5, 10));
     result = runHost({"render", "--overwrite", folder / "in.wav", folder / "out.wav", "--plugin",
