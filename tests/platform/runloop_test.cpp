@@ -173,6 +173,27 @@ TEST_P(RunLoopDrive, CallsNothingOfTheToolkitsThatHasBeenTakenBackMeanwhile) {
     EXPECT_FALSE(loop.unregisterTimer(&frame));
 }
 
+TEST_P(RunLoopDrive, DrawsNoFrameThatTheDrawingOfAnotherHasTakenBack) {
+    Frame first;
+    Frame second;
+    first.onCall = [&] { loop.unregisterTimer(&second); };
+    std::this_thread::sleep_for(20ms); // a drawing is due
+    turn();
+    EXPECT_EQ(first.redraws, 1);
+    EXPECT_EQ(second.redraws, 0);
+}
+
+TEST_P(RunLoopDrive, CallsNoTimerThatAnotherHasRemovedInTheSameTurn) {
+    int calls = 0;
+    TimerSchedule::Id removed = 0;
+    const auto removing = loop.addTimer(1ms, [&] { loop.removeTimer(removed); });
+    removed = loop.addTimer(1ms, [&] { ++calls; });
+    std::this_thread::sleep_for(2ms); // both are due
+    turn();
+    loop.removeTimer(removing);
+    EXPECT_EQ(calls, 0);
+}
+
 TEST_P(RunLoopDrive, ATurnInsideATurnDoesNothing) {
     WatchedPipe pipe;
     int depth = 0;

@@ -3,8 +3,10 @@
 #include "tests/support/mainloop.h"
 #include "tests/support/pumping.h"
 #include "tests/support/virtualdisplay.h"
+#include "tests/support/watchedpipe.h"
 
 #include <cstdlib>
+#include <functional>
 #include <gtest/gtest.h>
 #include <memory>
 #include <poll.h>
@@ -140,6 +142,36 @@ TEST_P(ToolkitEvents, LetTheLoopSleepWhenAllAreHandled) {
     EXPECT_LE(iterateFor(200ms), 5);
 }
 
+// Called like the toolkit's own.
+struct CountedHandler final : VSTGUI::X11::IEventHandler, VSTGUI::X11::ITimerHandler {
+    void onEvent() override {
+        ++events;
+        onCall();
+    }
+    void onTimer() override { ++redraws; }
+    int events = 0;
+    int redraws = 0;
+    std::function<void()> onCall = [] {};
+};
+
+TEST_P(ToolkitEvents, AreNotHandedToWhatAHandlerOfThemHasTakenBack) {
+    CountedWindow window;
+    WatchedPipe silent;
+    CountedHandler first;
+    CountedHandler second;
+    first.onCall = [&] { loop.unregisterEventHandler(&second); };
+    turn();
+    loop.registerEventHandler(silent.reader(), &first);
+    loop.registerEventHandler(silent.reader(), &second);
+    window.change();
+    makeRoundTrip(); // no descriptor says that there is an event
+    turn();
+    loop.unregisterEventHandler(&first);
+    EXPECT_EQ(window.changes, 1);
+    EXPECT_GT(first.events, 0);
+    EXPECT_EQ(second.events, 0);
+}
+
 class ToolkitTimers : public ToolkitEvents {};
 INSTANTIATE_TEST_SUITE_P(Glib, ToolkitTimers, testing::Values(iterateOnce));
 
@@ -191,11 +223,14 @@ TEST_P(WithoutConnection, NothingOfTheToolkitsIsServedAndNothingKeepsTheLoopAwak
     turn();
     window.change();
     makeRoundTrip();
+    CountedHandler frame;
+    loop.registerTimer(16, &frame); // wants to draw
     shutdown(xcb_get_file_descriptor(connection()), SHUT_RDWR);
     makeRoundTrip();
     EXPECT_FALSE(loop.connectToDisplay());
     EXPECT_LE(iterateFor(300ms), 10);
     EXPECT_EQ(window.changes, 0);
+    EXPECT_EQ(frame.redraws, 0);
 }
 
 } // namespace
