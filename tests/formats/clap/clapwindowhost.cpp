@@ -1,31 +1,27 @@
 #include "tests/formats/clap/clapwindowhost.h"
 
-#include "tests/editor/positions.h"
-
 #include <algorithm>
 #include <iterator>
-#include <thread>
 
 namespace mirelon::test {
 
-using namespace std::chrono_literals;
-
 ClapWindowHost::ClapWindowHost(hosting::ClapExtensions offered)
     : plugIn(offered) {
-    VirtualDisplay::start();
-    parent = std::make_unique<XWindow>(editorWidth, editorHeight);
+    plugIn.host.giveSizes(true);
 }
 
 ClapWindowHost::~ClapWindowHost() {
     close();
 }
 
-bool ClapWindowHost::open(double scale) {
+bool ClapWindowHost::open(std::optional<double> scale) {
     clap_window window{CLAP_WINDOW_API_X11, {}};
     window.x11 = parent->id();
     std::uint32_t width = 0;
     std::uint32_t height = 0;
-    return gui().create(plugin(), CLAP_WINDOW_API_X11, false) && gui().set_scale(plugin(), scale) &&
+    sizesBefore = plugIn.host.sizesAsked().size();
+    return gui().create(plugin(), CLAP_WINDOW_API_X11, false) &&
+           (!scale || gui().set_scale(plugin(), *scale)) &&
            gui().get_size(plugin(), &width, &height) && gui().set_parent(plugin(), &window) &&
            gui().show(plugin());
 }
@@ -51,58 +47,63 @@ void ClapWindowHost::turn() {
     told.insert(told.end(), events.told().begin(), events.told().end());
 }
 
-void ClapWindowHost::run(std::chrono::milliseconds time) {
-    const auto end = std::chrono::steady_clock::now() + time;
-    do {
-        turn();
-        std::this_thread::sleep_for(4ms);
-    } while (std::chrono::steady_clock::now() < end);
+WindowHost::Size ClapWindowHost::size() {
+    std::uint32_t width = 0;
+    std::uint32_t height = 0;
+    gui().get_size(plugin(), &width, &height);
+    return {static_cast<int>(width), static_cast<int>(height)};
 }
 
-bool ClapWindowHost::runUntil(const std::function<bool()>& condition) {
-    const auto end = std::chrono::steady_clock::now() + 20s;
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() > end)
-            return false;
-        run(4ms);
+std::vector<WindowHost::Size> ClapWindowHost::sizesAsked() {
+    const auto& all = plugIn.host.sizesAsked();
+    std::vector<Size> asked;
+    std::transform(all.begin() + static_cast<std::ptrdiff_t>(sizesBefore), all.end(),
+                   std::back_inserter(asked), [](const hosting::ClapHost::Size& each) {
+                       return Size(static_cast<int>(each.width), static_cast<int>(each.height));
+                   });
+    return asked;
+}
+
+std::string ClapWindowHost::gestures() {
+    std::string all;
+    for (const hosting::ClapTold& each : told) {
+        if (each.type == CLAP_EVENT_PARAM_VALUE)
+            continue;
+        all += each.type == CLAP_EVENT_PARAM_GESTURE_BEGIN ? 'b' : 'e';
+        all += std::to_string(each.parameter);
     }
-    return true;
+    return all;
 }
 
-void ClapWindowHost::moveTo(int x, int y) {
-    parent->moveTo(x, y);
-    run();
+std::vector<float> ClapWindowHost::valuesTold(int parameter) {
+    std::vector<float> values;
+    for (const hosting::ClapTold& each : told)
+        if (each.type == CLAP_EVENT_PARAM_VALUE &&
+            each.parameter == static_cast<clap_id>(parameter))
+            values.push_back(static_cast<float>(each.value));
+    return values;
 }
 
-void ClapWindowHost::click(int x, int y) {
-    moveTo(x, y);
-    parent->press();
-    run();
-    parent->release();
-    run();
+std::optional<float> ClapWindowHost::value(int parameter) {
+    return static_cast<float>(plugIn.value(parameter));
 }
 
-void ClapWindowHost::drag(int fromX, int toX, int y) {
-    moveTo(fromX, y);
-    parent->press();
-    run();
-    moveTo((fromX + toX) / 2, y);
-    moveTo(toX, y);
-    parent->release();
-    run();
+std::optional<ChunkImage> ClapWindowHost::bank() {
+    const auto state = plugIn.instance.save();
+    ChunkImage bank{};
+    if (!state || state->size() != bank.size())
+        return std::nullopt;
+    std::ranges::copy(*state, bank.begin());
+    return bank;
 }
 
-Pixels ClapWindowHost::pixels() {
-    run();
-    return parent->pixels();
-}
-
-std::vector<hosting::ClapTold> ClapWindowHost::toldOf(int parameter) const {
-    std::vector<hosting::ClapTold> chosen;
-    std::ranges::copy_if(told, std::back_inserter(chosen), [parameter](const auto& each) {
-        return each.parameter == static_cast<clap_id>(parameter);
-    });
-    return chosen;
+// What it tells of that by itself is noted as well.
+void ClapWindowHost::set(int parameter, float value) {
+    hosting::ClapInputEvents events;
+    hosting::ClapOutputEvents answers;
+    events.add(hosting::clapValueEvent(0, static_cast<clap_id>(parameter), value));
+    plugIn.instance.flush(events.list(), answers.list());
+    told.insert(told.end(), answers.told().begin(), answers.told().end());
 }
 
 } // namespace mirelon::test

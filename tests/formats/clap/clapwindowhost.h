@@ -1,55 +1,46 @@
-// A window of the CLAP plug-in in a host's window, and a user in front of it; the
-// plug-in may be playing behind it.
+// A window of the CLAP plug-in in a host's.
 #pragma once
 
 #include "tests/formats/clap/clapfile.h"
-#include "tests/support/xwindow.h"
+#include "tests/formats/windowhost.h"
 
-#include <chrono>
-#include <functional>
-#include <memory>
 #include <vector>
 
 namespace mirelon::test {
 
-class ClapWindowHost {
+// With a playing plug-in a turn of its loop also plays a block of silence and notes what
+// the plug-in tells meanwhile.
+class ClapWindowHost final : public WindowHost {
   public:
     explicit ClapWindowHost(hosting::ClapExtensions offered = hosting::ClapExtensions::all);
-    ~ClapWindowHost();
-    ClapWindowHost(const ClapWindowHost&) = delete;
-    ClapWindowHost& operator=(const ClapWindowHost&) = delete;
+    ~ClapWindowHost() override;
 
-    // What a host asks for one after the other; false at the first refusal.
-    bool open(double scale = 1.0);
-    void close();
+    // Asks for everything that a host asks for, one after the other.
+    bool open(std::optional<double> scale = std::nullopt) override;
+    void close() override;
+    void play() override;
+
+    Size size() override;
+    std::vector<Size> sizesAsked() override;
+    std::string gestures() override;
+    std::vector<float> valuesTold(int parameter) override;
+    std::optional<float> value(int parameter) override;
+    std::optional<ChunkImage> bank() override;
+    void set(int parameter, float value) override;
 
     const clap_plugin* plugin() const { return &plugIn.instance.plugin(); }
     const clap_plugin_gui& gui() const { return *plugIn.instance.window(); }
 
-    // The host's loop; with a playing plug-in also blocks of silence, whose events
-    // are noted. `runUntil` answers whether it came true in time.
-    void play();
-    void run(std::chrono::milliseconds time = std::chrono::milliseconds(60));
-    bool runUntil(const std::function<bool()>& condition);
-
-    void moveTo(int x, int y);
-    void click(int x, int y);
-    void drag(int fromX, int toX, int y);
-    Pixels pixels();
-
-    // What the plug-in has told while it played, in its order: altogether, and of
-    // one parameter.
+    // What the plug-in has told so far, in its order.
     std::vector<hosting::ClapTold> told;
-    std::vector<hosting::ClapTold> toldOf(int parameter) const;
 
-    EmptyPreferences preferences;
-    std::unique_ptr<XWindow> parent;
     ClapPlugIn plugIn;
 
   private:
-    void turn();
+    void turn() override;
 
     bool playing = false;
+    std::size_t sizesBefore = 0; // asked for before it was opened
 };
 
 } // namespace mirelon::test

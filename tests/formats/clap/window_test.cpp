@@ -1,17 +1,11 @@
 // The CLAP plug-in's window in a host's, and what goes between it and the host.
 #include "tests/formats/clap/clapwindowhost.h"
+#include "tests/formats/formatwindow.h"
 
-#include "presetsystem/chunkimage.h"
-#include "processor/core/factorypresets.h"
 #include "tests/editor/positions.h"
 
-#include <X11/keysym.h>
-#include <algorithm>
 #include <cmath>
-#include <cstdlib>
-#include <filesystem>
 #include <gtest/gtest.h>
-#include <iterator>
 
 namespace mirelon::test {
 namespace {
@@ -20,38 +14,13 @@ using namespace std::chrono_literals;
 using hosting::ClapExtensions;
 using hosting::ClapTold;
 
-constexpr std::uint32_t hostGrey = 0x808080;
 constexpr int gainRow = 94;
 
-std::ptrdiff_t openFiles() {
-    const std::filesystem::directory_iterator files("/proc/self/fd");
-    return std::distance(begin(files), end(files));
-}
-
-ChunkImage bankOf(const ClapWindowHost& host) {
-    const auto state = host.plugIn.instance.save();
-    ChunkImage bank{};
-    EXPECT_EQ(state.value().size(), bank.size());
-    std::ranges::copy(*state, bank.begin());
-    return bank;
-}
+INSTANTIATE_TEST_SUITE_P(Clap, FormatWindow, testing::Values([]() -> std::unique_ptr<WindowHost> {
+                             return std::make_unique<ClapWindowHost>();
+                         }));
 
 // --- Opening and closing ---
-
-TEST(ClapWindowLife, OpensInTheHostsWindowInItsOwnSize) {
-    ClapWindowHost host;
-    ASSERT_TRUE(host.open());
-    EXPECT_EQ(host.parent->children().size(), 1U);
-    std::uint32_t width = 0;
-    std::uint32_t height = 0;
-    ASSERT_TRUE(host.gui().get_size(host.plugin(), &width, &height));
-    EXPECT_EQ(width, 324U);
-    EXPECT_EQ(height, 348U);
-    EXPECT_TRUE(host.runUntil([&] {
-        const Pixels picture = host.parent->pixels();
-        return picture.at(0, 0) != hostGrey && picture.at(323, 347) != hostGrey;
-    }));
-}
 
 TEST(ClapWindowLife, IsDrivenByOneTimerOfSixteenMillisecondsWhileItIsOpen) {
     ClapWindowHost host;
@@ -61,16 +30,6 @@ TEST(ClapWindowLife, IsDrivenByOneTimerOfSixteenMillisecondsWhileItIsOpen) {
     EXPECT_EQ(host.plugIn.host.timerCount(), 1U);
     host.close();
     EXPECT_EQ(host.plugIn.host.timerCount(), 0U);
-}
-
-TEST(ClapWindowLife, OpensInTheScaleThatTheHostAsksFor) {
-    ClapWindowHost host;
-    ASSERT_TRUE(host.open(2.0));
-    std::uint32_t width = 0;
-    std::uint32_t height = 0;
-    host.gui().get_size(host.plugin(), &width, &height);
-    EXPECT_EQ(width, 648U);
-    EXPECT_EQ(height, 696U);
 }
 
 TEST(ClapWindowLife, HasNoScaleThatIsNone) {
@@ -117,39 +76,17 @@ TEST(ClapWindowLife, KeepsItsSize) {
     EXPECT_FALSE(gui.set_size(plugin, 325, 348));
 }
 
-// In the menu of the window's top line, which opens where it is clicked.
-void chooseSizeOfOneAndAHalf(ClapWindowHost& host) {
-    host.moveTo(60, 9);
-    const std::uint32_t closed = host.pixels().at(100, 150);
-    host.parent->press(3);
-    host.run();
-    host.parent->release(3);
-    ASSERT_TRUE(host.runUntil([&] { return host.pixels().at(100, 150) != closed; }));
-    host.run(600ms); // it takes clicks once it has come up
-    host.click(80, 58);
-    EXPECT_TRUE(host.runUntil([&] { return !host.plugIn.host.sizesAsked().empty(); }));
-}
-
-TEST(ClapWindowLife, TakesTheSizeThatTheUserChoosesWhenTheHostGivesIt) {
+TEST(ClapWindowLife, TakesTheSizeThatTheUserChoosesOnlyWhenTheHostGivesIt) {
     for (const bool given : {true, false}) {
         ClapWindowHost host;
         host.plugIn.host.giveSizes(given);
         host.parent->resize(486, 522);
+        const Pixels empty = host.parent->pixels();
         ASSERT_TRUE(host.open());
-        host.run();
-        chooseSizeOfOneAndAHalf(host);
-        EXPECT_EQ(host.plugIn.host.sizesAsked(),
-                  (std::vector<hosting::ClapHost::Size>{{486, 522}}));
-        std::uint32_t width = 0;
-        std::uint32_t height = 0;
-        ASSERT_TRUE(host.gui().get_size(host.plugin(), &width, &height));
-        EXPECT_EQ(width, given ? 486U : 324U);
+        ASSERT_TRUE(host.runUntilStill(empty));
+        ASSERT_TRUE(host.chooseSizeOfOneAndAHalf());
+        EXPECT_EQ(host.size(), given ? WindowHost::Size(486, 522) : WindowHost::Size(324, 348));
         EXPECT_EQ(host.gui().set_size(host.plugin(), 486, 522), given);
-        host.close();
-        ASSERT_TRUE(host.open(2.0)); // the user's choice wins over the host's scale
-        ASSERT_TRUE(host.gui().get_size(host.plugin(), &width, &height));
-        EXPECT_EQ(width, 486U);
-        EXPECT_EQ(height, 522U);
     }
 }
 
@@ -203,34 +140,6 @@ TEST(ClapWindowLife, TimersOfOthersAndAfterTheEndDoNothing) {
     timers.on_timer(host.plugin(), 1);
 }
 
-TEST(ClapWindowLife, SixtyOpeningsWithTwoAtOnceInEveryThirdLeaveNothingBehind) {
-    ClapWindowHost host;
-    ClapWindowHost other;
-    host.play();
-    ASSERT_TRUE(host.open());
-    host.run();
-    host.close();
-    const auto before = openFiles();
-    for (int i = 0; i < 60; ++i) {
-        ASSERT_TRUE(host.open()) << i;
-        const bool two = i % 3 == 0;
-        if (two) {
-            ASSERT_TRUE(other.open()) << i;
-            other.run(20ms);
-        }
-        host.run(30ms);
-        ASSERT_EQ(host.parent->children().size(), 1U) << i;
-        if (two && i % 2 == 0)
-            other.close();
-        host.close();
-        other.close();
-        ASSERT_TRUE(host.parent->becomesEmpty()) << i;
-    }
-    EXPECT_EQ(openFiles(), before);
-    host.open();
-    EXPECT_TRUE(host.runUntil([&] { return host.parent->pixels().at(10, 10) != hostGrey; }));
-}
-
 TEST(ClapWindowLife, InstancesMayEndWithTheirWindowsOpen) {
     VirtualDisplay::start();
     const EmptyPreferences preferences;
@@ -246,54 +155,7 @@ TEST(ClapWindowLife, InstancesMayEndWithTheirWindowsOpen) {
     EXPECT_TRUE(parent.becomesEmpty());
 }
 
-TEST(ClapWindowLife, TheHostsWindowMayGoFirst) {
-    ClapWindowHost host;
-    host.open();
-    host.run();
-    host.parent->destroy();
-    host.run();
-    host.plugIn.set(kParamGain, 0.75);
-    host.run();
-    host.close();
-    host.parent = std::make_unique<XWindow>(editorWidth, editorHeight);
-    EXPECT_TRUE(host.open());
-}
-
 // --- From the user to the host ---
-
-TEST(ClapWindowGesture, IsABeginningItsValuesAndAnEnd) {
-    ClapWindowHost host;
-    host.play();
-    host.open();
-    host.run();
-    host.drag(handlePosition(0.5), handlePosition(0.75), gainRow);
-    ASSERT_TRUE(host.runUntil([&] {
-        return !host.told.empty() && host.told.back().type == CLAP_EVENT_PARAM_GESTURE_END;
-    }));
-    ASSERT_GE(host.told.size(), 3U);
-    EXPECT_EQ(host.told, host.toldOf(kParamGain));
-    EXPECT_EQ(host.told.front().type, CLAP_EVENT_PARAM_GESTURE_BEGIN);
-    for (std::size_t i = 1; i + 1 < host.told.size(); ++i)
-        EXPECT_EQ(host.told[i].type, CLAP_EVENT_PARAM_VALUE);
-    const double last = host.told[host.told.size() - 2].value;
-    EXPECT_NEAR(last, 0.75, 0.02);
-    EXPECT_EQ(last, host.plugIn.value(kParamGain));
-    EXPECT_EQ(host.plugIn.host.rescans(), 0);
-    EXPECT_EQ(host.plugIn.host.dirtyMarks(), 0);
-}
-
-TEST(ClapWindowGesture, OnASwitchSetsZeroOrOne) {
-    ClapWindowHost host;
-    host.play();
-    host.open();
-    host.run();
-    for (const SwitchPlace& place : switchPlaces) {
-        host.click(place.at.x, place.at.y);
-        ASSERT_TRUE(host.runUntil([&] { return host.toldOf(place.parameter).size() == 3; }));
-        EXPECT_EQ(host.toldOf(place.parameter)[1].value,
-                  place.parameter == kParamProcess ? 0.0 : 1.0);
-    }
-}
 
 TEST(ClapWindowGesture, WhileNothingPlaysAsksForAFlushAndWaitsForIt) {
     ClapWindowHost host;
@@ -326,19 +188,18 @@ TEST(ClapWindowGesture, WaitsForAHostThatHasNoRoomForItsEvents) {
     EXPECT_EQ(all.back().type, CLAP_EVENT_PARAM_GESTURE_END);
 }
 
-TEST(ClapWindowGesture, OfAnotherPresetIsARescanAndNoGesture) {
+TEST(ClapWindowGesture, IsNoRescanAndOfAnotherPresetIsOne) {
     ClapWindowHost host;
     host.play();
     host.open();
     host.run();
+    host.drag(handlePosition(0.5), handlePosition(0.75), gainRow);
+    ASSERT_TRUE(host.runUntil([&] { return host.gestures() == "b1e1"; }));
+    EXPECT_EQ(host.plugIn.host.rescans(), 0);
+    EXPECT_EQ(host.plugIn.host.dirtyMarks(), 0);
     host.click(rockerRight.x, rockerRight.y);
-    ASSERT_TRUE(host.runUntil([&] { return host.plugIn.host.rescans() > 0; }));
-    EXPECT_TRUE(host.told.empty());
+    EXPECT_TRUE(host.runUntil([&] { return host.plugIn.host.rescans() > 0; }));
     EXPECT_GT(host.plugIn.host.dirtyMarks(), 0);
-    EXPECT_EQ(chunkPresetNo(bankOf(host)), 1);
-    for (int index = 0; index < kNumParams; ++index)
-        EXPECT_EQ(host.plugIn.value(index),
-                  static_cast<double>(factoryPresets[1].values[static_cast<std::size_t>(index)]));
 }
 
 // Otherwise the host would take the older values for newer ones.
@@ -357,36 +218,12 @@ TEST(ClapWindowGesture, IsHeardBeforeTheRescanAfterIt) {
     EXPECT_TRUE(host.runUntil([&] { return host.plugIn.host.rescans() == 1; }));
 }
 
-TEST(ClapWindowGesture, OfANameThatIsBeingTypedCountsWhenTheWindowCloses) {
-    ClapWindowHost host;
-    host.open();
-    host.run();
-    host.click(nameField.x, nameField.y);
-    for (const int key : {XK_a, XK_b, XK_c}) {
-        host.parent->keyDown(static_cast<unsigned long>(key));
-        host.parent->keyUp(static_cast<unsigned long>(key));
-        host.run();
-    }
-    host.close();
-    PresetBank bank;
-    copyChunkBank(bankOf(host), bank);
-    EXPECT_STREQ(bank[0].name().data(), "abc");
-    host.plugIn.instance.serve();
-    EXPECT_GT(host.plugIn.host.dirtyMarks(), 0);
-}
-
 TEST(ClapWindowGesture, StoresDefaultsThatTheNextInstanceStartsFrom) {
     ClapWindowHost host;
     host.open();
     host.run();
     host.drag(handlePosition(0.5), handlePosition(0.75), gainRow);
-    host.moveTo(defaultPreset.x, defaultPreset.y - 20);
-    host.moveTo(defaultPreset.x, defaultPreset.y);
-    host.parent->press();
-    host.parent->release();
-    host.parent->press();
-    host.run();
-    host.parent->release();
+    host.doubleClick(defaultPreset.x, defaultPreset.y);
     EXPECT_TRUE(host.runUntil([] {
         const ClapPlugIn next;
         return std::abs(next.value(kParamGain) - 0.75) < 0.02;
@@ -394,19 +231,6 @@ TEST(ClapWindowGesture, StoresDefaultsThatTheNextInstanceStartsFrom) {
 }
 
 // --- From the host to the window ---
-
-TEST(ClapWindowFollows, EveryParameterThatTheHostSets) {
-    ClapWindowHost host;
-    host.open();
-    for (int index = 0; index < kNumParams; ++index) {
-        const Pixels before = host.pixels();
-        host.plugIn.set(index, index == kParamProcess ? 0.0 : 1.0);
-        EXPECT_TRUE(host.runUntil([&] { return host.parent->pixels() != before; })) << index;
-    }
-    hosting::ClapOutputEvents told;
-    host.plugIn.instance.flush(nullptr, told.list());
-    EXPECT_TRUE(told.told().empty()); // following is no gesture
-}
 
 TEST(ClapWindowFollows, AStateThatTheHostLoads) {
     ClapWindowHost host;

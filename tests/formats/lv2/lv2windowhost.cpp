@@ -1,29 +1,32 @@
 #include "tests/formats/lv2/lv2windowhost.h"
 
-#include <cmath>
-#include <cstdlib>
+#include "formats/lv2/portvalues.h"
+
+#include <algorithm>
 #include <glib.h>
 #include <limits>
+#include <sstream>
 #include <thread>
+#include <utility>
 
 namespace mirelon::test {
 
 using namespace std::chrono_literals;
 
-Lv2WindowHost::Lv2WindowHost(std::optional<float> scale_)
-    : scale(scale_) {
-    VirtualDisplay::start();
-    setenv("XDG_CONFIG_HOME", preferences.path.c_str(), 1);
-    parent = std::make_unique<XWindow>(324, 348);
-}
-
-bool Lv2WindowHost::open() {
+bool Lv2WindowHost::open(std::optional<double> scale) {
     window.reset();
-    window = std::make_unique<NotedWindow>(lv2Bundle(),
-                                           hosting::Lv2Window::Options{parent->id(), true, scale});
+    hosting::Lv2Window::Options options{parent->id(), true, std::nullopt};
+    if (scale)
+        options.scale = static_cast<float>(*scale);
+    window = std::make_unique<NotedWindow>(lv2Bundle(), options);
     window->onWrite = [this](const hosting::Lv2Write& write) { carry(write); };
     told.assign(lv2::kNumPorts, std::numeric_limits<float>::quiet_NaN());
     return window->isOpen();
+}
+
+void Lv2WindowHost::close() {
+    if (window != nullptr)
+        window->close();
 }
 
 void Lv2WindowHost::play(Echo how) {
@@ -59,6 +62,8 @@ void Lv2WindowHost::runAudio() {
 }
 
 void Lv2WindowHost::turn() {
+    if (window == nullptr)
+        return;
     if (instance != nullptr)
         runAudio();
     if (++turns % 4 == 0) {
@@ -67,14 +72,6 @@ void Lv2WindowHost::turn() {
             window->tell(port, number);
     }
     window->idle();
-}
-
-void Lv2WindowHost::run(std::chrono::milliseconds time) {
-    const auto end = std::chrono::steady_clock::now() + time;
-    do {
-        turn();
-        std::this_thread::sleep_for(4ms);
-    } while (std::chrono::steady_clock::now() < end);
 }
 
 void Lv2WindowHost::runMainLoop(std::chrono::milliseconds time) {
@@ -86,44 +83,53 @@ void Lv2WindowHost::runMainLoop(std::chrono::milliseconds time) {
     } while (std::chrono::steady_clock::now() < end);
 }
 
-void Lv2WindowHost::moveTo(int x, int y) {
-    parent->moveTo(x, y);
-    run(40ms);
+WindowHost::Size Lv2WindowHost::size() {
+    return window->sizes.empty() ? Size() : window->sizes.front();
 }
 
-void Lv2WindowHost::click(int x, int y, unsigned button) {
-    moveTo(x, y);
-    parent->press(button);
-    run(40ms);
-    parent->release(button);
-    run(40ms);
+// The first is the one that it opens in.
+std::vector<WindowHost::Size> Lv2WindowHost::sizesAsked() {
+    auto asked = window->sizes;
+    if (!asked.empty())
+        asked.erase(asked.begin());
+    return asked;
 }
 
-// The toolkit starts a sequence of clicks anew once the pointer has been away.
-void Lv2WindowHost::doubleClick(int x, int y) {
-    moveTo(x, y - 20);
-    moveTo(x, y);
-    parent->press();
-    parent->release();
-    parent->press();
-    run(40ms);
-    parent->release();
-    run(40ms);
+std::string Lv2WindowHost::gestures() {
+    std::string all;
+    std::istringstream touches(window->touches);
+    char end = 0;
+    std::uint32_t port = 0;
+    while (touches >> end >> port)
+        all += end + std::to_string(lv2::parameterOfPort(port));
+    return all;
 }
 
-void Lv2WindowHost::drag(int fromX, int toX, int y) {
-    moveTo(fromX, y);
-    parent->press();
-    run(40ms);
-    moveTo((fromX + toX) / 2, y);
-    moveTo(toX, y);
-    parent->release();
-    run(40ms);
+std::vector<float> Lv2WindowHost::valuesTold(int parameter) {
+    std::vector<float> values;
+    for (const float number : numbersWritten(lv2::portOfParameter(parameter)))
+        values.push_back(lv2::valueOfPort(parameter, number).value());
+    return values;
 }
 
-Pixels Lv2WindowHost::pixels() {
-    run();
-    return parent->pixels();
+std::optional<float> Lv2WindowHost::value(int parameter) {
+    if (instance == nullptr)
+        return std::nullopt;
+    return lv2::valueOfPort(parameter, instance->control(lv2::portOfParameter(parameter)));
+}
+
+std::optional<ChunkImage> Lv2WindowHost::bank() {
+    const auto written = banksWritten();
+    return written.empty() ? std::nullopt : std::optional(written.back());
+}
+
+void Lv2WindowHost::set(int parameter, float value) {
+    const std::uint32_t port = lv2::portOfParameter(parameter);
+    const float number = lv2::portValueOf(parameter, value);
+    if (instance != nullptr)
+        instance->control(port) = number; // the window hears of it in the next turn
+    else
+        window->tell(port, number);
 }
 
 std::vector<float> Lv2WindowHost::numbersWritten(std::uint32_t port) const {
