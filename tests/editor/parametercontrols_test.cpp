@@ -143,7 +143,7 @@ TEST_P(ParameterControls, ADoubleClickPutsASliderBackToItsMiddle) {
 TEST_P(ParameterControls, ADoubleClickCountsSoonAfterAClickAtTheSamePlace) {
     editor.click(100, sliderPlaces[0].y);
     ASSERT_TRUE(editor.runUntil([&] { return editor.parameter(0) != 0.5F; }));
-    editor.run(300ms);
+    editor.run(300ms); // less than a double click may take
     editor.window->press();
     editor.window->release();
     editor.window->press();

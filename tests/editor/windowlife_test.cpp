@@ -230,7 +230,7 @@ TEST(IdleNever, LeavesAWindowThatStillCloses) {
     EditorHost editor;
     editor.effect->dispatch(effEditOpen, 0, 0, editor.window->asParent());
     editor.host.forgetCalls();
-    std::this_thread::sleep_for(50ms);
+    std::this_thread::sleep_for(50ms); // its timers are due
     editor.window->moveTo(readOutX, sliderPlaces[0].y);
     editor.window->press();
     editor.window->release();

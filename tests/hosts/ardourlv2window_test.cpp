@@ -125,7 +125,7 @@ TEST_F(ArdourLv2Window, KeepsAPresetThatItChoseInTheSession) {
     for (int preset = 1; preset <= 3; ++preset) // the third is "balanse to the left"
         screen->click(*editor(), rockerRight);
     EXPECT_TRUE(eventually(seconds(10), [&] { return standsAt(balanceSlider, 0.7); }));
-    std::this_thread::sleep_for(seconds(1));
+    std::this_thread::sleep_for(seconds(1)); // for the bank: nothing shows that it has come
     quit();
     const auto values = reloaded();
     EXPECT_NEAR(values.at(kParamBalance), 20.0F, 1e-3F);

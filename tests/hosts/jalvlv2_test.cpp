@@ -154,7 +154,7 @@ TEST_P(JalvWithOptions, ShowsTheNumberThatAPortHas) {
 
 TEST_P(JalvWithOptions, CarriesTheWindowsQuestionAndThePlugInsAnswer) {
     ASSERT_NO_FATAL_FAILURE(start({"--dump"}));
-    std::this_thread::sleep_for(seconds(1));
+    std::this_thread::sleep_for(seconds(1)); // nothing shows it before the end
     quit();
     const std::string said = contentsOf(log); // which it writes when it ends
     const auto question = said.find("mirelon#Get");
