@@ -4,6 +4,7 @@
 #include "tests/support/mainloop.h"
 #include "tests/support/watchedpipe.h"
 
+#include <atomic>
 #include <chrono>
 #include <functional>
 #include <glib.h>
@@ -326,9 +327,13 @@ TEST(RunLoop, KeepsWhatItCallsUntilTheCallReturns) {
 
 TEST(RunLoop, WakesTheMainContextFromAnyThread) {
     const RunLoop::User user;
-    std::thread other([] {
-        std::this_thread::sleep_for(20ms);
-        RunLoop::wake();
+    // Again and again: a busy machine may not have begun to wait at the first.
+    std::atomic<bool> awake{false};
+    std::thread other([&] {
+        while (!awake) {
+            std::this_thread::sleep_for(20ms);
+            RunLoop::wake();
+        }
     });
     const auto begin = Clock::now();
     const guint limit = g_timeout_add(
@@ -337,6 +342,7 @@ TEST(RunLoop, WakesTheMainContextFromAnyThread) {
     while (Clock::now() - begin < 15ms)
         g_main_context_iteration(nullptr, TRUE);
     EXPECT_LT(Clock::now() - begin, 1s);
+    awake = true;
     other.join();
     g_source_remove(limit);
 }
