@@ -18,7 +18,7 @@ using testing::StartsWith;
 using namespace std::chrono_literals;
 
 // What comes of a sound at 48 kHz, however long the run was.
-const char* const begin = "sample rate 48000.0\nblock size 512\n"
+const char* const begin = "sample rate 48000.0\nblock size 512\nprecision 0\n"
                           "resume, the host says 48000 Hz, blocks of 512\n"
                           "process 512 frames of 32 bits\n";
 const char* const end = "suspend, the host says 48000 Hz, blocks of 512\n";
@@ -44,7 +44,7 @@ class WindowNotes : public testing::Test {
     std::string display = VirtualDisplay::start().name();
 };
 
-TEST_F(WindowNotes, AnEditTellsTheRateOfItsFileAndItsBlockSizeAndTheHostSaysTheSame) {
+TEST_F(WindowNotes, AnEditTellsTheRateOfItsFileBlockSizeAndPrecisionAndTheHostSaysTheSame) {
     RunningProgram program = start({"edit", folder / "in.wav"});
     for (int i = 0; i < 3000 && notes().find("process") == std::string::npos; ++i)
         std::this_thread::sleep_for(10ms);

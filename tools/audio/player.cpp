@@ -34,6 +34,7 @@ Player::Player(hosting::Effect& effect, Material file, int rate)
     , shareStep(static_cast<float>(1.0 / (fadeSeconds * sampleRate))) {
     effect.setSampleRate(static_cast<float>(sampleRate));
     effect.setBlockSize(blockFrames);
+    effect.setPrecision(kVstProcessPrecision32);
     effect.resume();
     const auto latency = static_cast<std::size_t>(std::max(0, effect.record().initialDelay));
     for (std::size_t side = 0; side < 2; ++side) {
