@@ -121,6 +121,7 @@ std::span<const Check> parameterFuzzChecks();
 std::span<const Check> stateFuzzChecks();
 std::span<const Check> threadChecks();
 std::span<const Check> realTimeChecks();
+std::span<const Check> noteChecks();
 std::span<const Check> messageChecks();
 // Those of CLAP, of several files; none where this program is built without CLAP.
 std::span<const Check> clapChecks();

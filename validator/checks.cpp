@@ -11,7 +11,7 @@ std::span<const Check> checks() {
         for (const auto family :
              {loadingChecks, identityChecks, audioChecks, stateChecks, automationChecks,
               editorChecks, lifecycleChecks, parameterFuzzChecks, stateFuzzChecks, threadChecks,
-              realTimeChecks, messageChecks, clapChecks}) {
+              realTimeChecks, noteChecks, messageChecks, clapChecks}) {
             const std::span<const Check> own = family();
             table.insert(table.end(), own.begin(), own.end());
         }

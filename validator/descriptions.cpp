@@ -80,6 +80,14 @@ constexpr std::array descriptions{
     Description{"automation-holds",
                 "Sets each parameter and processes. The value must stay as it was right after it "
                 "was set."},
+    Description{"notes-played",
+                "Plays on all sixteen channels of an effect that takes MIDI, an instrument or one "
+                "that says so: notes that begin and end at any frame, begin twice or end without "
+                "a begin, wheels, pressure, pedals and programs, and all keys at once. The sound "
+                "must stay finite. Says nothing of how it sounds."},
+    Description{"notes-crowded",
+                "Sends such an effect 512 events in a block, two at every frame, as recorded "
+                "wheels and pressure on many channels come to."},
     Description{"editor-opened-twice",
                 "Opens the editor in a host's window, closes it, and does so again. It must put "
                 "its window into the host's and take it away. An X error counts as a fault, as it "
@@ -112,6 +120,14 @@ constexpr std::array descriptions{
     Description{"parameter-random-bits",
                 "Sets parameters to random bits, 3000 times. Not to take it is reported as "
                 "unusual."},
+    Description{"notes-strange-bytes",
+                "Sends an effect that takes MIDI bytes that are no message: data beyond 127, data "
+                "without a status, the system's statuses. Ordinary notes must sound again "
+                "afterwards. No known host sends such bytes; not to take them is reported as "
+                "unusual."},
+    Description{"notes-strange-events",
+                "The same with events before and behind the block and out of order, events of "
+                "types that there are not, and a list of none."},
     Description{"state-every-length",
                 "Gives the first 0 to 2000 bytes of a state. A good state afterwards must put "
                 "everything right. Only damaged sessions hold such states; not to take them is "
@@ -150,6 +166,9 @@ constexpr std::array descriptions{
                 "audio thread."},
     Description{"realtime-with-editor",
                 "Watches the audio thread, processing and automation, while the editor is open."},
+    Description{"realtime-notes",
+                "Watches what an effect that takes MIDI calls while it is handed notes and "
+                "processes them."},
     Description{"realtime-messages",
                 "Watches run() while messages of the plug-in's own come back to it and it tells "
                 "its window of restored states."},

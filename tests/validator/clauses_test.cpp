@@ -170,6 +170,32 @@ INSTANTIATE_TEST_SUITE_P(
     nameOf);
 
 INSTANTIATE_TEST_SUITE_P(
+    OfNotes, CheckSays,
+    testing::Values(
+        Clause{"notes-played", "note-highest-key", notFinite + "with all keys of channel 1"},
+        Clause{"notes-played", "note-last-channel", notFinite + "with a phrase on channel 16"},
+        Clause{"notes-played", "note-pedal-poisons",
+               notFinite + "after the controllers that end all notes"},
+        Clause{"notes-played", "note-wheel-overruns",
+               outside + "the buffers it was given, with a "},
+        Clause{"notes-played", "note-end-alone", "dies: Aborted (SIGABRT)"},
+        Clause{"notes-played", "changes-input", "changed its input buffers, with a phrase"},
+        Clause{"notes-played", "no-notes", "takes no notes", "skipped"},
+        Clause{"notes-crowded", "short-queue", notFinite + "with 512 events in a block"},
+        Clause{"notes-crowded", "no-notes", "takes no notes", "skipped"},
+        Clause{"notes-strange-bytes", "note-data-unchecked", "dies: Aborted (SIGABRT)", warning},
+        Clause{"notes-strange-bytes", "note-system-poisons",
+               notFinite + "with ordinary notes after strange ones", warning},
+        Clause{"notes-strange-bytes", "note-status-overruns",
+               outside + "its buffers, after bytes that are no message", warning},
+        Clause{"notes-strange-events", "note-frame-unchecked",
+               outside + "its buffers, with a note at frame -1 of 256", warning},
+        Clause{"notes-strange-events", "event-type-unchecked", "dies: Aborted (SIGABRT)", warning},
+        Clause{"notes-strange-events", "no-event-crash", "dies: Aborted (SIGABRT)", warning},
+        Clause{"realtime-notes", "realtime-notes", "process with notes makes malloc calls"}),
+    nameOf);
+
+INSTANTIATE_TEST_SUITE_P(
     OfTheWindow, CheckSays,
     testing::Values(
         Clause{"editor-opened-twice", "second-opening", "opens no window in the host's"},

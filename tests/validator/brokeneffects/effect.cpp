@@ -4,6 +4,7 @@
 #include "shell/vst24.h"
 #include "tests/validator/brokeneffects/defects.h"
 #include "tests/validator/brokeneffects/editor.h"
+#include "tests/validator/brokeneffects/notes.h"
 
 #include <algorithm>
 #include <array>
@@ -187,6 +188,13 @@ class TestEffect {
             return getChunk(static_cast<void**>(ptr));
         case effSetChunk:
             return setChunk(ptr, value);
+        case effCanDo:
+            return std::strcmp(static_cast<const char*>(ptr), "receiveVstMidiEvent") == 0 &&
+                           !hasDefect("no-notes")
+                       ? 1
+                       : 0;
+        case effProcessEvents:
+            return notes.take(*static_cast<const VstEvents*>(ptr));
         case effGetVstVersion:
             return kVstVersion;
         default:
@@ -361,6 +369,7 @@ class TestEffect {
         if (hasDefect("changes-input"))
             in[0][0] += Sample(1);
         misbehave(out, frames);
+        notes.spoil(out, frames);
         --inside;
     }
 
@@ -370,6 +379,7 @@ class TestEffect {
     State state;
     State saved;
     Editor editor;
+    Notes notes;
     ERect rect{0, 0, 50, 100};
     std::vector<char> ballast;
     std::mutex access;
