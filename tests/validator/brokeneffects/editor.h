@@ -1,8 +1,8 @@
 // The window of the effect with defects, which has some of its own.
 #pragma once
 
-#include "tests/validator/brokeneffects/defects.h"
 #include "tests/validator/brokeneffects/wrongpicture.h"
+#include "tests/validator/defects.h"
 
 #include <X11/Xlib.h>
 #include <atomic>

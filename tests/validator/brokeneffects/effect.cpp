@@ -2,9 +2,10 @@
 // in the one thing that the environment variable MIRELON_DEFECT names: shows
 // for each check that it can fail.
 #include "shell/vst24.h"
-#include "tests/validator/brokeneffects/defects.h"
+#include "tests/validator/brokeneffects/description.h"
 #include "tests/validator/brokeneffects/editor.h"
 #include "tests/validator/brokeneffects/notes.h"
+#include "tests/validator/defects.h"
 
 #include <algorithm>
 #include <array>
@@ -30,6 +31,7 @@ TEST_EFFECT_EXPORT int leakedHelper;
 int leakedHelper = 1;
 #endif
 
+using namespace mirelon::test;
 using namespace mirelon::test::brokeneffects;
 
 namespace {
@@ -97,10 +99,6 @@ class TestEffect {
     AEffect record{};
 
   private:
-    static void put(void* buffer, const char* text) {
-        std::strcpy(static_cast<char*>(buffer), text);
-    }
-
     VstIntPtr dispatch(VstInt32 opcode, VstInt32 index, VstIntPtr value, void* ptr, float opt) {
         switch (opcode) {
         case effSetProgram:
@@ -115,42 +113,12 @@ class TestEffect {
         case effGetProgram:
             return program;
         case effGetProgramName:
-            put(ptr, program == 0 ? "one" : "two");
+            std::strcpy(static_cast<char*>(ptr), program == 0 ? "one" : "two");
             return 0;
         case effGetProgramNameIndexed:
             if (hasDefect("program-renamed"))
-                put(ptr, "other");
+                std::strcpy(static_cast<char*>(ptr), "other");
             return hasDefect("program-renamed") ? 1 : 0;
-        case effGetEffectName:
-            put(ptr, hasDefect("no-name") ? "" : "test effect");
-            if (hasDefect("name-changes"))
-                static_cast<char*>(ptr)[0] = static_cast<char>('a' + names++ % 26);
-            if (hasDefect("name-per-instance"))
-                static_cast<char*>(ptr)[0] = static_cast<char>('a' + number % 26);
-            return 1;
-        case effGetVendorString:
-            put(ptr, "tests");
-            if (hasDefect("vendor-changes"))
-                static_cast<char*>(ptr)[0] = static_cast<char>('a' + names++ % 26);
-            return 1;
-        case effGetVendorVersion:
-            return hasDefect("version-per-instance") ? number : 0;
-        case effGetParamName:
-            put(ptr, hasDefect("parameter-name") ? "" : "knob");
-            return 0;
-        case effGetParamLabel:
-        case effGetParamDisplay:
-            if (hasDefect("text-not-terminated"))
-                std::memset(ptr, 'x', 200);
-            else if (hasDefect("switches"))
-                put(ptr, getParameter(index) < 0.5F ? "off" : "on");
-            else if (hasDefect("display-changes") && opcode == effGetParamDisplay)
-                put(ptr, names++ % 2 == 0 ? "x" : "y");
-            else
-                put(ptr, "x");
-            return 0;
-        case effGetParameterProperties:
-            return properties(index, static_cast<VstParameterProperties*>(ptr));
         case effSetSampleRate:
             rateKnown = true;
             if (hasDefect("rate-while-running") && running && opt != rate)
@@ -188,34 +156,11 @@ class TestEffect {
             return getChunk(static_cast<void**>(ptr));
         case effSetChunk:
             return setChunk(ptr, value);
-        case effCanDo:
-            return std::strcmp(static_cast<const char*>(ptr), "receiveVstMidiEvent") == 0 &&
-                           !hasDefect("no-notes")
-                       ? 1
-                       : 0;
         case effProcessEvents:
             return notes.take(*static_cast<const VstEvents*>(ptr));
-        case effGetVstVersion:
-            return kVstVersion;
         default:
-            return 0;
+            return description.answer(opcode, index, ptr, [&] { return getParameter(index); });
         }
-    }
-
-    VstIntPtr properties(VstInt32 index, VstParameterProperties* p) {
-        if (index < 0 || index >= parameterCount)
-            return 0;
-        if (hasDefect("properties-sometimes") && ++descriptions % 2 == 0)
-            return 0;
-        *p = {};
-        put(p->label, "knob");
-        if (hasDefect("properties-change"))
-            p->stepInteger = ++descriptions;
-        if (hasDefect("properties-not-terminated"))
-            std::memset(p->label, 'x', sizeof p->label);
-        p->flags = kVstParameterUsesIntegerMinMax;
-        p->maxInteger = hasDefect("properties") ? -1 : 1;
-        return 1;
     }
 
     void setParameter(VstInt32 index, float value) {
@@ -376,6 +321,7 @@ class TestEffect {
     static inline std::atomic<VstInt32> made{0};
 
     const VstInt32 number = made++;
+    Description description{number, parameterCount};
     State state;
     State saved;
     Editor editor;
@@ -395,8 +341,6 @@ class TestEffect {
     bool running = false;
     int resumes = 0;
     int changes = 0;
-    int names = 0;
-    VstInt32 descriptions = 0;
     int applied = 0;
 };
 

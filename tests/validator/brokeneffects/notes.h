@@ -3,7 +3,7 @@
 #pragma once
 
 #include "hosting/midievents.h"
-#include "tests/validator/brokeneffects/defects.h"
+#include "tests/validator/defects.h"
 
 #include <array>
 #include <cstddef>

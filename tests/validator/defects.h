@@ -8,10 +8,10 @@
 #include <string_view>
 #include <unistd.h>
 
-namespace mirelon::test::brokeneffects {
+namespace mirelon::test {
 
 inline bool hasDefect(std::string_view name) {
-    const char* const chosen = std::getenv("MIRELON_DEFECT");
+    static const char* const chosen = std::getenv("MIRELON_DEFECT");
     return chosen != nullptr && name == chosen;
 }
 
@@ -49,5 +49,9 @@ inline void atTheEnd(void (*work)()) {
     void* volatile memory = std::malloc(10);
     std::free(memory);
 }
+[[gnu::always_inline]] inline void allocateIf(const char* defect) {
+    if (hasDefect(defect))
+        allocate();
+}
 
-} // namespace mirelon::test::brokeneffects
+} // namespace mirelon::test
