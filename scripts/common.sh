@@ -1,6 +1,7 @@
 # shellcheck shell=bash
 # What the scripts share. Sourced while the working folder is still the user's.
-script=$(realpath -- "${BASH_SOURCE[1]}")
+# (Sourced from bash -c, there is its $0 only.)
+script=$(realpath -- "${BASH_SOURCE[1]:-$0}")
 name=${script##*/}
 # The project's folder, from which the scripts work.
 top=${script%/scripts/*}
