@@ -236,6 +236,7 @@ TEST(RunLoop, NeitherServesNorWakesAThreadThatDoesNotOwnIt) {
     int ticks = 0;
     const auto id = loop.addTimer(5ms, [&] { ++ticks; });
     iterateOnce(); // the owner has polled before
+    ticks = 0;     // it ticks in that, where the machine is slow
     const int before = frame.redraws;
     connection.pipe.write();
     int iterations = 0;
