@@ -7,6 +7,21 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <cstddef>
+#include <sys/mman.h>
+
+namespace {
+
+bool noMemory = false;
+
+} // namespace
+
+extern "C" {
+void* __real_mmap(void*, std::size_t, int, int, int, off_t);
+void* __wrap_mmap(void* wanted, std::size_t size, int access, int kind, int file, off_t from) {
+    return noMemory ? MAP_FAILED : __real_mmap(wanted, size, access, kind, file, from);
+}
+}
 
 namespace mirelon::validator {
 namespace {
@@ -41,6 +56,18 @@ TEST(Activity, OutlivesItsProcess) {
     EXPECT_TRUE(isUnusualIn(folder / "activity"));
     EXPECT_EQ(activityIn(folder / "none"), "");
     EXPECT_FALSE(isUnusualIn(folder / "none"));
+}
+
+TEST(Activity, IsKeptInItsProcessAloneWhereTheFileCannotBeMapped) {
+    const test::TemporaryFolder folder;
+    hosting::ChildProcess child([&] {
+        noMemory = true;
+        keepActivityIn(folder / "activity");
+        doing("loading it");
+        return activity() == "loading it" ? 0 : 1;
+    });
+    EXPECT_EQ(child.wait(), 0);
+    EXPECT_EQ(activityIn(folder / "activity"), "");
 }
 
 } // namespace

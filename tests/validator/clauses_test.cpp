@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdlib>
 #include <iterator>
 #include <nlohmann/json.hpp>
 #include <string>
@@ -89,6 +90,7 @@ INSTANTIATE_TEST_SUITE_P(
         Clause{"programs-stable", "program-misnumbered",
                "is on program 0 after being set to 1, which it took", warning},
         Clause{"programs-stable", "program-beyond", "is on program 2 after being set to 2"},
+        Clause{"programs-stable", "program-before", "is on program -1 after being set to -1"},
         Clause{"programs-stable", "program-renamed", "calls program 0 \"other\" and \"one\""},
         Clause{"parameter-texts-stable", "parameter-name", "the name of parameter 0 is empty"},
         Clause{"parameter-texts-stable", "text-not-terminated",
@@ -219,6 +221,7 @@ INSTANTIATE_TEST_SUITE_P(
         Clause{"realtime-process", "realtime-lock", "process makes pthread_mutex_lock calls",
                warning},
         Clause{"realtime-process", "realtime-file", "process makes open"},
+        Clause{"realtime-process", "realtime-aligned", "process makes posix_memalign"},
         Clause{"realtime-process", "realtime-double", "process with doubles makes malloc calls"},
         Clause{"realtime-set-parameter", "realtime-set-parameter",
                "setParameter makes malloc calls"},
@@ -228,6 +231,58 @@ INSTANTIATE_TEST_SUITE_P(
         Clause{"realtime-with-editor", "realtime-with-editor",
                "the audio thread, with the editor open, makes malloc calls"}),
     nameOf);
+
+// Of an effect that ends the process it says what was asked of it last.
+struct End {
+    std::string check;
+    std::string defect;
+    std::string activity; // its beginning
+};
+
+void PrintTo(const End& end, std::ostream* out) {
+    *out << end.defect;
+}
+
+class CheckSaysOfACrash : public testing::TestWithParam<End> {
+  protected:
+    CheckSaysOfACrash() { VirtualDisplay::start(); }
+};
+
+TEST_P(CheckSaysOfACrash, WhatWasDone) {
+    const End& end = GetParam();
+    const auto check = checkOf(end.check, end.defect);
+    EXPECT_EQ(check["note"], "dies: Aborted (SIGABRT)") << check;
+    EXPECT_EQ(check.value("while", std::string()).substr(0, end.activity.size()), end.activity);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    , CheckSaysOfACrash,
+    testing::Values(End{"audio-every-rate-and-block", "huge-block",
+                        "processing at 22050 Hz in blocks of 16384 frames"},
+                    End{"audio-changing-blocks", "odd-block", "processing a block of "},
+                    End{"editor-before-audio", "value-before-rate",
+                        "setting parameter 0 to 0.75 with the editor open and no audio yet"},
+                    End{"state-every-length", "state-spoils-name",
+                        "given the first 0 bytes of its state"},
+                    End{"state-every-byte-flipped", "flip", "given its state with byte 4 flipped"},
+                    End{"state-noise", "long-state", "given a state of 1 MiB of noise"},
+                    End{"state-other-byte-order", "byte-order",
+                        "given its state with the first 20 bytes swapped in fours"}),
+    [](const testing::TestParamInfo<End>& info) {
+        std::string name = info.param.check + "_" + info.param.defect;
+        std::ranges::replace(name, '-', '_');
+        return name;
+    });
+
+TEST(Check, GivesTheEffectFoldersOfItsOwn) {
+    const auto printed = checkOf("audio-silence", "prints-folders")["printed"];
+    ASSERT_EQ(printed.size(), 4U) << printed;
+    const std::string home = printed[0];
+    EXPECT_NE(home, std::getenv("HOME"));
+    EXPECT_EQ(printed[1], home + "/.config");
+    EXPECT_EQ(printed[2], home + "/.local/share");
+    EXPECT_EQ(printed[3], home + "/.cache");
+}
 
 // What the guard against denormal numbers leaves is no sound.
 TEST(CheckSaysNothing, OfASilenceBelowAllHearing) {

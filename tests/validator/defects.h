@@ -1,6 +1,7 @@
 // The defect that the environment chooses, and what defects have in common.
 #pragma once
 
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <dlfcn.h>
@@ -35,12 +36,30 @@ inline bool tellProcess() {
     std::abort();
 }
 
+// Where an effect would keep its files, a line each.
+inline void printFolders() {
+    for (const char* const name : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"}) {
+        const char* const folder = std::getenv(name);
+        std::fprintf(stderr, "%s\n", folder != nullptr ? folder : "none");
+    }
+}
+
 // Has `work` done when the process ends, for which this file stays loaded.
 inline void atTheEnd(void (*work)()) {
     Dl_info here{};
     dladdr(reinterpret_cast<void*>(&crash), &here);
     dlopen(here.dli_fname, RTLD_NOW | RTLD_NODELETE);
     std::atexit(work);
+}
+
+// What it asks of memory is not the same both ways round.
+[[gnu::always_inline]] inline void allocateAligned() {
+    constexpr std::size_t alignment = 4096;
+    void* memory = nullptr;
+    if (posix_memalign(&memory, alignment, 64) != 0 ||
+        reinterpret_cast<std::uintptr_t>(memory) % alignment != 0)
+        crash();
+    std::free(memory);
 }
 
 // Through a volatile pointer, or the compiler would see that it is for nothing. In the

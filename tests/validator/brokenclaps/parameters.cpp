@@ -13,6 +13,13 @@ namespace {
 
 int listings = 0;
 
+double rangeOf(std::uint32_t place) {
+    return highest.at(place) - lowest.at(place);
+}
+// Of the range: on either side of where the validator draws the line.
+constexpr double justAnInaccuracy = 0.045;
+constexpr double justAnotherValue = 0.055;
+
 std::uint32_t placeOf(clap_id id) {
     if (hasDefect("identifier-wraps"))
         return id % parameterCount;
@@ -88,11 +95,15 @@ bool valueOf(const clap_plugin*, clap_id id, const char* text, double* number) {
     if (place >= parameterCount || hasDefect("text-unread"))
         return false;
     *number = std::strtod(text, nullptr);
-    const double range = highest.at(place) - lowest.at(place);
+    const double range = rangeOf(place);
     if (hasDefect("text-misread"))
         *number += range / 2.0;
     if (hasDefect("text-read-roughly"))
         *number += range / 50.0;
+    if (hasDefect("text-read-nearby"))
+        *number += justAnInaccuracy * range;
+    if (hasDefect("text-read-as-another"))
+        *number += justAnotherValue * range;
     return true;
 }
 
@@ -105,6 +116,10 @@ void setValue(Plugin& self, std::uint32_t place, double number) {
     number = std::clamp(number, lowest.at(place), highest.at(place));
     if (hasDefect("quantised") && place == tone)
         number = std::round(number);
+    if (hasDefect("set-nearby"))
+        number += justAnInaccuracy * rangeOf(place);
+    if (hasDefect("set-to-another"))
+        number += justAnotherValue * rangeOf(place);
     self.at(place) = place == mode ? std::round(number) : number;
 }
 

@@ -5,10 +5,13 @@
 #include "tests/validator/brokenclaps/parameters.h"
 #include "tests/validator/brokenclaps/state.h"
 
+#include <algorithm>
+#include <array>
 #include <clap/entry.h>
 #include <clap/ext/audio-ports.h>
 #include <clap/ext/timer-support.h>
 #include <clap/plugin-factory.h>
+#include <cstdlib>
 #include <cstring>
 #include <string_view>
 
@@ -62,13 +65,20 @@ void destroy(const clap_plugin* plugin) {
     delete &of(plugin);
 }
 
-bool activate(const clap_plugin* plugin, double, std::uint32_t, std::uint32_t most) {
+// What sound cards run at, and what files have.
+constexpr std::array rates{8000.0,  11025.0, 16000.0,  22050.0,  32000.0,  44100.0, 48000.0,
+                           88200.0, 96000.0, 176400.0, 192000.0, 384000.0, 768000.0};
+
+bool activate(const clap_plugin* plugin, double rate, std::uint32_t, std::uint32_t most) {
     Plugin& self = of(plugin);
+    if (std::ranges::find(rates, rate) == rates.end())
+        return false;
     if (hasDefect("second-block-size-refused") && self.mostFrames != 0 && self.mostFrames != most)
         return false;
     if (hasDefect("activation-forgets"))
         self.values = initial;
     self.mostFrames = most;
+    self.rate = rate;
     self.memory = {};
     self.active = true;
     return true;
@@ -100,6 +110,10 @@ void reset(const clap_plugin* plugin) {
 clap_process_status process(const clap_plugin* plugin, const clap_process* cycle) {
     Plugin& self = of(plugin);
     allocateIf("process-allocates");
+    if (!self.active || !self.processing || cycle->frames_count > self.mostFrames)
+        std::abort(); // no host does that
+    // Sounds otherwise at each rate.
+    const auto feedback = static_cast<float>(std::min(12000.0 / self.rate, 0.5));
     Events events(self, cycle->in_events, Way::process);
     float** const in = cycle->audio_inputs[0].data32;
     float** const out = cycle->audio_outputs[0].data32;
@@ -107,7 +121,7 @@ clap_process_status process(const clap_plugin* plugin, const clap_process* cycle
         events.applyUntil(frame);
         for (std::size_t c = 0; c < self.memory.size(); ++c) {
             self.memory[c] =
-                in[c][frame] * static_cast<float>(self.at(gain)) + 0.25F * self.memory[c];
+                in[c][frame] * static_cast<float>(self.at(gain)) + feedback * self.memory[c];
             out[c][frame] = self.memory[c];
         }
     }

@@ -38,6 +38,7 @@ struct Plugin {
     int number = instances++;
     Values values = initial;
     std::array<float, 2> memory{};
+    double rate = 0.0;
     bool active = false;
     bool processing = false;
     int starts = 0;

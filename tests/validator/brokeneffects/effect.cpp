@@ -106,13 +106,16 @@ class TestEffect {
                 state.values[2] = value == 1 ? 1.0F : 0.0F;
                 return 0;
             }
-            if (value >= 0 && value < record.numPrograms + (hasDefect("program-beyond") ? 1 : 0) &&
+            if (value >= (hasDefect("program-before") ? -1 : 0) &&
+                value < record.numPrograms + (hasDefect("program-beyond") ? 1 : 0) &&
                 !hasDefect("program"))
                 program = static_cast<VstInt32>(value);
             return 0;
         case effGetProgram:
             return program;
         case effGetProgramName:
+            if (nameSpoilt)
+                crash();
             std::strcpy(static_cast<char*>(ptr), program == 0 ? "one" : "two");
             return 0;
         case effGetProgramNameIndexed:
@@ -125,8 +128,15 @@ class TestEffect {
                 poisoned = true;
             rate = opt;
             return 0;
+        case effSetBlockSize:
+            mostFrames = static_cast<VstInt32>(value);
+            return 0;
         case effMainsChanged:
             running = value != 0;
+            if (hasDefect("prints-folders") && running) {
+                printFolders();
+                crash();
+            }
             if (hasDefect("crash-at-the-end") && running)
                 atTheEnd(crash);
             if (hasDefect("status-at-the-end") && running)
@@ -180,6 +190,8 @@ class TestEffect {
             std::fputs("nan is no value\n", stderr);
             crash();
         }
+        if (hasDefect("value-before-rate") && !rateKnown && value == 0.75F)
+            crash();
         if (hasDefect("stays-poisoned") && !std::isfinite(value))
             poisoned = true;
         if (hasDefect("value-overruns") && !std::isfinite(value))
@@ -231,6 +243,7 @@ class TestEffect {
         const bool refused = size != sizeof saved || std::memcmp(data, &state, 8) != 0;
         poisoned = poisoned || (refused && hasDefect("state-poisons"));
         overruns = overruns || (refused && hasDefect("state-overruns"));
+        nameSpoilt = nameSpoilt || (refused && hasDefect("state-spoils-name"));
         damages += refused && hasDefect("state-keeps-damage") ? 1 : 0;
         if (hasDefect("state-length-unchecked")) {
             std::memcpy(&saved, data, sizeof saved);
@@ -285,6 +298,8 @@ class TestEffect {
             out[0][0] += static_cast<Sample>(5e-10);
         if (hasDefect("realtime-double") && sizeof(Sample) == sizeof(double))
             allocate();
+        if (hasDefect("realtime-aligned"))
+            allocateAligned();
         if (hasDefect("sound-of-silence") || hasDefect("promised-silence"))
             out[0][0] += static_cast<Sample>(0.001);
         if (hasDefect("drift") && frames == 64)
@@ -302,6 +317,8 @@ class TestEffect {
     template <typename Sample>
     void process(Sample** in, Sample** out, VstInt32 frames) {
         ++inside;
+        if (!running || frames > mostFrames)
+            crash(); // no host does that
         const std::array<float, parameterCount> values = state.values;
         const auto gain = std::isfinite(values[0]) ? static_cast<Sample>(values[0]) : Sample(0);
         for (int channel = 0; channel < 2; ++channel) {
@@ -334,10 +351,12 @@ class TestEffect {
     std::atomic<bool> poisoned{false};
     std::atomic<bool> overruns{false};
     std::uint32_t damages = 0;
+    bool nameSpoilt = false;
     std::atomic<bool> editorOpen{false};
     VstInt32 program = 0;
     float rate = 44100.0F;
     bool rateKnown = false;
+    VstInt32 mostFrames = 0;
     bool running = false;
     int resumes = 0;
     int changes = 0;
