@@ -13,9 +13,9 @@ using Variables = std::vector<std::pair<std::string, std::string>>;
 
 std::vector<std::string> environmentOf(const std::filesystem::path& home, const Variables& more) {
     std::vector<std::string> all{"HOME=" + home.string(), "PATH=/usr/bin:/bin", "LC_ALL=C"};
-    // A sanitizer's options hold for the program as for its test.
-    for (const char* const name :
-         {"ASAN_OPTIONS", "LSAN_OPTIONS", "TSAN_OPTIONS", "UBSAN_OPTIONS"}) {
+    // A sanitizer's options and the choice of a mutation hold for the program as for its test.
+    for (const char* const name : {"ASAN_OPTIONS", "LSAN_OPTIONS", "TSAN_OPTIONS", "UBSAN_OPTIONS",
+                                   "MUTANT", "MUTANTS_REACHED"}) {
         if (const char* const value = std::getenv(name))
             all.emplace_back(name).append(1, '=').append(value);
     }
