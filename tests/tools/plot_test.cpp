@@ -3,11 +3,13 @@
 #include "tests/tools/hostprogram.h"
 #include "tests/tools/soundfile.h"
 
+#include <algorithm>
 #include <cairo.h>
 #include <cmath>
 #include <gmock/gmock.h>
 #include <memory>
 #include <sndfile.h>
+#include <utility>
 
 namespace mirelon::test {
 namespace {
@@ -26,25 +28,49 @@ class Picture {
     int width() const { return cairo_image_surface_get_width(surface.get()); }
     int height() const { return cairo_image_surface_get_height(surface.get()); }
 
+    // The strongest of a point's three colours, 0 to 255, among it and its neighbours.
+    int brightest(int x, int y) const {
+        int found = 0;
+        for (int row = y - 1; row <= y + 1; ++row)
+            for (int column = x - 1; column <= x + 1; ++column)
+                for (int colour = 0; colour < 3; ++colour)
+                    found = std::max<int>(found, pointAt(column, row)[colour]);
+        return found;
+    }
+
     // How many points between the columns are of the colour before (blue above
     // red) or after (red above blue); the panels and texts are grey.
-    int blueBetween(int left, int right) const { return coloured(left, right, 0, 2); }
-    int orangeBetween(int left, int right) const { return coloured(left, right, 2, 0); }
+    int blueBetween(int left, int right) const { return inGoniometers(left, right, blue, red); }
+    int orangeBetween(int left, int right) const { return inGoniometers(left, right, red, blue); }
+
+    // The highest row of the left channel's levels that has some of the colour.
+    int topOfBlueLevels() const { return topOfLevels(blue, red); }
+    int topOfOrangeLevels() const { return topOfLevels(red, blue); }
 
   private:
-    int coloured(int left, int right, int strong, int weak) const {
-        constexpr int top = 170; // goniometers only
-        constexpr int bottom = 590;
-        constexpr int clearly = 40;
-        const unsigned char* const data = cairo_image_surface_get_data(surface.get());
-        const int stride = cairo_image_surface_get_stride(surface.get());
+    enum Colour { blue = 0, red = 2 };
+
+    const unsigned char* pointAt(int x, int y) const {
+        return cairo_image_surface_get_data(surface.get()) +
+               y * cairo_image_surface_get_stride(surface.get()) + x * 4;
+    }
+    int inGoniometers(int left, int right, Colour strong, Colour weak) const {
         int count = 0;
-        for (int y = top; y < bottom; ++y) {
-            for (int x = left; x < right; ++x) {
-                const unsigned char* const point = data + y * stride + x * 4;
-                count += point[strong] > point[weak] + clearly ? 1 : 0;
-            }
-        }
+        for (int y = 170; y < 590; ++y)
+            count += inRow(y, left, right, strong, weak);
+        return count;
+    }
+    int topOfLevels(Colour strong, Colour weak) const {
+        int y = 651;
+        while (y < 750 && inRow(y, 160, 1500, strong, weak) < 20)
+            ++y;
+        return y;
+    }
+    int inRow(int y, int left, int right, Colour strong, Colour weak) const {
+        constexpr int clearly = 40;
+        int count = 0;
+        for (int x = left; x < right; ++x)
+            count += pointAt(x, y)[strong] > pointAt(x, y)[weak] + clearly ? 1 : 0;
         return count;
     }
 
@@ -102,6 +128,33 @@ TEST_F(Plot, DrawsAnInvertedChannelAcross) {
     EXPECT_EQ(picture.blueBetween(60, middleBefore - 3), 0);
     EXPECT_GT(picture.orangeBetween(560, middleAfter - 3), 100);
     EXPECT_GT(picture.orangeBetween(middleAfter + 4, 1040), 100);
+}
+
+TEST_F(Plot, DrawsTheFieldOfTheGoniometer) {
+    ASSERT_EQ(plot(sine(0.0, 0.0)).status, 0);
+    const Picture picture(folder / "out.png");
+    constexpr int middleY = 372;
+    const int panel = picture.brightest(middleBefore + 20, middleY + 40);
+    // A quarter down each of its four sides.
+    for (const auto& [x, y] :
+         {std::pair{50, -150}, std::pair{150, 50}, std::pair{-50, 150}, std::pair{-150, -50}})
+        EXPECT_GT(picture.brightest(middleBefore + x, middleY + y), panel + 20) << x << ' ' << y;
+    const auto wordsAt = [&](int top) {
+        int count = 0;
+        for (int y = top; y < top + 12; y += 2)
+            for (int x = 98; x < 126; x += 2)
+                count += picture.brightest(x, y) > 110 ? 1 : 0;
+        return count;
+    };
+    EXPECT_GT(wordsAt(410), 15) << "anti-";
+    EXPECT_GT(wordsAt(427), 15) << "phase";
+}
+
+TEST_F(Plot, DrawsTheLevelsBeforeAndAfterInTheirColours) {
+    ASSERT_EQ(plot(sine(0.5, 0.5), {"--set", "gain=-12"}).status, 0);
+    const Picture picture(folder / "out.png");
+    EXPECT_LT(picture.topOfBlueLevels() + 10, picture.topOfOrangeLevels()) << "before is louder";
+    EXPECT_LT(picture.topOfOrangeLevels(), 749);
 }
 
 TEST_F(Plot, DrawsSilenceAndNothingAtAll) {

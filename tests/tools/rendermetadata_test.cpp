@@ -131,11 +131,13 @@ TEST_F(RenderMetadata, OfDescriptiveChunksGoesOverAsItIs) {
 TEST_F(RenderMetadata, OfUnknownChunksIsNamed) {
     writeFile(folder / "in.wav",
               wavOf(chunk("ABCD", "hello") + chunk("LIST", "INFO" + chunk("IENG", "Someone")) +
-                    chunk("LIST", "INFO" + chunk("INAM", "Nocturne")) + chunk("zero", "")));
+                    chunk("LIST", "INFO" + chunk("INAM", "Nocturne")) +
+                    chunk("LIST", "exif" + chunk("ecor", "Someone")) + chunk("zero", "")));
     const ProgramResult result = render("out.wav");
     EXPECT_EQ(result.status, 0);
     EXPECT_THAT(result.errors, HasSubstr("chunk \"ABCD\""));
     EXPECT_THAT(result.errors, HasSubstr("chunk \"IENG\""));
+    EXPECT_THAT(result.errors, HasSubstr("chunk \"LIST\" of exif"));
     EXPECT_THAT(result.errors, Not(HasSubstr("INAM")));
     EXPECT_STREQ(sf_get_string(openFile(folder / "out.wav").get(), SF_STR_TITLE), "Nocturne");
 }

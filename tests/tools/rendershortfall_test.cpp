@@ -39,7 +39,8 @@ TEST_F(RenderShortfall, IsReportedWithAStatusOfItsOwn) {
           {"d.w64", SF_FORMAT_W64 | SF_FORMAT_PCM_16, 4},
           {"e.aiff", SF_FORMAT_AIFF | SF_FORMAT_PCM_16, 4},
           {"f.au", SF_FORMAT_AU | SF_FORMAT_PCM_16, 4},
-          {"g.wav", SF_FORMAT_WAV | SF_FORMAT_PCM_16 | SF_ENDIAN_BIG, 4}}) {
+          {"g.wav", SF_FORMAT_WAV | SF_FORMAT_PCM_16 | SF_ENDIAN_BIG, 4},
+          {"h.au", SF_FORMAT_AU | SF_FORMAT_PCM_16 | SF_ENDIAN_LITTLE, 4}}) {
         writeCut(name, format, frameBytes);
         const ProgramResult result = run("render", name, std::string("out-") + name);
         EXPECT_EQ(result.status, 3) << name << result.errors;
