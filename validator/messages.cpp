@@ -137,19 +137,21 @@ std::string strangeAtoms(const Subject& subject) {
 std::string strangeObjects(const Subject& subject) {
     Receiver receiver(subject);
     Noise& random = receiver.random();
-    for (int i = 0; i < 2000; ++i) {
+    int count = 0;
+    for (; count < 2000; ++count) {
         // Its number, its class, then key, context, size and type of a property.
         const std::array<std::uint32_t, 6> words{random.below(8),
                                                  random.below(64),
                                                  random.below(64),
                                                  0,
-                                                 i % 3 == 0 ? random.bits() : random.below(1024),
+                                                 count % 3 == 0 ? random.bits()
+                                                                : random.below(1024),
                                                  random.below(64)};
         auto body = noiseOf(random, sizeof words + random.below(1024));
         std::memcpy(body.data(), words.data(), sizeof words);
         receiver.send(atomOf(receiver.number(LV2_ATOM__Object), body), "a strange object");
     }
-    return {};
+    return std::to_string(count) + " objects";
 }
 
 // The sequence itself: of another type, or empty beneath its own head, with a
@@ -158,10 +160,11 @@ std::string strangeObjects(const Subject& subject) {
 std::string strangeSequences(const Subject& subject) {
     Receiver receiver(subject);
     Noise& random = receiver.random();
-    for (int i = 0; i < 1000; ++i) {
+    int count = 0;
+    for (; count < 1000; ++count) {
         const auto bytes = receiver.emptySequence();
         auto* const sequence = reinterpret_cast<LV2_Atom_Sequence*>(bytes.data());
-        switch (i % 4) {
+        switch (count % 4) {
         case 0:
             sequence->atom.type = random.below(64);
             break;
@@ -176,7 +179,7 @@ std::string strangeSequences(const Subject& subject) {
             const std::uint32_t size = random.below(512);
             LV2_Atom_Event event{};
             event.time.frames = static_cast<std::int64_t>(random.bits()) - (1LL << 31);
-            event.body = {i % 8 < 4 ? size : random.bits(), random.below(64)};
+            event.body = {count % 8 < 4 ? size : random.bits(), random.below(64)};
             const auto noise = noiseOf(random, size);
             std::memcpy(bytes.data() + sizeof *sequence, &event, sizeof event);
             std::ranges::copy(noise, bytes.begin() + sizeof *sequence + sizeof event);
@@ -187,7 +190,7 @@ std::string strangeSequences(const Subject& subject) {
         }
         receiver.run("a strange sequence");
     }
-    return {};
+    return std::to_string(count) + " sequences";
 }
 
 // What it sends to its window comes back to it, as from a window that has just

@@ -107,6 +107,7 @@ TEST(Resources, AnUnknownNumberGivesNullAndSizeZero) {
         EXPECT_EQ(embeddedPicture(number, 0).size, 0U);
         EXPECT_EQ(pictureSize(number).width, 0);
         EXPECT_EQ(pictureSize(number).height, 0);
+        EXPECT_EQ(picturesInStrip(number), 1);
     }
 }
 

@@ -3,6 +3,7 @@
 #include "tests/tools/hostprogram.h"
 #include "tests/tools/soundfile.h"
 
+#include <array>
 #include <cstring>
 #include <gmock/gmock.h>
 #include <sndfile.h>
@@ -117,6 +118,27 @@ TEST_F(RenderMetadata, IsNamedWhereTheFormatHasNoPlaceForIt) {
     EXPECT_THAT(result.errors, Not(HasSubstr("artist")));
     EXPECT_THAT(render("out.rf64").errors, HasSubstr("2 cue points"));
     EXPECT_THAT(render("out.w64").errors, HasSubstr("artist"));
+}
+
+TEST_F(RenderMetadata, OfTheSpeakersGoesOverWhereTheFormatHasAPlaceForIt) {
+    SF_INFO info{};
+    info.format = SF_FORMAT_WAVEX | SF_FORMAT_PCM_16;
+    info.channels = 2;
+    info.samplerate = 44100;
+    {
+        const File file(sf_open((folder / "in.wav").c_str(), SFM_WRITE, &info));
+        ASSERT_NE(file, nullptr);
+        std::array<int, 2> rear{SF_CHANNEL_MAP_REAR_LEFT, SF_CHANNEL_MAP_REAR_RIGHT};
+        ASSERT_TRUE(sf_command(file.get(), SFC_SET_CHANNEL_MAP_INFO, rear.data(), sizeof rear));
+        const std::vector<short> silence(200);
+        sf_writef_short(file.get(), silence.data(), 100);
+    }
+    EXPECT_EQ(render("out.wav").errors, "");
+    std::array<int, 2> kept{};
+    ASSERT_TRUE(sf_command(openFile(folder / "out.wav").get(), SFC_GET_CHANNEL_MAP_INFO,
+                           kept.data(), sizeof kept));
+    EXPECT_EQ(kept, (std::array<int, 2>{SF_CHANNEL_MAP_REAR_LEFT, SF_CHANNEL_MAP_REAR_RIGHT}));
+    EXPECT_THAT(render("out.flac").errors, HasSubstr("channel map"));
 }
 
 TEST_F(RenderMetadata, OfDescriptiveChunksGoesOverAsItIs) {

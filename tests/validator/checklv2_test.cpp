@@ -44,6 +44,17 @@ TEST(CheckOfLv2, FindsEachDefectInTheReadingOfMessages) {
     }
 }
 
+TEST(CheckOfLv2, SaysHowManyMessagesItHasSent) {
+    const auto noteOf = [](const std::string& check) {
+        const Outcome outcome = run(host + " check --json --only messages-strange-" + check + " " +
+                                    MIRELON_TEST_AMPLIFIER);
+        return reportOf(outcome)["checks"][0]["note"].get<std::string>();
+    };
+    EXPECT_EQ(noteOf("atoms"), "980 atoms");
+    EXPECT_EQ(noteOf("objects"), "2000 objects");
+    EXPECT_EQ(noteOf("sequences"), "1000 sequences");
+}
+
 TEST(CheckOfLv2, FindsALockThatAMessageTakes) {
     const std::string command = std::string(host) +
                                 " check --strict --json --only realtime-messages " +

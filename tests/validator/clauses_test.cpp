@@ -275,13 +275,18 @@ INSTANTIATE_TEST_SUITE_P(
     });
 
 TEST(Check, GivesTheEffectFoldersOfItsOwn) {
-    const auto printed = checkOf("audio-silence", "prints-folders")["printed"];
-    ASSERT_EQ(printed.size(), 4U) << printed;
+    const Outcome outcome =
+        mirelon::test::runShell("unset XAUTHORITY; MIRELON_DEFECT=prints-folders " + host +
+                                " check --json --only audio-silence " MIRELON_TEST_EFFECT);
+    const auto printed = reportOf(outcome)["checks"][0]["printed"];
+    ASSERT_EQ(printed.size(), 5U) << printed;
     const std::string home = printed[0];
     EXPECT_NE(home, std::getenv("HOME"));
     EXPECT_EQ(printed[1], home + "/.config");
     EXPECT_EQ(printed[2], home + "/.local/share");
     EXPECT_EQ(printed[3], home + "/.cache");
+    EXPECT_EQ(printed[4], std::getenv("HOME") + std::string("/.Xauthority"))
+        << "the display's key is the user's";
 }
 
 // What the guard against denormal numbers leaves is no sound.

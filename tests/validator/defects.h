@@ -36,9 +36,10 @@ inline bool tellProcess() {
     std::abort();
 }
 
-// Where an effect would keep its files, a line each.
+// Where an effect would keep its files and where the display's key is, a line each.
 inline void printFolders() {
-    for (const char* const name : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"}) {
+    for (const char* const name :
+         {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME", "XAUTHORITY"}) {
         const char* const folder = std::getenv(name);
         std::fprintf(stderr, "%s\n", folder != nullptr ? folder : "none");
     }
