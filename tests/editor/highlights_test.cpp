@@ -200,6 +200,22 @@ TEST_F(Highlights, ControlsAreFramedWhileThePointerIsOnThem) {
     }
 }
 
+// What is typed into has no frame; the explanation tells when it would have come.
+TEST_F(Highlights, TheFieldsAreNotFramedUnderThePointer) {
+    constexpr Area titleText{titleTextLeft, 0, titleTextRight, titleHeight};
+    constexpr Position readOut{290, 62};
+    const Pixels silent = shown(titleText);
+    for (const Position& field : {nameField, readOut}) {
+        const Area around{field.x - 30, field.y - 12, field.x + 30, field.y + 12};
+        const Pixels before = shown(around);
+        editor.moveTo(field.x, field.y);
+        EXPECT_TRUE(changes(titleText, silent)) << field.x << ", " << field.y;
+        EXPECT_EQ(shown(around), before) << field.x << ", " << field.y;
+        editor.moveTo(nowhere.x, nowhere.y);
+        EXPECT_TRUE(comesToShow(titleText, silent)) << field.x << ", " << field.y;
+    }
+}
+
 TEST_F(Highlights, AFrameIsDrawnAnewWithItsControlAlone) {
     const Pixels atRest = editor.pixels();
     for (const Hovered& control : hoveredControls) {
