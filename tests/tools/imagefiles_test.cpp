@@ -201,6 +201,19 @@ TEST_F(ImageFiles, ABankOfTheOtherByteOrderKeepsItThroughJson) {
     EXPECT_EQ(contents("c.dvb"), contents("b.dvb"));
 }
 
+TEST_F(ImageFiles, ABankIsMadeInTheByteOrderThatItsJsonNames) {
+    saveBank();
+    std::string json = run({"bank", "show", path("a.dvb"), "--json"});
+    const std::string big = "\"values\": \"big\"";
+    ASSERT_NE(json.find(big), std::string::npos) << json;
+    json.replace(json.find(big), big.size(), "\"values\": \"little\"");
+    writeFile(folder / "b.json", json);
+    run({"bank", "import", path("b.json"), path("c.dvb")});
+    EXPECT_NE(contents("c.dvb"), contents("a.dvb"));
+    EXPECT_THAT(run({"bank", "show", path("c.dvb"), "--json"}),
+                HasSubstr("\"values\": \"little\""));
+}
+
 TEST_F(ImageFiles, AnUnknownByteOrderIsRefused) {
     writeFile(folder / "a.dvp", extendedWidth);
     refused({"convert", path("a.dvp"), path("b.dvp"), "--byte-order", "middle"});

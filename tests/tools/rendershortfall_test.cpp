@@ -56,6 +56,15 @@ TEST_F(RenderShortfall, IsCountedInWholeFrames) {
     EXPECT_THAT(run("render", "a.wav", "out.wav").errors, HasSubstr("(11026 frames)"));
 }
 
+// A frame is no number of bytes there.
+TEST_F(RenderShortfall, OfACompressedFileIsEstimated) {
+    writeSound(folder / "a.wav", stereoNoise(SF_FORMAT_WAV | SF_FORMAT_IMA_ADPCM, 44100));
+    resize_file(folder / "a.wav", file_size(folder / "a.wav") / 2);
+    const ProgramResult result = run("render", "a.wav", "out.wav");
+    EXPECT_EQ(result.status, 3) << result.errors;
+    EXPECT_THAT(result.errors, HasSubstr("cut short: "));
+}
+
 TEST_F(RenderShortfall, IsInTheReport) {
     writeCut("a.wav", SF_FORMAT_WAV | SF_FORMAT_PCM_16, 4);
     const auto json = nlohmann::json::parse(run("render", "a.wav", "out.wav", {"--json"}).output);
