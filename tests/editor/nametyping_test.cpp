@@ -190,4 +190,14 @@ TEST_P(NameTyping, StartsAnewWhenTheHostRenamesThePresetMeanwhile) {
     EXPECT_EQ(nameAfterReturn(), "theirs");
 }
 
+// The host may close the window at any moment.
+TEST(NameTypingEnds, WithTheWindowAndCountsAsTyped) {
+    EditorHost editor;
+    editor.open();
+    editor.click(nameField.x, nameField.y);
+    editor.type("evening");
+    editor.close();
+    EXPECT_EQ(editor.effect->programName(), "evening");
+}
+
 } // namespace
