@@ -4,8 +4,6 @@
 #include "editor/titleline.h"
 #include "platform/runloop.h"
 #include "platform/toolkitconnection.h"
-#include "vstgui/lib/platform/common/genericoptionmenu.h"
-#include "vstgui/lib/platform/iplatformframe.h"
 
 #include <array>
 #include <cmath>

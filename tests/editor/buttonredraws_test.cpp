@@ -11,7 +11,7 @@ using namespace VSTGUI;
 
 namespace {
 
-const CRect area(0, 0, 30, 14);
+const CRect buttonArea(0, 0, 30, 14);
 
 // Counts how often it has asked.
 template <typename Button>
@@ -53,32 +53,32 @@ class ButtonRedraws : public testing::Test {
 };
 
 TEST_F(ButtonRedraws, OfAKickButtonAreByHoverPressAndRelease) {
-    const auto button =
-        makeOwned<Watched<CPSKickButton>>(area, &listener, 7, 14, nullptr, CPoint(0, 0), false);
+    const auto button = makeOwned<Watched<CPSKickButton>>(buttonArea, &listener, 7, 14, nullptr,
+                                                          CPoint(0, 0), false);
     expectRedraws(*button, true);
 }
 
 TEST_F(ButtonRedraws, OfAnOnOffButtonAreByHoverAndPress) {
-    const auto button = makeOwned<Watched<CPSOnOffButton>>(area, &listener, 7, nullptr);
+    const auto button = makeOwned<Watched<CPSOnOffButton>>(buttonArea, &listener, 7, nullptr);
     expectRedraws(*button, false);
 }
 
 TEST_F(ButtonRedraws, OfARockerAreByHoverPressAndRelease) {
     const auto button = makeOwned<Watched<CPSRockerSwitch>>(
-        area, &listener, 7, 14, nullptr, CPoint(0, 0), CRockerSwitch::kHorizontal);
+        buttonArea, &listener, 7, 14, nullptr, CPoint(0, 0), CRockerSwitch::kHorizontal);
     expectRedraws(*button, true);
 }
 
 TEST_F(ButtonRedraws, OfASaveLoadButtonAreByHoverAndPress) {
     const auto button =
-        makeOwned<Watched<CSaveLoadButton>>(area, &listener, 7, 14, nullptr, CPoint(0, 0));
+        makeOwned<Watched<CSaveLoadButton>>(buttonArea, &listener, 7, 14, nullptr, CPoint(0, 0));
     expectRedraws(*button, false);
 }
 
 // The pointer may go from one side to the other without leaving it.
 TEST_F(ButtonRedraws, OfARockerAreByAPointerThatMovesButNotWhileItIsPressed) {
     const auto button = makeOwned<Watched<CPSRockerSwitch>>(
-        area, &listener, 7, 14, nullptr, CPoint(0, 0), CRockerSwitch::kHorizontal);
+        buttonArea, &listener, 7, 14, nullptr, CPoint(0, 0), CRockerSwitch::kHorizontal);
     EXPECT_EQ(
         redrawsBy(*button,
                   [&](CPoint& at) { EXPECT_EQ(button->onMouseMoved(at, 0), kMouseEventHandled); }),

@@ -16,7 +16,6 @@ using namespace std::chrono_literals;
 using Size = WindowHost::Size;
 
 constexpr std::uint32_t hostGrey = 0x808080;
-constexpr int gainRow = 94;
 
 // --- Opening and closing ---
 

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "presetsystem/chunkimage.h"
+#include "tests/editor/positions.h"
 #include "tests/support/temporaryfolder.h"
 #include "tests/support/xwindow.h"
 
@@ -16,6 +17,9 @@
 #include <vector>
 
 namespace mirelon::test {
+
+// The row of the slider that the tests move, at scale 1.
+constexpr int gainRow = sliderPlaces[1].y;
 
 class WindowHost {
   public:

@@ -14,8 +14,6 @@ using namespace std::chrono_literals;
 using hosting::ClapExtensions;
 using hosting::ClapTold;
 
-constexpr int gainRow = 94;
-
 INSTANTIATE_TEST_SUITE_P(Clap, FormatWindow, testing::Values([]() -> std::unique_ptr<WindowHost> {
                              return std::make_unique<ClapWindowHost>();
                          }));

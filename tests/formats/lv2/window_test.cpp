@@ -18,8 +18,6 @@ using namespace std::chrono_literals;
 
 constexpr std::uint32_t gainPort = lv2::portOfParameter(kParamGain);
 
-constexpr int gainRow = 94;
-
 // The part of the window with a slider's row in it.
 Pixels row(const Pixels& window, int y) {
     return window.part(0, y - 8, window.width, y + 8);
