@@ -1,11 +1,14 @@
 #include "tests/support/xserver.h"
 
+#include <chrono>
 #include <csignal>
 #include <fcntl.h>
 #include <sys/prctl.h>
 #include <unistd.h>
 
 namespace mirelon::test {
+
+using namespace std::chrono_literals;
 
 XServer::XServer(const std::string& screen)
     : server([this, &screen] {
@@ -25,9 +28,10 @@ XServer::XServer(const std::string& screen)
         name = ':' + number;
 }
 
+// A test is not to wait for ever for a server that does not end.
 XServer::~XServer() {
     server.kill(SIGTERM);
-    server.wait();
+    server.waitFor(10s);
 }
 
 void XServer::kill() {
