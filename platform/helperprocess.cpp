@@ -82,6 +82,16 @@ Life lifeOf(pid_t child) {
     return info.si_pid == 0 ? Life::running : Life::ended;
 }
 
+// Sends it to a program that has not been collected, and to its process group, which
+// it need not be in: it may have moved to another one, or, in an emulator whose vfork
+// does not wait for it, not have come so far.
+void signalGroup(pid_t leader, int signal) {
+    const bool elsewhere = getpgid(leader) != leader; // asked first: it may arrive meanwhile
+    kill(-leader, signal);
+    if (elsewhere)
+        kill(leader, signal);
+}
+
 void collect(pid_t leader) {
     const auto deadline = std::chrono::steady_clock::now() + grace;
     Life life = lifeOf(leader);
@@ -90,7 +100,7 @@ void collect(pid_t leader) {
         std::this_thread::sleep_for(10ms);
     if (life == Life::unknown)
         return;
-    kill(-leader, SIGKILL);
+    signalGroup(leader, SIGKILL);
     waitpid(leader, nullptr, 0);
 }
 
@@ -99,7 +109,7 @@ void collect(pid_t leader) {
 void endGroup(pid_t leader) {
     if (lifeOf(leader) == Life::unknown)
         return; // the number may be another's already
-    kill(-leader, SIGTERM);
+    signalGroup(leader, SIGTERM);
     // The host's signals are none of that thread's business.
     sigset_t all;
     sigset_t before;
@@ -108,7 +118,7 @@ void endGroup(pid_t leader) {
     try {
         std::thread(collect, leader).detach();
     } catch (const std::exception&) { // no thread to be had
-        kill(-leader, SIGKILL);
+        signalGroup(leader, SIGKILL);
     }
     pthread_sigmask(SIG_SETMASK, &before, nullptr);
 }

@@ -41,6 +41,15 @@ class Helper : public testing::Test {
     Output shell(const std::string& script) { return run("/bin/sh", {"-c", script}); }
     // The number that a script has written to a file.
     std::optional<pid_t> processIn(const char* file) const { return numberIn(folder / file); }
+    // Starts a shell that does what `script` says, writes its number to "leader" and
+    // leaves its process group.
+    void startOneThatLeavesItsGroup(const std::string& script) {
+        startShell(script + "echo $$ > '" + (folder / "leader").string() + "'; " + leaveOwnGroup);
+        ASSERT_TRUE(pumpUntil([&] {
+            const auto leader = processIn("leader");
+            return leader && !leadsAGroup(*leader);
+        }));
+    }
     bool pumpUntilGone(pid_t gone) const {
         return pumpUntil([&] { return !processExists(gone); });
     }
@@ -200,6 +209,25 @@ TEST_F(Helper, ThatWillNotEndWhenToldIsKilled) {
     const auto begin = std::chrono::steady_clock::now();
     process.reset();
     EXPECT_LT(std::chrono::steady_clock::now() - begin, 250ms) << "it has been waited for";
+    EXPECT_TRUE(pumpUntilGone(*processIn("leader")));
+}
+
+TEST_F(Helper, ThatHasLeftItsProcessGroupEndsAllTheSame) {
+    startOneThatLeavesItsGroup("");
+    process.reset();
+    EXPECT_TRUE(pumpUntilGone(*processIn("leader")));
+}
+
+TEST_F(Helper, ThatHasLeftItsProcessGroupIsKilledIfItWillNotEnd) {
+    startOneThatLeavesItsGroup("trap '' TERM; ");
+    process.reset();
+    EXPECT_TRUE(pumpUntilGone(*processIn("leader")));
+}
+
+TEST_F(Helper, EndsTogetherWithTheProcessGroupThatItHasLeft) {
+    startOneThatLeavesItsGroup("sleep 60 & echo $! > '" + (folder / "child").string() + "'; ");
+    process.reset();
+    EXPECT_TRUE(pumpUntilGone(*processIn("child")));
     EXPECT_TRUE(pumpUntilGone(*processIn("leader")));
 }
 

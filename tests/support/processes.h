@@ -8,6 +8,7 @@
 #include <iterator>
 #include <optional>
 #include <sys/types.h>
+#include <unistd.h>
 
 namespace mirelon::test {
 
@@ -25,6 +26,23 @@ inline std::optional<pid_t> numberIn(const std::filesystem::path& file) {
     if (!(stream >> number) || stream.get() != '\n')
         return std::nullopt;
     return number;
+}
+
+// The end of a shell's script: what it becomes leaves the process group that it led for
+// that of a child, and stays a minute. (There need not be another group: in a name space
+// of processes of their own, the one around may have no number.)
+inline constexpr const char* leaveOwnGroup = R"(exec python3 -c '
+import os, time
+child = os.fork()
+if child == 0:
+    os.setpgid(0, 0)
+    os._exit(0)
+os.waitid(os.P_PID, child, os.WEXITED | os.WNOWAIT)
+os.setpgid(0, child)
+time.sleep(60)')";
+
+inline bool leadsAGroup(pid_t process) {
+    return getpgid(process) == process;
 }
 
 // The files that this process has open.
