@@ -118,8 +118,12 @@ void ChildProcess::kill(int signal) {
 }
 
 void ChildProcess::killGroup() {
-    if (isRunning())
-        ::kill(leadsGroup ? -process : process, SIGKILL);
+    if (!isRunning())
+        return;
+    // It need not be in the group: it may have moved to another one.
+    ::kill(process, SIGKILL);
+    if (leadsGroup)
+        ::kill(-process, SIGKILL);
 }
 
 int ChildProcess::wait() {

@@ -1,9 +1,11 @@
 #include "hosting/childprocess.h"
 
 #include "hosting/pipe.h"
+#include "tests/support/processes.h"
 
 #include <csignal>
 #include <gtest/gtest.h>
+#include <thread>
 #include <unistd.h>
 
 namespace mirelon::hosting {
@@ -81,6 +83,17 @@ TEST(ChildProcess, TakesWhatItHasStartedItselfWithIt) {
     }
     std::string text;
     EXPECT_TRUE(output.readUntil(Clock::now() + 30s, text)) << "something still writes";
+}
+
+TEST(ChildProcess, IsKilledThoughItHasLeftItsProcessGroup) {
+    ChildProcess process(shell(test::leaveOwnGroup));
+    const auto end = Clock::now() + 30s;
+    while (test::leadsAGroup(process.id()) && process.isRunning() && Clock::now() < end)
+        std::this_thread::sleep_for(1ms);
+    ASSERT_FALSE(test::leadsAGroup(process.id()));
+    process.killGroup();
+    ASSERT_TRUE(process.waitFor(30s));
+    EXPECT_EQ(process.wait(), -SIGKILL);
 }
 
 TEST(ChildProcess, TellsTheMostMemoryThatItHad) {
