@@ -9,6 +9,8 @@ namespace mirelon::test {
 namespace {
 
 constexpr auto serverFile = "/usr/bin/jackd";
+// Milliseconds before it lets a client go, which answers late on a busy machine.
+constexpr auto patience = "20000";
 
 // No other server on the machine has this name.
 std::string uniqueName() {
@@ -25,8 +27,9 @@ bool JackServer::isInstalled() {
 JackServer::JackServer(const HostHome& home)
     : name(uniqueName())
     , server(std::make_unique<Program>(
-          std::vector<std::string>{serverFile, "-n", name, "--no-realtime", "-d", "dummy", "-r",
-                                   std::to_string(rate), "-p", std::to_string(blockFrames)},
+          std::vector<std::string>{serverFile, "-n", name, "--no-realtime", "-t", patience, "-d",
+                                   "dummy", "-r", std::to_string(rate), "-p",
+                                   std::to_string(blockFrames)},
           home.environment(), home / "jackd.log")) {
     // The socket at which it takes clients.
     const std::string socket = "/dev/shm/jack_" + name + '_' + std::to_string(getuid()) + "_0";

@@ -170,7 +170,8 @@ TEST_F(QtractorClap, HasDragsRecordedAsAutomationAndPlaysThemBackInANewProcess) 
     ASSERT_NO_FATAL_FAILURE(openEditorOfTrack());
     EXPECT_TRUE(eventually(seconds(10), [this] { return standsAt(0.5); }));
     const std::size_t before = calls().size();
-    press(XK_space); // what is on a track plays with the transport alone
+    // What is on a track plays with the transport alone.
+    ASSERT_NO_FATAL_FAILURE(startTransport([this] { return !blocks().empty(); }));
     playOn(50);
     const std::string audioThread = blocks().back().thread;
     dragSlider(*screen, *editor(), balanceSlider, 0.5, 0.7);
@@ -198,8 +199,7 @@ TEST_F(QtractorClap, HasDragsRecordedAsAutomationAndPlaysThemBackInANewProcess) 
     ASSERT_NO_FATAL_FAILURE(openEditorOfTrack());
     const std::size_t again = calls().size();
     clickMain(toTheStart); // JACK keeps where the transport stood
-    press(XK_space);
-    EXPECT_TRUE(eventually(seconds(20), [this] { return standsAt(0.7); }));
+    ASSERT_NO_FATAL_FAILURE(startTransport([this] { return standsAt(0.7); }));
     EXPECT_TRUE(eventually(seconds(20), [this] { return standsAt(0.5); }));
     press(XK_space);
     const Observations set = balanceSetSince(again);

@@ -89,8 +89,7 @@ TEST_F(QtractorLv2, ShowsTheHostsAutomationOfASlider) {
     qtractor::writeCurve(curve, {{0.0, 0.5}, {2.0, 0.9}});
     ASSERT_NO_FATAL_FAILURE(launchWithCurveOf(kParamBalance, "Balance"));
     EXPECT_TRUE(eventually(seconds(10), [this] { return standsAt(0.5); }));
-    press(XK_space);
-    EXPECT_TRUE(eventually(seconds(20), [this] { return standsAt(0.9); }));
+    ASSERT_NO_FATAL_FAILURE(startTransport([this] { return standsAt(0.9); }));
     press(XK_space);
     EXPECT_NEAR(lastShown(kParamBalance), 40.0F, 0.01F);
     quit();
@@ -104,8 +103,7 @@ TEST_F(QtractorLv2, ShowsTheHostsAutomationOfProcess) {
         return screen->pixels(*editor()).part(at.x - 10, at.y - 8, at.x + 10, at.y + 8);
     };
     const Pixels on = switched();
-    press(XK_space);
-    EXPECT_TRUE(eventually(seconds(20), [&] { return switched() != on; }));
+    ASSERT_NO_FATAL_FAILURE(startTransport([&] { return switched() != on; }));
     press(XK_space);
     EXPECT_EQ(lastShown(kParamProcess), 0.0F);
     quit();

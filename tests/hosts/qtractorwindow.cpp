@@ -150,6 +150,14 @@ void QtractorWindowTest::press(unsigned long keysym, unsigned long modifier) {
     raiseEditor();
 }
 
+// The key is lost while the host is busy.
+void QtractorWindowTest::startTransport(const std::function<bool()>& plays) {
+    ASSERT_TRUE(eventually(seconds(60), [&] {
+        press(XK_space);
+        return eventually(seconds(15), plays);
+    })) << contentsOf(home / "qtractor.log");
+}
+
 void QtractorWindowTest::raiseEditor() {
     if (const auto window = screen->windowTitled(pluginTitle))
         screen->activate(*window);

@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -57,6 +58,8 @@ class QtractorWindowTest : public ::testing::Test {
     // afterwards.
     void clickMain(Position at);
     void press(unsigned long keysym, unsigned long modifier = 0);
+    // Starts the transport; `plays` is what shows that it runs.
+    void startTransport(const std::function<bool()>& plays);
     // The host knows of something that is not saved.
     bool countsAsChanged() const;
     // Saves as a user does.
