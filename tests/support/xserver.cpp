@@ -10,14 +10,15 @@ namespace mirelon::test {
 
 using namespace std::chrono_literals;
 
-XServer::XServer(const std::string& screen)
-    : server([this, &screen] {
+XServer::XServer(const std::string& screen, Left left)
+    : server([this, &screen, left] {
         prctl(PR_SET_PDEATHSIG, SIGTERM);
         // It complains of every display number that is taken.
         dup2(open("/dev/null", O_WRONLY), STDERR_FILENO);
         const std::string writeEnd = std::to_string(dup(numbers.writer()));
         execlp("Xvfb", "Xvfb", "-displayfd", writeEnd.c_str(), "-screen", "0", screen.c_str(),
-               "-nolisten", "tcp", "-noreset", static_cast<char*>(nullptr));
+               "-nolisten", "tcp", left == Left::ends ? "-terminate" : "-noreset",
+               static_cast<char*>(nullptr));
         return 127;
     }) {
     numbers.closeWriter();
@@ -32,6 +33,10 @@ XServer::XServer(const std::string& screen)
 XServer::~XServer() {
     server.kill(SIGTERM);
     server.waitFor(10s);
+}
+
+bool XServer::ends() {
+    return server.waitFor(10s);
 }
 
 void XServer::kill() {

@@ -12,15 +12,20 @@ namespace mirelon::test {
 // thread that has started it.
 class XServer {
   public:
+    // What it does when its last client has left.
+    enum class Left { staysAsItIs, ends };
+
     // `screen` is WIDTHxHEIGHTxDEPTH. Waits until the server takes clients or
     // gives up.
-    explicit XServer(const std::string& screen);
+    explicit XServer(const std::string& screen, Left left = Left::staysAsItIs);
     ~XServer();
     XServer(const XServer&) = delete;
     XServer& operator=(const XServer&) = delete;
 
     // As clients name it; empty when the server gave up.
     const std::string& display() const { return name; }
+    // Whether it ends of itself; waits for that.
+    bool ends();
     // Ends it as a crash would.
     void kill();
 

@@ -2,6 +2,7 @@
 // defect that it finds.
 #include "tests/support/temporaryfolder.h"
 #include "tests/support/virtualdisplay.h"
+#include "tests/support/xserver.h"
 #include "tests/validator/checkrun.h"
 
 #include <gtest/gtest.h>
@@ -48,6 +49,17 @@ TEST(Check, WithoutADisplaySkipsTheEditorAndStillPasses) {
     }
     EXPECT_EQ(report["failed"], 0);
     EXPECT_EQ(report["skipped"], 7); // four of the editor, one of the state beside it, two of notes
+}
+
+// As on a build server: between two checks nobody is connected.
+TEST(Check, HasItsDisplayAlsoWhereTheServerLastsNoLongerThanItsClients) {
+    using mirelon::test::XServer;
+    const XServer server("800x600x24", XServer::Left::ends);
+    ASSERT_NE(server.display(), "") << "Xvfb did not start";
+    expectAllPassed(run("DISPLAY=" + server.display() + " " + host +
+                        " check --json --only editor-opened-twice "
+                        "--only editor-in-two-instances " +
+                        goodEffect));
 }
 
 TEST(Check, RunsOnlyTheLevelsAskedFor) {

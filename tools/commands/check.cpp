@@ -1,5 +1,6 @@
 // check: a validator for plug-ins.
 #include "validator/check.h"
+#include "hosting/displayhold.h"
 #include "hosting/hostingerror.h"
 #include "hosting/pluginfile.h"
 #include "tools/checkreport.h"
@@ -122,6 +123,7 @@ void checkAll(const Options& options) {
         files.emplace_back();
     std::vector<CheckReport> reports;
     std::vector<std::string> refused;
+    const hosting::DisplayHold hold; // between the checks nobody may have a connection
     for (const std::string& file : files) {
         try {
             reports.push_back(checkOne(file, seed, options));
