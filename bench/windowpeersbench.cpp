@@ -17,6 +17,7 @@
 #include <exception>
 #include <filesystem>
 #include <optional>
+#include <set>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -119,6 +120,24 @@ void measureOpenings(Window& window, std::vector<double>& figures) {
     figures[openTime] = median(times);
 }
 
+// The first parameter whose every place has a text of its own: a switch is hardly drawn
+// anew when it is automated. The first of all when there is none.
+VstInt32 sliderOf(hosting::Effect& effect) {
+    for (VstInt32 index = 0; index < effect.record().numParams; ++index) {
+        const float before = effect.parameter(index);
+        std::set<std::string> texts;
+        constexpr std::array places{0.1F, 0.3F, 0.5F, 0.7F, 0.9F};
+        for (const float place : places) {
+            effect.setParameter(index, place);
+            texts.insert(effect.parameterDisplay(index));
+        }
+        effect.setParameter(index, before);
+        if (texts.size() == places.size())
+            return index;
+    }
+    return 0;
+}
+
 std::vector<double> measure(const std::string& plugin) {
     test::VirtualDisplay::start();
     hosting::RecordingHost callbacks{hosting::Recording::off};
@@ -132,11 +151,12 @@ std::vector<double> measure(const std::string& plugin) {
     const Load resting = loadOf(window, {});
     figures[restingCpu] = resting.own;
     figures[restingServer] = resting.server;
+    const VstInt32 slider = sliderOf(effect);
     double changes = 0;
     const Job automate{automationInterval, [&] {
                            constexpr double turn = 30; // changes
                            effect.setParameter(
-                               0, static_cast<float>(0.5 + 0.4 * std::sin(++changes / turn)));
+                               slider, static_cast<float>(0.5 + 0.4 * std::sin(++changes / turn)));
                        }};
     const Load automated = loadOf(window, {automate});
     figures[automatedCpu] = automated.own;
