@@ -106,7 +106,7 @@ def main():
     known = list(suite.known_tests(tree.build, rooms, asked.hosts))
     if asked.own:
         # Others may be there from an earlier run, with other numbers in them.
-        known = [test for test in known if test.room in rooms.wanted]
+        known = [test for test in known if test.rooms & rooms.wanted]
     tests, failed = suite.measured(known, size, tree.build, folder / "reached.json", asked.jobs)
     print(f"{len(tests)} tests")
     for name in failed:

@@ -4,6 +4,13 @@ import re
 from pathlib import Path
 
 SOURCES = (".cpp", ".h")
+# Test programs that are another room's too: keys and the clipboard need an editor to type
+# into, and what hosts a format a plug-in of that format.
+SHARED = {
+    "editor_keys_test": "platform", "editor_typing_test": "platform",
+    "clap_effect_test": "hosting", "clap_effectwindow_test": "hosting", "clap_window_test": "hosting",
+    "lv2_state_test": "hosting", "lv2_window_test": "hosting",
+}
 
 
 class Rooms:
@@ -46,13 +53,17 @@ class Rooms:
             if not path.is_relative_to(self.root / "tests"):
                 continue
             target = re.search(r" -o (\S*)/CMakeFiles/([\w.-]+)\.dir/", entry["command"])
-            if target and self.of(target[1].removeprefix("tests/") + "/"):
+            if target and self.tested_by(target[1].removeprefix("tests/") + "/", target[2]) & self.wanted:
                 targets.add(target[2])
         return sorted(targets)
 
     def of_test(self, program, build):
-        """The room that a test program is built for."""
+        """The rooms that a test program is built for; nothing if it is no test program."""
         path = Path(program)
         if not path.is_relative_to(build / "tests"):
             return None
-        return self.holding(str(path.relative_to(build / "tests")))
+        return self.tested_by(str(path.relative_to(build / "tests")), path.name)
+
+    def tested_by(self, file, program):
+        """The rooms of a test program in this place below the tests."""
+        return {room for room in (self.holding(file), SHARED.get(program)) if room}

@@ -18,7 +18,7 @@ class Test:
     name: str
     command: list
     folder: str
-    room: str
+    rooms: set
     limit: float
     seconds: float = 0
     reaches: frozenset = frozenset()
@@ -36,10 +36,10 @@ def known_tests(build, rooms, hosts):
     for each in json.loads(answer)["tests"]:
         properties = {p["name"]: p["value"] for p in each.get("properties", [])}
         command = each.get("command")
-        room = rooms.of_test(command[0], build) if command else None
-        if room is None or ("hosts" in properties.get("LABELS", []) and not hosts):
+        owners = rooms.of_test(command[0], build) if command else None
+        if owners is None or ("hosts" in properties.get("LABELS", []) and not hosts):
             continue
-        yield Test(each["name"], command, properties.get("WORKING_DIRECTORY", str(build)), room,
+        yield Test(each["name"], command, properties.get("WORKING_DIRECTORY", str(build)), owners,
                    properties.get("TIMEOUT", 120))
 
 
@@ -96,7 +96,7 @@ def measured(tests, size, build, kept, jobs):
 def in_turn(tests, place):
     """Those that reach the change, the quick ones of its own room first."""
     reaching = (t for t in tests if place.number in t.reaches)
-    return sorted(reaching, key=lambda t: (t.room != place.room, t.seconds))
+    return sorted(reaching, key=lambda t: (place.room not in t.rooms, t.seconds))
 
 
 def noticing(tests, place, until):

@@ -14,6 +14,7 @@ TOOL = Path(__file__).resolve().parents[2] / "scripts/mutation"
 sys.path.insert(0, str(TOOL))
 
 import equivalents
+import rooms
 import sampling
 import schemata
 from places import Place, built_plugin, ordered, search
@@ -355,6 +356,21 @@ class RoomNames(unittest.TestCase):
                 for room in ("a", "b")
             ]
             self.assertEqual(Rooms(root, ["a"]).test_targets(database), ["a_test"])
+            with unittest.mock.patch.dict(rooms.SHARED, {"b_test": "a"}):
+                self.assertEqual(Rooms(root, ["a"]).test_targets(database), ["a_test", "b_test"])
+
+    def test_a_test_program_may_be_of_two_rooms_or_of_none(self):
+        with tempfile.TemporaryDirectory() as folder:
+            root = Path(folder)
+            for path in ("a/x.cpp", "b/y.cpp", "tests/a/CMakeLists.txt", "tests/b/CMakeLists.txt"):
+                (root / path).parent.mkdir(parents=True, exist_ok=True)
+                (root / path).write_text("")
+            known, build = Rooms(root), root / "build"
+            with unittest.mock.patch.dict(rooms.SHARED, {"b_test": "a"}):
+                self.assertEqual(known.of_test(build / "tests/b/b_test", build), {"a", "b"})
+                self.assertEqual(known.of_test(build / "tests/b/other_test", build), {"b"})
+                self.assertEqual(known.of_test(build / "tests/faults/c_test", build), set())
+                self.assertIsNone(known.of_test(build / "tools/program", build))
 
 
 if __name__ == "__main__":
