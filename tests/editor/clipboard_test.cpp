@@ -64,12 +64,13 @@ TEST_P(EditorClipboard, TellsOtherProgramsWhatItOffers) {
 }
 
 TEST_P(EditorClipboard, GivesProgramsWithoutUnicodeWhatTheyCanShow) {
-    editor.effect->setProgramName("\u00fcber \u20ac");
+    // Of both halves of what is beyond ASCII there, and one that is not in it.
+    editor.effect->setProgramName("\u00fcber 45\u00b0 \u20ac");
     clickName();
     control('c');
-    EXPECT_EQ(other.paste(), "\u00fcber \u20ac");
+    EXPECT_EQ(other.paste(), "\u00fcber 45\u00b0 \u20ac");
     EXPECT_EQ(other.paste("STRING"), "\xfc"
-                                     "ber ?");
+                                     "ber 45\xb0 ?");
 }
 
 TEST_P(EditorClipboard, TakesWhatIsCutOutOfTheText) {

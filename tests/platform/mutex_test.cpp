@@ -27,7 +27,7 @@ extern "C" __attribute__((visibility("default"))) const char* __tsan_default_sup
 
 namespace {
 
-// How often this program has tried to unlock what another thread holds.
+// How often this program has tried to unlock what its thread does not hold.
 std::atomic<int> refusedUnlocks{0};
 
 } // namespace
@@ -186,10 +186,12 @@ TEST(Mutex, UnlockByAThreadThatNeverLockedItLeavesTheHolderInPossession) {
 
 TEST(Mutex, UnlockOfAFreeMutexLeavesItFree) {
     XPlatMutex* mutex = XPlatCreateMutex();
+    refusedUnlocks = 0;
     XPlatUnlockMutex(mutex);
     XPlatLockMutex(mutex, 0);
     XPlatUnlockMutex(mutex);
     XPlatUnlockMutex(mutex);
+    EXPECT_EQ(refusedUnlocks, 0);
     EXPECT_TRUE(isFree(mutex));
     XPlatLockMutex(mutex, 0);
     EXPECT_TRUE(isHeld(mutex));

@@ -154,6 +154,21 @@ TEST_P(RunLoopDrive, DrawsWhatATimerChangedInTheSameTurn) {
     EXPECT_EQ(frame.redraws, before + 1);
 }
 
+TEST_P(RunLoopDrive, DrawsWhatAnEventChangedRightAfterATimersDrawing) {
+    Connection connection;
+    Frame frame;
+    while (frame.redraws == 0) // not before the last test's frame rests no more
+        turn();
+    const auto id = loop.addTimer(20ms, [] {});
+    std::this_thread::sleep_for(22ms); // events may be drawn again by then
+    turn();
+    loop.removeTimer(id);
+    const int before = frame.redraws;
+    connection.pipe.write();
+    turn();
+    EXPECT_EQ(frame.redraws, before + 1);
+}
+
 TEST_P(RunLoopDrive, CallsNothingOfTheToolkitsThatHasBeenTakenBackMeanwhile) {
     Connection first;
     Connection second;
