@@ -27,6 +27,19 @@ void expectFixed(const HostWindow& window, int width, int height) {
     EXPECT_EQ(hints.max_height, height);
 }
 
+// Whether the window manager has nothing to do with it: no frame, no place of its choice.
+bool isBare(const HostWindow& window) {
+    XWindowAttributes attributes{};
+    XGetWindowAttributes(window.connection(), window.id(), &attributes);
+    return attributes.override_redirect != False;
+}
+
+TEST(HostWindow, IsLeftToTheWindowManagerUnlessItIsBare) {
+    test::VirtualDisplay::start();
+    EXPECT_FALSE(isBare(HostWindow("title", 320, 200, WindowKind::ordinary)));
+    EXPECT_TRUE(isBare(HostWindow("title", 320, 200, WindowKind::bare)));
+}
+
 TEST(HostWindow, HasOneSizeForItsUser) {
     test::VirtualDisplay::start();
     const HostWindow window("title", 320, 200, WindowKind::ordinary);

@@ -35,6 +35,7 @@ TEST_F(ClapAsEffect, SaysOfItselfWhatTheVstPlugInSays) {
     EXPECT_EQ(effect.programName(), vst.effect.programName());
     EXPECT_EQ(effect.record().uniqueID, vst.effect.record().uniqueID);
     EXPECT_EQ(effect.record().numParams, vst.effect.record().numParams);
+    EXPECT_EQ(effect.record().numPrograms, 1) << "the one that sounds";
     EXPECT_EQ(effect.record().numInputs, 2);
     EXPECT_EQ(effect.record().numOutputs, 2);
     EXPECT_EQ(effect.record().initialDelay, 0);

@@ -16,14 +16,14 @@
 namespace {
 
 enum Port : std::uint32_t {
-    kIn,
+    kDelay,
     kOut,
     kFactor,
     kMode,
     kMute,
     kTone,
     kSteps,
-    kDelay,
+    kIn,
     kPeak,
     kControl,
     kNotify,

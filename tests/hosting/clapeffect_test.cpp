@@ -1,0 +1,52 @@
+// What a CLAP plug-in in the shape of an effect is told by its host; what such an effect
+// answers stands with the tests of Mirelon's CLAP plug-in.
+#include "hosting/effect.h"
+#include "hosting/pluginfile.h"
+#include "hosting/recordinghost.h"
+
+#include <array>
+#include <gtest/gtest.h>
+
+namespace mirelon::hosting {
+namespace {
+
+// What the test plug-in plays.
+struct Told {
+    float inputPorts, outputPorts, mostFrames, frames, before;
+    bool operator==(const Told&) const = default;
+};
+
+struct ClapEffectTest : testing::Test {
+    Told played(int frames) {
+        std::array<float, 256> in{};
+        std::array<float, 256> out{};
+        float* inputs[] = {in.data()};
+        float* outputs[] = {out.data()};
+        effect.process(inputs, outputs, frames);
+        return {out[0], out[1], out[2], out[3], out[4]};
+    }
+
+    const std::unique_ptr<const PluginModule> module = openPlugin(MIRELON_TEST_CLAP_TOLD);
+    RecordingHost host;
+    Effect effect{*module, host};
+};
+
+TEST_F(ClapEffectTest, HasTheBlockSizeAndThePortsToldToThePlugIn) {
+    effect.setBlockSize(64);
+    effect.resume();
+    EXPECT_EQ(played(64), (Told{1, 1, 64, 64, 0}));
+    EXPECT_EQ(played(48), (Told{1, 1, 64, 48, 64}));
+}
+
+TEST_F(ClapEffectTest, HasABlockSizeToldThatChangesWhileItPlays) {
+    effect.setBlockSize(64);
+    effect.resume();
+    played(64);
+    effect.setBlockSize(256);
+    EXPECT_EQ(played(200), (Told{1, 1, 256, 200, 0}));
+    effect.setBlockSize(256); // the same again interrupts nothing
+    EXPECT_EQ(played(200), (Told{1, 1, 256, 200, 200}));
+}
+
+} // namespace
+} // namespace mirelon::hosting
