@@ -32,6 +32,8 @@ TEST(DesktopScale, ComesFromTheEnvironmentFirst) {
     unsetenv("DISPLAY");
     setenv("MIRELON_SCALE", "2.5", 1);
     EXPECT_EQ(desktopScale(), 2.5);
+    setenv("MIRELON_SCALE", "0.5", 1);
+    EXPECT_EQ(desktopScale(), 0.5);
     setenv("MIRELON_SCALE", "big", 1);
     EXPECT_EQ(desktopScale(), 1.0);
     unsetenv("MIRELON_SCALE");

@@ -182,6 +182,15 @@ TEST(Paths, WithoutASlashLeaveBothBuffers) {
     EXPECT_EQ(split.dir, "dir as it was");
 }
 
+TEST(Paths, NeedNoMoreRoomThanTheirPartsHave) {
+    std::string name = "name as it was";
+    std::string dir = "dir as it was";
+    // What stands behind the path goes nowhere either.
+    XPlatGetFileNameAndDir("/a/x\0behind", name.data(), dir.data());
+    EXPECT_EQ(name, std::string("x\0me as it was", 14));
+    EXPECT_EQ(dir, std::string("/a/\0as it was", 13));
+}
+
 TEST(PrefValues, AlwaysReadAsTheDefault) {
     setPrefValue("volume", 0.2F);
     EXPECT_EQ(getPrefValue("volume", 0.7F), 0.7F);

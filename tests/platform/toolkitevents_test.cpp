@@ -1,5 +1,6 @@
 // The loop of the open editors and the toolkit's own connection to a display.
 #include "platform/runloop.h"
+#include "platform/toolkitconnection.h"
 #include "tests/support/mainloop.h"
 #include "tests/support/pumping.h"
 #include "tests/support/virtualdisplay.h"
@@ -53,6 +54,8 @@ class CountedWindow final : VSTGUI::X11::IFrameEventHandler {
         xcb_change_property(connection(), XCB_PROP_MODE_REPLACE, window, XCB_ATOM_WM_NAME,
                             XCB_ATOM_STRING, 8, 1, "x");
     }
+
+    xcb_window_t id() const { return window; }
 
     int changes = 0;
 
@@ -129,6 +132,18 @@ TEST_P(ToolkitEvents, RequestsOfATimerAreSentInItsTurn) {
     loop.removeTimer(id);
     pollfd state{xcb_get_file_descriptor(connection()), POLLIN, 0};
     EXPECT_EQ(poll(&state, 1, 2000), 1);
+}
+
+// A host that shows an editor may have long to go until it gives it a turn.
+TEST_P(ToolkitEvents, AreNotWaitedForToShowAWindow) {
+    CountedWindow window;
+    announceMapped(window.id());
+    const std::unique_ptr<xcb_get_window_attributes_reply_t, decltype(&std::free)> attributes(
+        xcb_get_window_attributes_reply(
+            connection(), xcb_get_window_attributes(connection(), window.id()), nullptr),
+        &std::free);
+    ASSERT_NE(attributes, nullptr);
+    EXPECT_EQ(attributes->map_state, XCB_MAP_STATE_VIEWABLE);
 }
 
 TEST_P(ToolkitEvents, LetTheLoopSleepWhenAllAreHandled) {
