@@ -9,7 +9,7 @@ SOURCES = (".cpp", ".h")
 SHARED = {
     "editor_keys_test": "platform", "editor_typing_test": "platform",
     "clap_effect_test": "hosting", "clap_effectwindow_test": "hosting", "clap_window_test": "hosting",
-    "lv2_state_test": "hosting", "lv2_window_test": "hosting",
+    "lv2_effectwindow_test": "hosting", "lv2_state_test": "hosting", "lv2_window_test": "hosting",
 }
 
 

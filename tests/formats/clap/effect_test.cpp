@@ -51,6 +51,8 @@ TEST_F(ClapAsEffect, HasTheVstPlugInsParameters) {
         effect.setParameter(index, 1.0F);
         EXPECT_EQ(effect.parameter(index), 1.0F);
     }
+    EXPECT_TRUE(effect.parameterProperties(kParamPhase)) << "a switch";
+    EXPECT_FALSE(effect.parameterProperties(kParamGain));
     EXPECT_TRUE(effect.setParameterText(kParamGain, "-6 dB"));
     EXPECT_EQ(effect.parameter(kParamGain), 0.25F);
     EXPECT_EQ(effect.parameterDisplay(kParamGain), "-6.00 dB");
@@ -112,7 +114,7 @@ TEST_F(ClapAsEffect, TakesBlocksLargerThanItWasTold) {
 
 TEST_F(ClapAsEffect, TellsTheSizeOfItsEditorBeforeItIsOpen) {
     ERect* rect = nullptr;
-    ASSERT_NE(effect.dispatch(effEditGetRect, 0, 0, &rect), 0);
+    ASSERT_EQ(effect.dispatch(effEditGetRect, 0, 0, &rect), 1);
     EXPECT_EQ(rect->right - rect->left, 324);
     EXPECT_EQ(rect->bottom - rect->top, 348);
     effect.dispatch(effEditClose);
