@@ -12,7 +12,7 @@ namespace {
 
 // What the test plug-in plays.
 struct Told {
-    float inputPorts, outputPorts, mostFrames, frames, before;
+    float inputPorts, outputPorts, mostFrames, frames, before, calledBack, rate;
     bool operator==(const Told&) const = default;
 };
 
@@ -23,7 +23,7 @@ struct ClapEffectTest : testing::Test {
         float* inputs[] = {in.data()};
         float* outputs[] = {out.data()};
         effect.process(inputs, outputs, frames);
-        return {out[0], out[1], out[2], out[3], out[4]};
+        return {out[0], out[1], out[2], out[3], out[4], out[5], out[6]};
     }
 
     const std::unique_ptr<const PluginModule> module = openPlugin(MIRELON_TEST_CLAP_TOLD);
@@ -34,8 +34,20 @@ struct ClapEffectTest : testing::Test {
 TEST_F(ClapEffectTest, HasTheBlockSizeAndThePortsToldToThePlugIn) {
     effect.setBlockSize(64);
     effect.resume();
-    EXPECT_EQ(played(64), (Told{1, 1, 64, 64, 0}));
-    EXPECT_EQ(played(48), (Told{1, 1, 64, 48, 64}));
+    EXPECT_EQ(played(64), (Told{1, 1, 64, 64, 0, 0, 44100}));
+    EXPECT_EQ(played(48), (Told{1, 1, 64, 48, 64, 0, 44100}));
+}
+
+TEST_F(ClapEffectTest, CallsThePlugInBackOnceForEachTimeThatItAsks) {
+    effect.resume();
+    effect.dispatch(effEditIdle);
+    effect.dispatch(effEditIdle);
+    EXPECT_EQ(played(8).calledBack, 1);
+    effect.suspend();
+    effect.resume();
+    EXPECT_EQ(played(8).calledBack, 1);
+    effect.dispatch(effEditIdle);
+    EXPECT_EQ(played(8).calledBack, 2);
 }
 
 TEST_F(ClapEffectTest, HasABlockSizeToldThatChangesWhileItPlays) {
@@ -43,9 +55,16 @@ TEST_F(ClapEffectTest, HasABlockSizeToldThatChangesWhileItPlays) {
     effect.resume();
     played(64);
     effect.setBlockSize(256);
-    EXPECT_EQ(played(200), (Told{1, 1, 256, 200, 0}));
+    EXPECT_EQ(played(200), (Told{1, 1, 256, 200, 0, 0, 44100}));
     effect.setBlockSize(256); // the same again interrupts nothing
-    EXPECT_EQ(played(200), (Told{1, 1, 256, 200, 200}));
+    EXPECT_EQ(played(200), (Told{1, 1, 256, 200, 200, 0, 44100}));
+}
+
+TEST_F(ClapEffectTest, HasARateToldThatChangesWhileItPlays) {
+    effect.resume();
+    EXPECT_EQ(played(8).rate, 44100.0F);
+    effect.setSampleRate(96000.0F);
+    EXPECT_EQ(played(8).rate, 96000.0F);
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 #include "hosting/module.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <gmock/gmock.h>
 
 namespace mirelon::hosting {
@@ -135,6 +136,14 @@ TEST(Effect, IsRefusedWithAWrongMagicWord) {
 
 TEST(Effect, IsRefusedWithoutItsFunctions) {
     EXPECT_THAT(refusalOf("nofunctions"), HasSubstr("lacks a function"));
+}
+
+TEST(Effect, IsRefusedWithoutOneOfItsFunctions) {
+    for (const char* name : {"dispatcher", "setParameter", "getParameter", "processReplacing"}) {
+        setenv("MIRELON_LACKS", name, 1);
+        EXPECT_THAT(refusalOf("nofunctions"), HasSubstr("lacks a function")) << name;
+    }
+    unsetenv("MIRELON_LACKS");
 }
 
 TEST(Effect, IsRefusedWhenItPromisesAFunctionThatItLacks) {

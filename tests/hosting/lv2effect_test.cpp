@@ -151,6 +151,18 @@ TEST_F(Lv2EffectOfMirelon, KeepsAGivenChunkWhileItPlays) {
     EXPECT_EQ(effect.programName(), "balanse to the right");
 }
 
+TEST_F(Lv2EffectOfMirelon, KeepsTheParameterForWhichAChunkHasNoValue) {
+    auto bank = bankOf(vst2);
+    ASSERT_TRUE(bank);
+    bank->presets[0].setValue(0, 2.0F);
+    bank->presets[0].setValue(1, 0.25F);
+    bank->current = 0;
+    effect.setParameter(0, 0.75F);
+    EXPECT_EQ(effect.setChunk(bank->chunk(effect.record().uniqueID)), 1);
+    EXPECT_EQ(effect.parameter(0), 0.75F);
+    EXPECT_NEAR(effect.parameter(1), 0.25F, 1e-7F);
+}
+
 TEST_F(Lv2EffectOfMirelon, RefusesAChunkThatIsNoneAndStaysAsItWas) {
     effect.setParameter(0, 0.75F);
     const auto before = effect.chunk();

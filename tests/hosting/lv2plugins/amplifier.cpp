@@ -25,9 +25,11 @@ enum Port : std::uint32_t {
     kSteps,
     kIn,
     kPeak,
-    kControl,
+    kEarlier,
     kNotify,
     kVoltage,
+    kControl,
+    kLater,
     kNumPorts
 };
 
@@ -64,6 +66,10 @@ LV2_Handle instantiate(const LV2_Descriptor*, double, const char*,
             amplifier->sequence = map.map(map.handle, LV2_ATOM__Sequence);
             amplifier->object = map.map(map.handle, LV2_ATOM__Object);
         }
+    if (amplifier != nullptr && amplifier->sequence == 0) {
+        delete amplifier; // it requires what it did not get
+        return nullptr;
+    }
     return amplifier;
 }
 
