@@ -83,6 +83,12 @@ TEST_F(HostedEffect, TellsTheValuesOfAGestureBetweenItsEnds) {
     EXPECT_EQ(host.effect().getParameter(3), 0.5F);
 }
 
+TEST_F(HostedEffect, LearnsThatItsGesturesAreHeard) {
+    RecordingEffectHost host(44100.0F, 1024);
+    EXPECT_TRUE(host.effect().beginEdit(3));
+    EXPECT_TRUE(host.effect().endEdit(3));
+}
+
 TEST_F(HostedEffect, TellsAValueWithoutAGesture) {
     RecordingEffectHost host(44100.0F, 1024);
     host.effect().setParameterAutomated(5, 0.0F);

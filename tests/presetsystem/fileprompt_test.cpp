@@ -119,6 +119,15 @@ TEST_F(FilePrompts, AppendTheExtensionToANameToSaveUnderButToNoOther) {
     EXPECT_EQ(chosen, (Chosen{"/a/|b.dvp", "/a/|b.DVP", "/a/|b"}));
 }
 
+TEST_F(FilePrompts, AppendTheExtensionBehindAnyOtherEnding) {
+    for (const char* other : {"/a/b.txt", "/a/b.dv", "/a/b.dvp1", "/a/b.dvp."}) {
+        save();
+        dialogs.answer(other);
+    }
+    EXPECT_EQ(chosen,
+              (Chosen{"/a/|b.txt.dvp", "/a/|b.dv.dvp", "/a/|b.dvp1.dvp", "/a/|b.dvp..dvp"}));
+}
+
 TEST_F(FilePrompts, AskOnceMoreBeforeTheAppendedExtensionNamesAnExistingFile) {
     writeFile(folder / "b.dvp", "precious");
     save();
