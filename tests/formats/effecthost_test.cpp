@@ -68,8 +68,28 @@ TEST_F(HostedEffect, AsksForAnotherSizeOfItsWindowWhereThatCanBeHad) {
     EXPECT_EQ(host.heard, "r486x522");
 }
 
+TEST_F(HostedEffect, HasAHostThatCanDoNothingButResizeAWindow) {
+    RecordingEffectHost host(44100.0F, 64);
+    char resizing[] = "sizeWindow";
+    char other[] = "openFileSelector";
+    EXPECT_TRUE(host.effect().canHostDo(resizing));
+    EXPECT_FALSE(host.effect().canHostDo(other));
+    EXPECT_FALSE(host.effect().canHostDo(nullptr));
+    host.resizes = false;
+    EXPECT_FALSE(host.effect().canHostDo(resizing));
+}
+
 TEST_F(HostedEffect, IsNotHeardWhileItIsBuilt) {
     const RecordingEffectHost host(44100.0F, 1024);
+    EXPECT_EQ(host.heard, "");
+}
+
+TEST_F(HostedEffect, IsAnsweredByNoHostOnceItsOwnHasLetItGo) {
+    RecordingEffectHost host(44100.0F, 1024);
+    host.effect().getAeffect()->user = nullptr;
+    EXPECT_EQ(host.effect().getMasterVersion(), 1); // an unknown one
+    EXPECT_EQ(host.effect().updateBlockSize(), 1024);
+    host.effect().setPresetNo(4);
     EXPECT_EQ(host.heard, "");
 }
 
@@ -180,6 +200,7 @@ TEST_F(HostedEffect, OfAHostThatThrowsGoesOn) {
     };
     Throwing host(44100.0F, 1024);
     EXPECT_NO_THROW(host.effect().setPresetNo(3));
+    EXPECT_FALSE(host.effect().updateDisplay());
     EXPECT_EQ(host.effect().getPresetNo(), 3);
 }
 

@@ -1,4 +1,5 @@
 // The preset system's editor as a whole: what is shown at once and what waits.
+#include "platform/runloop.h"
 #include "tests/presetsystem/scriptededitor.h"
 
 #include <gtest/gtest.h>
@@ -20,6 +21,10 @@ class WatchingEditor : public ScriptedEditor, private WindowUpdates::ParameterDi
     using ScriptedEditor::updates;
 
     std::vector<long> shown;
+    int comparisons = 0; // whose outcome was shown
+
+  protected:
+    void showMemories(MemoryComparison::Equal /*equal*/) override { ++comparisons; }
 
   private:
     void show(long index) override { shown.push_back(index); }
@@ -83,6 +88,37 @@ TEST_F(PresetEditor, KeepsPendingUpdatesWhileItIsClosed) {
     EXPECT_TRUE(editor.open(nullptr));
     editor.idle();
     EXPECT_EQ(editor.shown, std::vector<long>{2});
+}
+
+// While another window of the same thread is still open.
+TEST_F(PresetEditor, KeepsPendingUpdatesOnceItHasClosed) {
+    const RunLoop::User other;
+    editor.makePanel();
+    editor.dropFrame();
+    editor.updates.parameterChanged(2);
+    EXPECT_TRUE(editor.shown.empty());
+    editor.makePanel();
+    editor.idle();
+    EXPECT_EQ(editor.shown, std::vector<long>{2});
+}
+
+TEST_F(PresetEditor, ComparesTheMemoriesOnlyAfterAChange) {
+    editor.makePanel();
+    editor.idle();
+    editor.idle();
+    EXPECT_EQ(editor.comparisons, 1);
+    effect.setProgramName(mine.data());
+    editor.idle();
+    editor.idle();
+    EXPECT_EQ(editor.comparisons, 2);
+}
+
+TEST_F(PresetEditor, IsDrawnAnewAsAWholeOnceAFileHasBeenRead) {
+    editor.makePanel();
+    const int before = editor.redraws();
+    editor.user->answers.emplace_back("/no/such/preset.dvp");
+    editor.loadPreset(false);
+    EXPECT_EQ(editor.redraws(), before + 1);
 }
 
 TEST_F(PresetEditor, ShowsAHostsNameAtOnceOnItsOwnThread) {

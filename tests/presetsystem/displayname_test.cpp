@@ -32,6 +32,10 @@ void expectAllReplaced(const std::string& bytes) {
     EXPECT_EQ(validUtf8(bytes), expected) << testing::PrintToString(bytes);
 }
 
+TEST(ValidUtf8, OfNothingIsNothing) {
+    EXPECT_EQ(validUtf8({}), "");
+}
+
 TEST(ValidUtf8, LeavesWholeCharactersAsTheyAre) {
     for (const char* text : {"", "plain", "Gr\xC3\xB6\xC3\x9F\x65", "\xE2\x82\xAC",
                              "\xF0\x9F\x8E\xB5", "\xED\x9F\xBF", "\xF4\x8F\xBF\xBF"})

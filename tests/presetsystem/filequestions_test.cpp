@@ -69,6 +69,14 @@ TEST_F(FileQuestions, WithoutAFrameNothingIsAsked) {
     EXPECT_TRUE(effect().sets.empty());
 }
 
+TEST_F(FileQuestions, WithoutADialogNothingIsAskedAndTheUserToldWhy) {
+    editor().user->available = false;
+    editor().loadPreset(false);
+    editor().saveBank();
+    EXPECT_TRUE(editor().user->questions.empty());
+    EXPECT_EQ(editor().told, std::vector(2, noDialogMessage().text));
+}
+
 TEST_F(FileQuestions, AMissingExtensionIsAppended) {
     answer(folder / "name");
     editor().savePreset();

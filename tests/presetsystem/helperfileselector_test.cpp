@@ -102,6 +102,21 @@ TEST_F(FileSelector, AsksKdialogToSave) {
                            "Dravik Preset (*.dvp)\n");
 }
 
+TEST_F(FileSelector, AsksEitherProgramForAnyOfSeveralTypes) {
+    for (const HelperDialect dialect : {HelperDialect::zenity, HelperDialect::kdialog}) {
+        const auto dialog = selector(Style::SelectFile, {program(dialect, "")});
+        dialog->addFileExtension(CFileExtension("Dravik Bank", "dvb"));
+        answers.clear();
+        chosenIn(*dialog);
+        EXPECT_TRUE(arguments().ends_with(
+            dialect == HelperDialect::zenity
+                ? "\n--file-filter=Dravik Preset | *.dvp\n--file-filter=Dravik Bank | *.dvb\n"
+                  "--file-filter=All files | *\n"
+                : "\nDravik Preset (*.dvp);;Dravik Bank (*.dvb);;All files (*)\n"))
+            << arguments();
+    }
+}
+
 TEST_F(FileSelector, TiesEitherDialogToItsWindow) {
     chosenIn(*selector(Style::SelectFile, {program(HelperDialect::zenity, "")}, 0x1400007));
     EXPECT_NE(arguments().find("\n--attach=20971527\n"), std::string::npos);

@@ -1,6 +1,7 @@
 #include "presetsystem/imageio.h"
 
 #include "tests/support/childprocess.h"
+#include "tests/support/processes.h"
 #include "tests/support/temporaryfolder.h"
 
 #include <gtest/gtest.h>
@@ -96,6 +97,16 @@ TEST_F(ImageIo, LeavesWhatIsNoPlainFileWhereItIs) {
     writeImage(file("full"), image);
     EXPECT_TRUE(is_fifo(folder / "pipe"));
     EXPECT_TRUE(is_symlink(folder / "full"));
+}
+
+TEST_F(ImageIo, LeavesNoFileOpen) {
+    const auto before = openFiles();
+    create_symlink("/dev/full", folder / "full");
+    for (const char* name : {"x", "full", "none/x"}) {
+        writeImage(file(name), image);
+        readImage(file(name), image);
+    }
+    EXPECT_EQ(openFiles(), before);
 }
 
 TEST_F(ImageIo, WritesNothingWhereNoFileCanBeMade) {

@@ -79,6 +79,28 @@ TEST_F(PresetChoice, ByAStepMovesTheMenusMark) {
     EXPECT_EQ(editor.presetMenu().getCurrentIndex(), 1);
 }
 
+TEST_F(PresetChoice, ByAStepEndsAtTheFirstAndTheLastPreset) {
+    editor.makePanel();
+    step(-1.0F);
+    EXPECT_EQ(effect.getPresetNo(), 0);
+    choose(kNumPresets - 1);
+    step(1.0F);
+    EXPECT_EQ(effect.getPresetNo(), kNumPresets - 1);
+    EXPECT_EQ(field(), "preset 10");
+    EXPECT_EQ(editor.presetMenu().getCurrentIndex(), kNumPresets - 1);
+    expectOthersUnchanged(-1);
+}
+
+TEST_F(PresetChoice, OfAnEntryThatThereIsNotChangesNothing) {
+    editor.makePanel();
+    choose(2);
+    const std::string before = effect.bytes();
+    choose(kNumPresets);
+    EXPECT_EQ(effect.getPresetNo(), 2);
+    EXPECT_EQ(effect.bytes(), before);
+    EXPECT_EQ(field(), "preset 2");
+}
+
 TEST_F(PresetChoice, IsWhatATypedNameIsFor) {
     editor.makePanel();
     step(1.0F);

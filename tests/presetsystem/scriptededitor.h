@@ -28,11 +28,13 @@ class ScriptedDialog final : public FileDialog {
         std::deque<std::optional<std::string>> answers; // none left: dismissed
         std::function<void()> meanwhile;                // happens while the user thinks
         int dismissals = 0;
+        bool available = true;
     };
 
     explicit ScriptedDialog(std::shared_ptr<Script> script)
         : script(std::move(script)) {}
 
+    bool isAvailable() const override { return script->available; }
     void ask(const FileQuestion& question, Answer answered) override {
         const auto played = script;
         played->questions.push_back(question);
@@ -51,6 +53,17 @@ class ScriptedDialog final : public FileDialog {
     std::shared_ptr<Script> script;
 };
 
+// Counts how often all of it is to be drawn anew.
+class WatchedFrame final : public VSTGUI::CFrame {
+  public:
+    using CFrame::CFrame;
+    void invalid() override {
+        ++redraws;
+        CFrame::invalid();
+    }
+    int redraws = 0;
+};
+
 class ScriptedEditor : public CPresetSystemEditor {
   public:
     using CPresetSystemEditor::lastFiles;
@@ -65,7 +78,7 @@ class ScriptedEditor : public CPresetSystemEditor {
     // A frame that is on no screen, as between an editor's opening and closing.
     void makeFrame() {
         setUpToolkit();
-        frame = new VSTGUI::CFrame(VSTGUI::CRect(0, 0, 10, 10), this);
+        frame = new WatchedFrame(VSTGUI::CRect(0, 0, 10, 10), this);
     }
     // The panel's controls, in that frame.
     void makePanel() {
@@ -78,6 +91,7 @@ class ScriptedEditor : public CPresetSystemEditor {
             std::exchange(frame, nullptr)->forget();
     }
 
+    int redraws() const { return dynamic_cast<WatchedFrame&>(*frame).redraws; }
     // A control of the panel; null without one.
     VSTGUI::CControl* control(std::int32_t tag) const {
         VSTGUI::CControl* found = nullptr;
@@ -103,6 +117,10 @@ class ScriptedEditor : public CPresetSystemEditor {
     }
 
     const std::shared_ptr<Script> user;
+    std::vector<std::string> told; // to the user, oldest first
+
+  protected:
+    void tell(const Message& message) override { told.push_back(message.text); }
 };
 
 // An effect with such an editor; preferences in a folder of their own.

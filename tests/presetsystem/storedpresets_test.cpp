@@ -61,6 +61,17 @@ TEST_F(StoredPresetsTest, ClearingAPlaceLeavesTheOthers) {
     EXPECT_EQ(stored.defaultBank().bytes, bankfilestruct{}.bytes);
 }
 
+TEST_F(StoredPresetsTest, SaysWhetherAnImageIsKeptOrForgotten) {
+    StoredPresets stored;
+    EXPECT_TRUE(stored.storePreset(PresetSlot::memoryA, filled<presetfilestruct>(2)));
+    EXPECT_TRUE(stored.clearPreset(PresetSlot::memoryA));
+    writeFile(folder / "file", "no folder");
+    setenv("XDG_CONFIG_HOME", (folder / "file").c_str(), 1);
+    StoredPresets nowhere;
+    EXPECT_FALSE(nowhere.storePreset(PresetSlot::memoryA, filled<presetfilestruct>(2)));
+    EXPECT_FALSE(nowhere.storeDefaultBank(filled<bankfilestruct>(4)));
+}
+
 TEST_F(StoredPresetsTest, TheLastFilesAreRecalledAsTheyWereStored) {
     StoredPresets stored;
     LastFiles files;
