@@ -49,6 +49,27 @@ TEST_F(HostedEffect, KnowsItsHostsVersionRateAndBlockSize) {
     EXPECT_EQ(host.effect().updateBlockSize(), 256);
 }
 
+TEST_F(HostedEffect, AsksItsHostForARateThatItHasLost) {
+    RecordingEffectHost host(96000.0F, 256);
+    host.effect().setSampleRate(8000.0F);
+    EXPECT_EQ(host.effect().updateSampleRate(), 96000.0F);
+}
+
+TEST_F(HostedEffect, IsToldAnotherRateAndBlockSize) {
+    RecordingEffectHost host(44100.0F, 64);
+    host.setFormat(96000.0F, 256);
+    EXPECT_EQ(host.effect().getSampleRate(), 96000.0F);
+    EXPECT_EQ(host.effect().getBlockSize(), 256);
+    EXPECT_EQ(host.effect().updateSampleRate(), 96000.0F);
+    EXPECT_EQ(host.effect().updateBlockSize(), 256);
+}
+
+TEST_F(HostedEffect, HasNoAnswerToAnyOtherQuestion) {
+    RecordingEffectHost host(44100.0F, 64);
+    EXPECT_EQ(host.effect().getInputLatency(), 0);
+    EXPECT_EQ(host.effect().getOutputLatency(), 0);
+}
+
 TEST_F(HostedEffect, AsksForItsBlockSizeWhileItIsBuilt) {
     const RecordingEffectHost host(44100.0F, 64);
     EXPECT_EQ(host.effect().getBlockSize(), 64);
@@ -88,7 +109,7 @@ TEST_F(HostedEffect, IsAnsweredByNoHostOnceItsOwnHasLetItGo) {
     RecordingEffectHost host(44100.0F, 1024);
     host.effect().getAeffect()->user = nullptr;
     EXPECT_EQ(host.effect().getMasterVersion(), 1); // an unknown one
-    EXPECT_EQ(host.effect().updateBlockSize(), 1024);
+    EXPECT_FALSE(host.effect().updateDisplay());
     host.effect().setPresetNo(4);
     EXPECT_EQ(host.heard, "");
 }
@@ -103,10 +124,11 @@ TEST_F(HostedEffect, TellsTheValuesOfAGestureBetweenItsEnds) {
     EXPECT_EQ(host.effect().getParameter(3), 0.5F);
 }
 
-TEST_F(HostedEffect, LearnsThatItsGesturesAreHeard) {
+TEST_F(HostedEffect, LearnsThatItsGesturesAndItsDisplayAreHeard) {
     RecordingEffectHost host(44100.0F, 1024);
     EXPECT_TRUE(host.effect().beginEdit(3));
     EXPECT_TRUE(host.effect().endEdit(3));
+    EXPECT_TRUE(host.effect().updateDisplay());
 }
 
 TEST_F(HostedEffect, TellsAValueWithoutAGesture) {
