@@ -54,6 +54,8 @@ TEST(ClapWindowLife, IsOfX11AndEmbeddedOnly) {
     EXPECT_TRUE(gui.get_preferred_api(plugin, &api, &floating));
     EXPECT_STREQ(api, "x11");
     EXPECT_FALSE(floating);
+    EXPECT_FALSE(gui.get_preferred_api(plugin, nullptr, &floating));
+    EXPECT_FALSE(gui.get_preferred_api(plugin, &api, nullptr));
 }
 
 TEST(ClapWindowLife, KeepsItsSize) {
@@ -216,6 +218,48 @@ TEST(ClapWindowGesture, IsHeardBeforeTheRescanAfterIt) {
     EXPECT_TRUE(host.runUntil([&] { return host.plugIn.host.rescans() == 1; }));
 }
 
+TEST(ClapWindowGesture, IsHeardBeforeTheRescanThoughTheWindowHasClosed) {
+    ClapWindowHost host;
+    host.open();
+    host.run();
+    host.drag(handlePosition(0.5), handlePosition(0.75), gainRow);
+    host.click(rockerRight.x, rockerRight.y);
+    ASSERT_TRUE(host.runUntil([&] { return host.plugIn.host.dirtyMarks() > 0; }));
+    host.run();
+    host.close();
+    ASSERT_EQ(host.plugIn.host.rescans(), 0);
+    hosting::ClapOutputEvents told;
+    host.plugIn.instance.flush(nullptr, told.list());
+    EXPECT_TRUE(host.runUntil([&] { return host.plugIn.host.rescans() == 1; }));
+}
+
+TEST(ClapWindowGesture, OfAnotherPresetIsToldAfterAStateWasLoadedToo) {
+    ClapWindowHost host;
+    host.open();
+    host.run();
+    ASSERT_TRUE(host.plugIn.instance.load(*host.plugIn.instance.save()));
+    const int before = host.plugIn.host.rescans();
+    host.click(rockerRight.x, rockerRight.y);
+    EXPECT_TRUE(host.runUntil([&] { return host.plugIn.host.rescans() > before; }));
+    EXPECT_GT(host.plugIn.host.dirtyMarks(), 0);
+}
+
+// Some hosts are slow with a callback, or give none while their own window is busy.
+TEST(ClapWindowGesture, IsToldByTheWindowsTimerToo) {
+    ClapWindowHost host;
+    host.open();
+    host.run();
+    host.parent->moveTo(rockerRight.x, rockerRight.y);
+    host.parent->press();
+    host.parent->release();
+    const auto& timers =
+        *host.plugIn.instance.extension<clap_plugin_timer_support>(CLAP_EXT_TIMER_SUPPORT);
+    const auto end = std::chrono::steady_clock::now() + 20s;
+    while (host.plugIn.host.rescans() == 0 && std::chrono::steady_clock::now() < end)
+        timers.on_timer(host.plugin(), 1); // the window's is the first
+    EXPECT_EQ(host.plugIn.host.rescans(), 1);
+}
+
 TEST(ClapWindowGesture, StoresDefaultsThatTheNextInstanceStartsFrom) {
     ClapWindowHost host;
     host.open();
@@ -270,6 +314,11 @@ TEST(ClapWindowFollows, TheMetersOfWhatIsPlayed) {
     const Pixels mono = host.pixels();
     playedWith(-1.0F);
     EXPECT_TRUE(host.runUntil([&] { return host.parent->pixels() != mono; }));
+    // They fall when it plays no more.
+    host.run();
+    const Pixels playing = host.pixels();
+    host.plugIn.instance.deactivate();
+    EXPECT_TRUE(host.runUntil([&] { return host.parent->pixels() != playing; }));
 }
 
 } // namespace
