@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <gtest/gtest.h>
+#include <malloc.h>
 #include <string>
 #include <thread>
 
@@ -103,6 +104,15 @@ TEST_F(HostedEffect, HasAHostThatCanDoNothingButResizeAWindow) {
 TEST_F(HostedEffect, IsNotHeardWhileItIsBuilt) {
     const RecordingEffectHost host(44100.0F, 1024);
     EXPECT_EQ(host.heard, "");
+}
+
+TEST_F(HostedEffect, EndsWithItsHost) {
+    constexpr std::size_t mostLeft = 200'000; // less than three effects take
+    { const RecordingEffectHost first(44100.0F, 1024); }
+    const std::size_t before = mallinfo2().uordblks;
+    for (int i = 0; i < 10; ++i)
+        const RecordingEffectHost host(44100.0F, 1024);
+    EXPECT_LT(mallinfo2().uordblks, before + mostLeft);
 }
 
 TEST_F(HostedEffect, IsAnsweredByNoHostOnceItsOwnHasLetItGo) {

@@ -43,7 +43,8 @@ TEST_P(FormatWindow, AsksTheHostForTheSizeThatTheUserChooses) {
     EXPECT_EQ(host.sizesAsked(), (std::vector<Size>{{486, 522}}));
     EXPECT_TRUE(host.runUntil([&] {
         const Pixels larger = host.parent->pixels();
-        return larger.at(480, 515) == larger.at(10, 515);
+        return larger.at(480, 515) == larger.at(10, 515) &&
+               larger.at(480, 515) != empty.at(480, 515);
     }));
 
     host.close();

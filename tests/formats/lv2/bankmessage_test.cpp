@@ -76,6 +76,24 @@ TEST_F(Message, MayHaveOtherPropertiesBeforeTheBank) {
     }
 }
 
+TEST_F(Message, MayEndWithTheLastByteOfTheBank) {
+    const BankMessage formed = formBankMessage(types, bank);
+    const auto exact = static_cast<std::uint32_t>(32 + bank.size());
+    std::vector<std::byte> message(formed.begin(), formed.begin() + exact);
+    const std::uint32_t size = exact - 8;
+    std::memcpy(message.data(), &size, sizeof size);
+    EXPECT_EQ(read(message), MessageKind::bank);
+    EXPECT_EQ(taken, bank);
+}
+
+TEST_F(Message, TooSmallForItsClassIsNotRead) {
+    for (std::uint32_t size = 0; size < 8; ++size) {
+        GetMessage message = formGetMessage(types);
+        std::memcpy(message.data(), &size, sizeof size);
+        EXPECT_EQ(read(message), MessageKind::other) << size;
+    }
+}
+
 TEST_F(Message, OfAnotherTypeOrClassIsNotOurs) {
     for (const std::size_t word :
          {std::size_t{1}, std::size_t{3}, std::size_t{4}, std::size_t{7}}) {

@@ -265,6 +265,9 @@ TEST(Lv2WindowOfAPlayingPlugIn, SendsWhatTheUserDidJustBeforeTheAnswerCame) {
     host.parent->press();
     host.runMainLoop(); // no idle of the window's
     host.window->tell(lv2::kPortNotify, lv2::formBankMessage(lv2Types(), old));
+    // At once, so that the bank that is asked for has it.
+    EXPECT_EQ(host.banksWritten().size(), 1U);
+    EXPECT_EQ(host.questions(), 2);
     host.parent->release();
     host.run();
     ASSERT_EQ(host.banksWritten().size(), 1U);
