@@ -95,7 +95,12 @@ TEST_F(PresetChoice, OfAnEntryThatThereIsNotChangesNothing) {
     editor.makePanel();
     choose(2);
     const std::string before = effect.bytes();
-    choose(kNumPresets);
+    choose(kNumPresets); // which the menu does not take
+    const auto other = VSTGUI::makeOwned<VSTGUI::CTextLabel>(VSTGUI::CRect(0, 0, 1, 1));
+    other->setTag(editor.presetMenu().getTag());
+    other->setMax(static_cast<float>(kNumPresets));
+    other->setValue(static_cast<float>(kNumPresets));
+    editor.valueChanged(other);
     EXPECT_EQ(effect.getPresetNo(), 2);
     EXPECT_EQ(effect.bytes(), before);
     EXPECT_EQ(field(), "preset 2");
