@@ -252,7 +252,7 @@ TEST_F(ClapLife, PortsAreOneStereoPairThatMayShareItsBuffers) {
         EXPECT_TRUE(port.flags & CLAP_AUDIO_PORT_IS_MAIN);
         EXPECT_TRUE(port.flags & CLAP_AUDIO_PORT_SUPPORTS_64BITS);
     }
-    // Whole arrays: some hosts copy them to the end.
+    // Terminated however long a name may become.
     for (const clap_audio_port_info& port : {in, out})
         EXPECT_EQ(port.name[CLAP_NAME_SIZE - 1], '\0');
     EXPECT_EQ(in.in_place_pair, out.id);

@@ -244,7 +244,7 @@ TEST(ClapWindowGesture, OfAnotherPresetIsToldAfterAStateWasLoadedToo) {
     EXPECT_GT(host.plugIn.host.dirtyMarks(), 0);
 }
 
-// Some hosts are slow with a callback, or give none while their own window is busy.
+// However long the host takes for the callback that it was asked for.
 TEST(ClapWindowGesture, IsToldByTheWindowsTimerToo) {
     ClapWindowHost host;
     host.open();

@@ -9,7 +9,10 @@
 
 #include <cmath>
 #include <cstdlib>
+#include <dlfcn.h>
 #include <gtest/gtest.h>
+#include <lv2/ui/ui.h>
+#include <lv2/urid/urid.h>
 
 namespace mirelon::test {
 namespace {
@@ -51,6 +54,29 @@ TEST(Lv2WindowLife, RefusesAHostThatLacksTheMappingOrTheParent) {
     EXPECT_FALSE(NotedWindow(lv2Bundle(), {0, true, {}}).isOpen());
     EXPECT_FALSE(NotedWindow(lv2Bundle(), {0x7FFFFF, true, {}}).isOpen());
     EXPECT_TRUE(host.parent->becomesEmpty());
+}
+
+TEST(Lv2WindowLife, OpensForAHostThatDoesNotAskForItsChild) {
+    const Lv2WindowHost host;
+    void* const library = dlopen(lv2Bundle().windowBinary().c_str(), RTLD_NOW | RTLD_LOCAL);
+    ASSERT_NE(library, nullptr);
+    const auto entry =
+        reinterpret_cast<LV2UI_DescriptorFunction>(dlsym(library, "lv2ui_descriptor"));
+    ASSERT_NE(entry, nullptr);
+    const LV2UI_Descriptor& functions = *entry(0);
+    const LV2_Feature mapping{LV2_URID__map, lv2Bundle().numbers().map()};
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): an X11 window is a number
+    const LV2_Feature parent{LV2_UI__parent, reinterpret_cast<void*>(host.parent->id())};
+    const LV2_Feature* const features[] = {&mapping, &parent, nullptr};
+    const LV2UI_Write_Function leftAlone = [](LV2UI_Controller, std::uint32_t, std::uint32_t,
+                                              std::uint32_t, const void*) {};
+    const LV2UI_Handle window = functions.instantiate(&functions, lv2::pluginUri, "", leftAlone,
+                                                      nullptr, nullptr, features);
+    ASSERT_NE(window, nullptr);
+    EXPECT_EQ(host.parent->children().size(), 1U);
+    functions.cleanup(window);
+    EXPECT_TRUE(host.parent->becomesEmpty());
+    dlclose(library);
 }
 
 // Its plug-in does not start from them either.
