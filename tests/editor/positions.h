@@ -72,10 +72,4 @@ constexpr Position storeB{260, 334};
 constexpr Position recallA{285, 319};
 constexpr Position recallB{285, 334};
 
-// A line of the preset menu that covers the rows from `top` to `bottom`.
-constexpr Position menuLine(int preset, int top, int bottom) {
-    constexpr int lines = 11;
-    return {150, top + (bottom - top) * (2 * preset + 1) / (2 * lines)};
-}
-
 } // namespace mirelon::test

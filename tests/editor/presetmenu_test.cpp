@@ -71,8 +71,7 @@ TEST_F(PresetMenu, TakesThePresetThatThePointerIsDraggedTo) {
     const Pixels closed = editor.pixels();
     editor.press();
     ASSERT_TRUE(editor.runUntilStill(closed));
-    const auto [top, bottom] = changedRows(closed, editor.pixels());
-    const Position line = menuLine(4, top, bottom);
+    const Position line = menuLine(4, closed, editor.pixels());
     editor.moveTo(line.x - 10, line.y);
     editor.moveTo(line.x, line.y);
     editor.release();

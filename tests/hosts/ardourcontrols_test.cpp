@@ -1,5 +1,6 @@
 // The plug-in in a new user's hands: installed into ~/.vst, loaded in Ardour,
 // every control of its editor moved, the session saved and opened again.
+#include "tests/editor/presetmenu.h"
 #include "tests/hosts/ardourwindow.h"
 #include "tests/hosts/presetnames.h"
 
@@ -72,12 +73,12 @@ class ArdourControls : public ArdourWindowTest {
         click(menuButton);
         const auto open = atRest([&] { return shown(); },
                                  [&](const Pixels& now) {
-                                     const auto [top, bottom] = changedRows(closed, now);
+                                     const auto [top, bottom] =
+                                         changedRows(menuColumn(closed), menuColumn(now));
                                      return bottom - top > editorHeight / 3;
                                  });
         ASSERT_TRUE(open) << "the menu was not shown";
-        const auto [top, bottom] = changedRows(closed, *open);
-        choose(menuLine(preset, top, bottom));
+        choose(menuLine(preset, closed, *open));
     }
 
     void drag(const SliderPlace& slider, double from, double to) const {
