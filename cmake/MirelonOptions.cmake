@@ -24,11 +24,11 @@ if(MIRELON_SANITIZE)
   add_link_options("-fsanitize=${MIRELON_SANITIZE}")
 endif()
 
-# mirelon_unity(): what the folder defines after it is compiled several files at a
-# time, if MIRELON_UNITY is on: most of the time goes into headers, which are then read
-# once for all of them. Sources whose own names clash with those of others are left out
-# by mirelon_apart(SOURCE...); builds without MIRELON_UNITY show that each of the others
-# includes what it uses.
+# mirelon_unity(): what is defined after it is compiled several files at a time, if
+# MIRELON_UNITY is on: most of the time goes into headers, which are then read once for
+# all of them. Sources whose own names clash with those of others are left out by
+# mirelon_apart(SOURCE...); builds without MIRELON_UNITY and the analysis, which takes
+# files one by one, show that each of the others includes what it uses.
 macro(mirelon_unity)
   set(CMAKE_UNITY_BUILD ${MIRELON_UNITY})
   # No file is the main one then, whose classes may hold what is unnamed.

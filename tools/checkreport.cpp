@@ -1,5 +1,7 @@
 #include "tools/checkreport.h"
 
+#include "tools/shellquoting.h"
+
 #include <algorithm>
 #include <array>
 #include <cstdio>
@@ -24,17 +26,6 @@ constexpr std::array words{"passed", "failed", "warning", "skipped"};
 
 bool isHappy(const Result& result) {
     return result.verdict == Verdict::passed || result.verdict == Verdict::skipped;
-}
-
-std::string shellQuoted(const std::string& text) {
-    constexpr std::string_view plain = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ"
-                                       "0123456789/._-+=:@%";
-    if (!text.empty() && text.find_first_not_of(plain) == std::string::npos)
-        return text;
-    std::string quoted = "'";
-    for (const char c : text)
-        quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
-    return quoted + '\'';
 }
 
 // Broken between words.
@@ -66,7 +57,7 @@ bool CheckReport::saysNothing() const {
 }
 
 std::string CheckReport::commandAgain(const Result& result) const {
-    return "mirelon-host check " + shellQuoted(subject.plugin) + " --only " + result.check->name +
+    return "mirelon-host check " + shellWord(subject.plugin) + " --only " + result.check->name +
            " --seed " + std::to_string(subject.seed);
 }
 

@@ -1,5 +1,7 @@
 #include "tools/completion.h"
 
+#include "tools/shellquoting.h"
+
 #include "validator/check.h"
 
 #include <CLI/CLI.hpp>
@@ -113,11 +115,6 @@ std::string replacedAll(std::string text, std::string_view what, std::string_vie
     for (auto at = text.find(what); at != std::string::npos; at = text.find(what, at + with.size()))
         text.replace(at, what.size(), with);
     return text;
-}
-
-// Between single quotes of a shell.
-std::string shellQuoted(const std::string& text) {
-    return "'" + replacedAll(text, "'", "'\\''") + "'";
 }
 
 // What zsh's _arguments would read as its own signs.

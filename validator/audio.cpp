@@ -148,7 +148,7 @@ std::string silence(const Subject& subject) {
     return {};
 }
 
-constexpr std::array table{
+constexpr std::array audioTable{
     Check{"audio-every-rate-and-block", 3, Formats::all, single, 120},
     Check{"audio-double-precision", 3, Formats::vst2, doubles, 120},
     Check{"audio-changing-blocks", 3, Formats::all, changingBlocks, 60},
@@ -159,7 +159,7 @@ constexpr std::array table{
 } // namespace
 
 std::span<const Check> audioChecks() {
-    return table;
+    return audioTable;
 }
 
 } // namespace mirelon::validator

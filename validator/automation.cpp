@@ -53,7 +53,7 @@ std::string lastValueHolds(const Subject& subject) {
     return {};
 }
 
-constexpr std::array table{
+constexpr std::array automationTable{
     Check{"automation-every-block", 5, Formats::all, everyBlock, 120},
     Check{"automation-holds", 5, Formats::all, lastValueHolds, 60},
 };
@@ -61,7 +61,7 @@ constexpr std::array table{
 } // namespace
 
 std::span<const Check> automationChecks() {
-    return table;
+    return automationTable;
 }
 
 } // namespace mirelon::validator

@@ -120,7 +120,7 @@ std::string mistakenThreads(const Subject& subject) {
     return {};
 }
 
-constexpr std::array table{
+constexpr std::array clapactivationTable{
     Check{"activation-loop", 7, Formats::clap, activationLoop, 120},
     Check{"processing-loop", 7, Formats::clap, processingLoop, 120},
     Check{"threads-mistaken", 10, Formats::clap, mistakenThreads, 60, Guard::none,
@@ -130,7 +130,7 @@ constexpr std::array table{
 } // namespace
 
 std::span<const Check> clapActivationChecks() {
-    return table;
+    return clapactivationTable;
 }
 
 } // namespace mirelon::validator

@@ -62,7 +62,7 @@ std::string counted(const Subject& subject) {
     return {};
 }
 
-constexpr std::array table{
+constexpr std::array clapentryTable{
     Check{"entry-reloaded", 1, Formats::clap, reloaded, 60},
     Check{"entry-counted", 1, Formats::clap, counted, 30, Guard::none, Severity::unusual},
 };
@@ -70,7 +70,7 @@ constexpr std::array table{
 } // namespace
 
 std::span<const Check> clapEntryChecks() {
-    return table;
+    return clapentryTable;
 }
 
 } // namespace mirelon::validator

@@ -152,7 +152,7 @@ std::string withoutAudio(const Subject& subject) {
     return {};
 }
 
-constexpr std::array table{
+constexpr std::array clapeventsTable{
     Check{"events-every-frame", 5, Formats::clap, everyFrame, 120},
     Check{"events-unknown-types", 5, Formats::clap, unknownTypes, 60},
     Check{"flush-without-audio", 5, Formats::clap, withoutAudio, 60},
@@ -164,7 +164,7 @@ constexpr std::array table{
 } // namespace
 
 std::span<const Check> clapEventChecks() {
-    return table;
+    return clapeventsTable;
 }
 
 } // namespace mirelon::validator

@@ -166,7 +166,7 @@ std::string independent(const Subject& subject) {
     return repeats ? "" : "its audio differs from run to run and was not compared";
 }
 
-constexpr std::array table{
+constexpr std::array claphostsTable{
     Check{"extensions-unknown", 1, Formats::clap, unknownNames, 30},
     Check{"host-without-extensions", 2, Formats::clap, withoutExtensions, 60},
     Check{"host-without-one-extension", 2, Formats::clap, withoutOne, 60},
@@ -176,7 +176,7 @@ constexpr std::array table{
 } // namespace
 
 std::span<const Check> clapHostChecks() {
-    return table;
+    return claphostsTable;
 }
 
 } // namespace mirelon::validator

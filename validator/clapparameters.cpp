@@ -209,7 +209,7 @@ std::string unknown(const Subject& subject) {
     return {};
 }
 
-constexpr std::array table{
+constexpr std::array clapparametersTable{
     Check{"parameter-identifiers", 2, Formats::clap, identifiers, 30},
     Check{"parameter-ranges", 2, Formats::clap, ranges, 30},
     Check{"parameter-texts-read-back", 2, Formats::clap, textsReadBack, 60},
@@ -220,7 +220,7 @@ constexpr std::array table{
 } // namespace
 
 std::span<const Check> clapParameterChecks() {
-    return table;
+    return clapparametersTable;
 }
 
 } // namespace mirelon::validator

@@ -70,7 +70,7 @@ std::string flushAndReset(const Subject& subject) {
     return {};
 }
 
-constexpr std::array table{
+constexpr std::array claprealtimeTable{
     Check{"realtime-events", 10, Formats::clap, events, 60, Guard::realTime},
     Check{"realtime-flush-and-reset", 10, Formats::clap, flushAndReset, 60, Guard::realTime},
 };
@@ -78,7 +78,7 @@ constexpr std::array table{
 } // namespace
 
 std::span<const Check> clapRealTimeChecks() {
-    return table;
+    return claprealtimeTable;
 }
 
 } // namespace mirelon::validator

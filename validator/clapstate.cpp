@@ -123,7 +123,7 @@ std::string failing(const Subject& subject) {
     return {};
 }
 
-constexpr std::array table{
+constexpr std::array clapstateTable{
     Check{"state-in-parts", 4, Formats::clap, inParts, 60},
     Check{"state-cut-short", 9, Formats::clap, cutShort, 30, Guard::none, Severity::unusual},
     Check{"state-stream-fails", 9, Formats::clap, failing, 30, Guard::none, Severity::unusual},
@@ -132,7 +132,7 @@ constexpr std::array table{
 } // namespace
 
 std::span<const Check> clapStateChecks() {
-    return table;
+    return clapstateTable;
 }
 
 } // namespace mirelon::validator

@@ -113,7 +113,7 @@ std::string beforeAudio(const Subject& subject) {
     return {};
 }
 
-constexpr std::array table{
+constexpr std::array editorTable{
     Check{"editor-opened-twice", 6, Formats::all, openedTwice, 60},
     Check{"editor-in-two-instances", 6, Formats::all, inTwoInstances, 60},
     Check{"editor-sixty-openings", 10, Formats::all, sixtyTimes, 120},
@@ -124,7 +124,7 @@ constexpr std::array table{
 } // namespace
 
 std::span<const Check> editorChecks() {
-    return table;
+    return editorTable;
 }
 
 } // namespace mirelon::validator

@@ -154,7 +154,7 @@ std::string parameterProperties(const Subject& subject) {
     return std::to_string(described) + " described";
 }
 
-constexpr std::array table{
+constexpr std::array identityTable{
     Check{"identity-stable", 2, Formats::all, identity, 30},
     Check{"programs-stable", 2, Formats::all, programs, 60},
     Check{"parameter-texts-stable", 2, Formats::all, parameterTexts, 60},
@@ -165,7 +165,7 @@ constexpr std::array table{
 } // namespace
 
 std::span<const Check> identityChecks() {
-    return table;
+    return identityTable;
 }
 
 } // namespace mirelon::validator

@@ -48,7 +48,7 @@ std::string rateChangesWhileRunning(const Subject& subject) {
     return {};
 }
 
-constexpr std::array table{
+constexpr std::array lifecycleTable{
     Check{"suspend-resume-loop", 7, Formats::all, suspendAndResume, 120},
     Check{"rate-change-while-running", 7, Formats::vst2, rateChangesWhileRunning, 120, Guard::none,
           Severity::unusual},
@@ -57,7 +57,7 @@ constexpr std::array table{
 } // namespace
 
 std::span<const Check> lifecycleChecks() {
-    return table;
+    return lifecycleTable;
 }
 
 } // namespace mirelon::validator

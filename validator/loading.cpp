@@ -120,7 +120,7 @@ std::string leakedSymbols(const Subject& subject) {
     return {};
 }
 
-constexpr std::array table{
+constexpr std::array loadingTable{
     Check{"load-twice", 1, Formats::all, twice, 30},
     Check{"load-time", 1, Formats::all, time, 30},
     Check{"load-memory", 1, Formats::all, memory, 60},
@@ -131,7 +131,7 @@ constexpr std::array table{
 } // namespace
 
 std::span<const Check> loadingChecks() {
-    return table;
+    return loadingTable;
 }
 
 } // namespace mirelon::validator

@@ -203,7 +203,7 @@ std::string echoedInRealTime(const Subject& subject) {
     return std::to_string(echoed) + " messages";
 }
 
-constexpr std::array table{
+constexpr std::array messagesTable{
     Check{"messages-strange-atoms", 9, Formats::lv2, strangeAtoms, 60, Guard::none,
           Severity::unusual},
     Check{"messages-strange-objects", 9, Formats::lv2, strangeObjects, 60, Guard::none,
@@ -216,7 +216,7 @@ constexpr std::array table{
 } // namespace
 
 std::span<const Check> messageChecks() {
-    return table;
+    return messagesTable;
 }
 
 } // namespace mirelon::validator

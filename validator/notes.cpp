@@ -16,7 +16,7 @@ using hosting::MidiMessage;
 
 constexpr int channels = 16;
 constexpr int keys = 128;
-constexpr int block = 256;
+constexpr int blockFrames = 256;
 
 // Kinds of messages; the channel is added.
 constexpr int noteOff = 0x80;
@@ -48,7 +48,7 @@ class Performance {
         , noise(subject.seed) {
         if (!takesNotes(instance.effect))
             throw Skipped("takes no notes");
-        start(instance.effect, 48000, block);
+        start(instance.effect, 48000, blockFrames);
     }
 
     hosting::MidiEvents& events() noexcept { return next; }
@@ -65,7 +65,7 @@ class Performance {
     template <typename... When>
     void endure(const When&... when) {
         sendThen([&] {
-            instance.effect.process(buffers.in.data(), buffers.out.data(), block);
+            instance.effect.process(buffers.in.data(), buffers.out.data(), blockFrames);
             require(buffers.in.guardsIntact() && buffers.out.guardsIntact(),
                     "wrote outside its buffers, ", when...);
         });
@@ -77,11 +77,11 @@ class Performance {
         float** const out = buffers.out.data();
         guard.watch([&] {
             instance.effect.dispatch(effProcessEvents, 0, 0, list);
-            instance.effect.process(in, out, block);
+            instance.effect.process(in, out, blockFrames);
         });
         next.clear();
     }
-    void restart() { start(instance.effect, 48000, block); }
+    void restart() { start(instance.effect, 48000, blockFrames); }
 
   private:
     template <typename Process>
@@ -95,7 +95,7 @@ class Performance {
     Instance instance;
     Noise noise;
     hosting::MidiEvents next;
-    Buffers<float> buffers{instance.effect, block};
+    Buffers<float> buffers{instance.effect, blockFrames};
 };
 
 // Adds notes that begin and end within the block, with all that a keyboard has besides,
@@ -116,7 +116,7 @@ void addPhrase(Performance& performance, int channel) {
     events.add(101, message(noteOff, channel, (key + 1) % keys, 64));
     // Either of the ways in which keyboards end a note, at the very last frame.
     const bool byVelocity = performance.random().below(2) == 0;
-    events.add(block - 1, message(byVelocity ? noteOn : noteOff, channel, key, 0));
+    events.add(blockFrames - 1, message(byVelocity ? noteOn : noteOff, channel, key, 0));
 }
 
 // Every key of the channel at one frame.
@@ -144,7 +144,7 @@ std::string played(const Subject& subject) {
         performance.play("with all keys of channel ", channel + 1);
         for (int i = 0; i < 4; ++i)
             performance.play("while all keys of channel ", channel + 1, " are held");
-        addAllKeys(performance, channel, noteOff, block - 1);
+        addAllKeys(performance, channel, noteOff, blockFrames - 1);
         performance.play("after all keys of channel ", channel + 1);
         silence(performance, channel);
         performance.play("after the controllers that end all notes");
@@ -157,14 +157,14 @@ std::string crowded(const Subject& subject) {
     Performance performance(subject);
     constexpr int aFrame = 2;
     for (int i = 0; i < 20; ++i) {
-        doing("sending ", aFrame * block, " events in block ", i);
-        for (int frame = 0; frame < block; ++frame)
+        doing("sending ", aFrame * blockFrames, " events in block ", i);
+        for (int frame = 0; frame < blockFrames; ++frame)
             for (int n = 0; n < aFrame; ++n)
                 performance.events().add(
                     frame, message(noteOff + 0x10 * static_cast<int>(performance.random().below(7)),
                                    static_cast<int>(performance.random().below(channels)),
                                    performance.data(), performance.data()));
-        performance.play("with ", aFrame * block, " events in a block");
+        performance.play("with ", aFrame * blockFrames, " events in a block");
     }
     return {};
 }
@@ -200,7 +200,8 @@ std::string strangeBytes(const Subject& subject) {
     for (int i = 0; i < 2000; ++i) {
         const MidiMessage sent = strangeMessage(performance.random(), i);
         doing("sending the bytes ", +sent[0], " ", +sent[1], " ", +sent[2]);
-        performance.events().add(static_cast<VstInt32>(performance.random().below(block)), sent);
+        performance.events().add(static_cast<VstInt32>(performance.random().below(blockFrames)),
+                                 sent);
         performance.endure("after bytes that are no message");
     }
     requireOrdinaryNotes(performance);
@@ -211,16 +212,17 @@ std::string strangeBytes(const Subject& subject) {
 // none at all.
 std::string strangeEvents(const Subject& subject) {
     using Limits = std::numeric_limits<VstInt32>;
-    constexpr std::array frames{-1, block, block + 1, 1 << 20, Limits::max(), Limits::min()};
+    constexpr std::array frames{-1,      blockFrames,   blockFrames + 1,
+                                1 << 20, Limits::max(), Limits::min()};
     // Without the one whose data is a pointer.
     constexpr std::array types{-1, 0, 2, 5, 7, Limits::max(), Limits::min()};
     Performance performance(subject);
     for (const VstInt32 frame : frames) {
-        doing("sending a note at frame ", frame, " of ", block);
+        doing("sending a note at frame ", frame, " of ", blockFrames);
         performance.events().add(frame, message(noteOn, 0, 60, 100));
         performance.events().add(0, message(noteOn, 0, 61, 100));
-        performance.endure("with a note at frame ", frame, " of ", block);
-        performance.endure("after a note at frame ", frame, " of ", block);
+        performance.endure("with a note at frame ", frame, " of ", blockFrames);
+        performance.endure("after a note at frame ", frame, " of ", blockFrames);
     }
     for (const VstInt32 type : types) {
         doing("sending an event of the type ", type);
@@ -248,7 +250,7 @@ std::string watched(const Subject& subject) {
     return {};
 }
 
-constexpr std::array table{
+constexpr std::array notesTable{
     Check{"notes-played", 5, Formats::vst2, played, 60},
     Check{"notes-crowded", 5, Formats::vst2, crowded, 60},
     Check{"notes-strange-bytes", 8, Formats::vst2, strangeBytes, 60, Guard::none,
@@ -261,7 +263,7 @@ constexpr std::array table{
 } // namespace
 
 std::span<const Check> noteChecks() {
-    return table;
+    return notesTable;
 }
 
 } // namespace mirelon::validator

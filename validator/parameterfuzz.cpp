@@ -117,7 +117,7 @@ std::string random(const Subject& subject) {
     return {};
 }
 
-constexpr std::array table{
+constexpr std::array parameterfuzzTable{
     Check{"parameter-strange-values", 8, Formats::all, strange, 120, Guard::none,
           Severity::unusual},
     Check{"parameter-strange-indices", 8, Formats::vst2, indices, 30, Guard::none,
@@ -128,7 +128,7 @@ constexpr std::array table{
 } // namespace
 
 std::span<const Check> parameterFuzzChecks() {
-    return table;
+    return parameterfuzzTable;
 }
 
 } // namespace mirelon::validator

@@ -7,8 +7,8 @@ namespace mirelon::validator {
 
 namespace {
 
-std::atomic<int> rate{44100};
-std::atomic<int> block{1024};
+std::atomic<int> announcedRate{44100};
+std::atomic<int> announcedBlock{1024};
 
 VstIntPtr putText(void* buffer, const char* text) noexcept {
     if (buffer == nullptr)
@@ -33,8 +33,8 @@ const VstTimeInfo* timeInfo() noexcept {
 } // namespace
 
 void announce(int sampleRate, int blockSize) noexcept {
-    rate.store(sampleRate, std::memory_order_relaxed);
-    block.store(blockSize, std::memory_order_relaxed);
+    announcedRate.store(sampleRate, std::memory_order_relaxed);
+    announcedBlock.store(blockSize, std::memory_order_relaxed);
 }
 
 VstIntPtr quietHost(AEffect* /*effect*/, VstInt32 opcode, VstInt32 /*index*/, VstIntPtr /*value*/,
@@ -43,9 +43,9 @@ VstIntPtr quietHost(AEffect* /*effect*/, VstInt32 opcode, VstInt32 /*index*/, Vs
     case audioMasterVersion:
         return kVstVersion;
     case audioMasterGetSampleRate:
-        return rate.load(std::memory_order_relaxed);
+        return announcedRate.load(std::memory_order_relaxed);
     case audioMasterGetBlockSize:
-        return block.load(std::memory_order_relaxed);
+        return announcedBlock.load(std::memory_order_relaxed);
     case audioMasterGetTime:
         return reinterpret_cast<VstIntPtr>(timeInfo());
     case audioMasterGetCurrentProcessLevel:

@@ -96,7 +96,7 @@ std::string besideEditor(const Subject& subject) {
     return {};
 }
 
-constexpr std::array table{
+constexpr std::array realtimeTable{
     Check{"realtime-process", 10, Formats::all, process, 60, Guard::realTime},
     Check{"realtime-set-parameter", 10, Formats::vst2, setParameter, 60, Guard::realTime},
     Check{"realtime-with-editor", 10, Formats::all, besideEditor, 60, Guard::realTime},
@@ -105,7 +105,7 @@ constexpr std::array table{
 } // namespace
 
 std::span<const Check> realTimeChecks() {
-    return table;
+    return realtimeTable;
 }
 
 } // namespace mirelon::validator

@@ -131,7 +131,7 @@ std::string freshInstance(const Subject& subject) {
     return {};
 }
 
-std::string withEditor(const Subject& subject) {
+std::string stateWithEditor(const Subject& subject) {
     Instance instance(subject);
     hosting::Effect& effect = instance.effect;
     CheckedEditor editor(effect);
@@ -150,16 +150,16 @@ std::string withEditor(const Subject& subject) {
     return {};
 }
 
-constexpr std::array table{
+constexpr std::array stateTable{
     Check{"state-round-trip", 4, Formats::all, roundTrip, 30},
     Check{"state-fresh-instance", 4, Formats::all, freshInstance, 30},
-    Check{"state-with-editor", 4, Formats::all, withEditor, 60},
+    Check{"state-with-editor", 4, Formats::all, stateWithEditor, 60},
 };
 
 } // namespace
 
 std::span<const Check> stateChecks() {
-    return table;
+    return stateTable;
 }
 
 } // namespace mirelon::validator

@@ -143,7 +143,7 @@ std::string byteOrder(const Subject& subject) {
     return {};
 }
 
-constexpr std::array table{
+constexpr std::array statefuzzTable{
     Check{"state-every-length", 9, Formats::all, lengths, 180, Guard::none, Severity::unusual},
     Check{"state-every-byte-flipped", 9, Formats::all, flips, 180, Guard::none, Severity::unusual},
     Check{"state-noise", 9, Formats::all, noise, 120, Guard::none, Severity::unusual},
@@ -153,7 +153,7 @@ constexpr std::array table{
 } // namespace
 
 std::span<const Check> stateFuzzChecks() {
-    return table;
+    return statefuzzTable;
 }
 
 } // namespace mirelon::validator

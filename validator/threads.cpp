@@ -113,19 +113,19 @@ std::string windowless(const Subject& subject) {
     return everythingAtOnce(subject, false);
 }
 
-std::string withEditor(const Subject& subject) {
+std::string threadsWithEditor(const Subject& subject) {
     return everythingAtOnce(subject, true);
 }
 
-constexpr std::array table{
+constexpr std::array threadsTable{
     Check{"threads-audio-automation-state", 10, Formats::all, windowless, 60},
-    Check{"threads-with-editor", 10, Formats::all, withEditor, 60},
+    Check{"threads-with-editor", 10, Formats::all, threadsWithEditor, 60},
 };
 
 } // namespace
 
 std::span<const Check> threadChecks() {
-    return table;
+    return threadsTable;
 }
 
 } // namespace mirelon::validator

@@ -18,7 +18,7 @@ namespace mirelon::tools {
 
 namespace {
 
-struct Options {
+struct BankOptions {
     std::string plugin;
     std::string file;
     std::string source;
@@ -27,7 +27,7 @@ struct Options {
 
 constexpr std::size_t longestJson = 1U << 20U;
 
-void save(const Options& options) {
+void saveBank(const BankOptions& options) {
     LoadedPlugin plugin(options.plugin);
     if (!options.source.empty())
         loadBankFile(plugin.effect, options.source);
@@ -41,7 +41,7 @@ void save(const Options& options) {
     std::printf("%s: a bank of %zu presets\n", options.file.c_str(), bank.presets.size());
 }
 
-void show(const Options& options) {
+void showBank(const BankOptions& options) {
     LoadedPlugin plugin(options.plugin);
     const VstInt32 owner = plugin.effect.record().uniqueID;
     const ImageFile image = readImageFile(options.file, owner, ImageKind::bank);
@@ -54,7 +54,7 @@ void show(const Options& options) {
     printPresets(plugin.effect, image.presets);
 }
 
-void import(const Options& options) {
+void import(const BankOptions& options) {
     LoadedPlugin plugin(options.plugin);
     const VstInt32 owner = plugin.effect.record().uniqueID;
     const std::vector<std::byte> bytes = readBytes(options.source, longestJson);
@@ -68,8 +68,8 @@ void import(const Options& options) {
     std::printf("%s: a bank of %d presets\n", options.file.c_str(), kNumPresets);
 }
 
-Run define(CLI::App& parser) {
-    const auto options = std::make_shared<Options>();
+Run defineBank(CLI::App& parser) {
+    const auto options = std::make_shared<BankOptions>();
     parser.require_subcommand(1);
     CLI::App* const saving = parser.add_subcommand("save", "Write the plug-in's bank to a file");
     saving->add_option("FILE", options->file, "The bank file (.dvb)")->required();
@@ -85,18 +85,18 @@ Run define(CLI::App& parser) {
         addPluginOption(*action, options->plugin);
     return [options, saving, importing] {
         if (saving->parsed())
-            save(*options);
+            saveBank(*options);
         else if (importing->parsed())
             import(*options);
         else
-            show(*options);
+            showBank(*options);
     };
 }
 
 } // namespace
 
 Command bankCommand() {
-    return {"bank", "Save, show or make bank files", define};
+    return {"bank", "Save, show or make bank files", defineBank};
 }
 
 } // namespace mirelon::tools

@@ -24,7 +24,7 @@ namespace mirelon::tools {
 
 namespace {
 
-struct Options {
+struct CheckOptions {
     std::vector<std::string> files;
     int level = validator::highestLevel;
     std::vector<std::string> only;
@@ -57,7 +57,7 @@ validator::Subject subjectOf(const std::string& given, std::uint64_t seed) {
     return {isFile ? std::filesystem::absolute(plugin).string() : plugin, seed};
 }
 
-std::vector<const validator::Check*> chosenChecks(const Options& options,
+std::vector<const validator::Check*> chosenChecks(const CheckOptions& options,
                                                   hosting::PluginFormat format) {
     const auto named = [](const std::vector<std::string>& names, const validator::Check& check) {
         return std::ranges::find(names, check.name) != names.end();
@@ -88,8 +88,8 @@ bool looksAtTheFileOnly(const validator::Check* check) {
     return std::string(check->name).starts_with("symbols-");
 }
 
-validator::Result run(const validator::Check& check, const validator::Subject& subject,
-                      const validator::ScratchHome& home, const Options& options) {
+validator::Result runApart(const validator::Check& check, const validator::Subject& subject,
+                           const validator::ScratchHome& home, const CheckOptions& options) {
     if (options.inProcess)
         return validator::runHere(check, subject, home);
     return validator::runInChild(check, subject, home,
@@ -97,7 +97,7 @@ validator::Result run(const validator::Check& check, const validator::Subject& s
 }
 
 // Throws CommandError for a file that there is nothing to check in.
-CheckReport checkOne(const std::string& file, std::uint64_t seed, const Options& options) {
+CheckReport checkOne(const std::string& file, std::uint64_t seed, const CheckOptions& options) {
     const validator::Subject subject = subjectOf(file, seed);
     const auto chosen = chosenChecks(options, hosting::formatOf(subject.plugin));
     const validator::ScratchHome home;
@@ -107,7 +107,7 @@ CheckReport checkOne(const std::string& file, std::uint64_t seed, const Options&
     }
     CheckReport report(subject, options.level);
     for (const validator::Check* const each : chosen) {
-        report.add(run(*each, subject, home, options));
+        report.add(runApart(*each, subject, home, options));
         if (!options.json)
             report.printLast();
     }
@@ -116,7 +116,7 @@ CheckReport checkOne(const std::string& file, std::uint64_t seed, const Options&
     return report;
 }
 
-void checkAll(const Options& options) {
+void checkAll(const CheckOptions& options) {
     const std::uint64_t seed = options.seedGiven ? options.seed : std::random_device()();
     std::vector<std::string> files = options.files;
     if (files.empty())
@@ -149,7 +149,7 @@ void checkAll(const Options& options) {
                                                   std::to_string(files.size()) + " files"));
 }
 
-void runCheck(const Options& options) {
+void runCheck(const CheckOptions& options) {
     if (options.markdown)
         return printCheckPage();
     if (options.list)
@@ -167,8 +167,8 @@ void addSelection(CLI::App& parser, const char* name, std::vector<std::string>& 
     parser.add_option(name, names, summary)->type_name("CHECK")->allow_extra_args(false);
 }
 
-Run define(CLI::App& parser) {
-    const auto options = std::make_shared<Options>();
+Run defineCheck(CLI::App& parser) {
+    const auto options = std::make_shared<CheckOptions>();
     parser
         .add_option("FILE", options->files,
                     "Plug-ins: VST 2.4 .so files, LV2 bundles or URIs, .clap files (default: the "
@@ -205,7 +205,7 @@ Run define(CLI::App& parser) {
 } // namespace
 
 Command checkCommand() {
-    return {"check", "Find out what an effect gets wrong", define};
+    return {"check", "Find out what an effect gets wrong", defineCheck};
 }
 
 } // namespace mirelon::tools

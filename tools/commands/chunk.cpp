@@ -16,9 +16,9 @@ namespace mirelon::tools {
 
 namespace {
 
-using Options = StateFileOptions;
+using ChunkOptions = StateFileOptions;
 
-void save(const Options& options) {
+void saveChunk(const ChunkOptions& options) {
     LoadedPlugin plugin(options.plugin);
     applySettings(plugin.effect, options.settings);
     const std::vector<std::byte> state = stateOf(plugin.effect);
@@ -28,7 +28,7 @@ void save(const Options& options) {
     std::printf("%s: %zu bytes\n", options.file.c_str(), state.size());
 }
 
-void load(const Options& options) {
+void loadChunk(const ChunkOptions& options) {
     LoadedPlugin plugin(options.plugin);
     loadChunkFile(plugin.effect, options.file);
     std::printf("%s: taken, program \"%s\"\n", options.file.c_str(),
@@ -37,7 +37,7 @@ void load(const Options& options) {
         std::printf("  %s\n", parameterText(plugin.effect, i).c_str());
 }
 
-void show(const Options& options) {
+void showChunk(const ChunkOptions& options) {
     LoadedPlugin plugin(options.plugin);
     const std::vector<std::byte> bytes = readChunkFile(options.file);
     const std::size_t size = bytes.size();
@@ -64,8 +64,8 @@ void show(const Options& options) {
     }
 }
 
-Run define(CLI::App& parser) {
-    const auto options = std::make_shared<Options>();
+Run defineChunk(CLI::App& parser) {
+    const auto options = std::make_shared<ChunkOptions>();
     parser.require_subcommand(1);
     const auto add = [&](const char* name, const char* summary) {
         CLI::App* const action = parser.add_subcommand(name, summary);
@@ -79,18 +79,18 @@ Run define(CLI::App& parser) {
     add("show", "List what a saved state holds");
     return [options, saving, loading] {
         if (saving->parsed())
-            save(*options);
+            saveChunk(*options);
         else if (loading->parsed())
-            load(*options);
+            loadChunk(*options);
         else
-            show(*options);
+            showChunk(*options);
     };
 }
 
 } // namespace
 
 Command chunkCommand() {
-    return {"chunk", "Save, load or show the plug-in's state", define};
+    return {"chunk", "Save, load or show the plug-in's state", defineChunk};
 }
 
 } // namespace mirelon::tools

@@ -22,11 +22,11 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 // Of the JSON that is printed; grows when a member changes its meaning or goes.
-constexpr int reportVersion = 1;
+constexpr int comparisonVersion = 1;
 
 constexpr std::size_t blockFrames = 8192;
 
-struct Options {
+struct CompareOptions {
     std::string a;
     std::string b;
     bool json = false;
@@ -69,8 +69,8 @@ NullTest compared(Recording& a, Recording& b) {
     }
 }
 
-void printText(const Options& options, const Recording& a, const Recording& b, const NullTest& test,
-               bool identical) {
+void printText(const CompareOptions& options, const Recording& a, const Recording& b,
+               const NullTest& test, bool identical) {
     std::printf("%s and %s: %s\n", options.a.c_str(), options.b.c_str(),
                 identical ? "identical" : "different");
     if (a.reader.sampleRate() != b.reader.sampleRate())
@@ -91,8 +91,8 @@ void printText(const Options& options, const Recording& a, const Recording& b, c
                 decibels(test.rms()));
 }
 
-void printJson(const Options& options, const Recording& a, const Recording& b, const NullTest& test,
-               bool identical) {
+void printJson(const CompareOptions& options, const Recording& a, const Recording& b,
+               const NullTest& test, bool identical) {
     const auto file = [](const std::string& name, const Recording& recording) -> Json {
         return {{"file", name},
                 {"sampleRate", recording.reader.sampleRate()},
@@ -102,7 +102,7 @@ void printJson(const Options& options, const Recording& a, const Recording& b, c
     };
     const auto first = test.firstDifferent();
     const Json all{
-        {"version", reportVersion},
+        {"version", comparisonVersion},
         {"a", file(options.a, a)},
         {"b", file(options.b, b)},
         {"identical", identical},
@@ -112,7 +112,7 @@ void printJson(const Options& options, const Recording& a, const Recording& b, c
     std::cout << all.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
 }
 
-void compare(const Options& options) {
+void compare(const CompareOptions& options) {
     if (options.a == "-" && options.b == "-")
         throw CommandError("standard input cannot be both");
     Recording a(options.a);
@@ -131,8 +131,8 @@ void compare(const Options& options) {
         throw ExitStatus{ExitStatus::different};
 }
 
-Run define(CLI::App& parser) {
-    const auto options = std::make_shared<Options>();
+Run defineCompare(CLI::App& parser) {
+    const auto options = std::make_shared<CompareOptions>();
     parser.add_option("A", options->a, "Any mono or stereo audio file, - is standard input")
         ->required();
     parser.add_option("B", options->b, "Another one")->required();
@@ -144,7 +144,7 @@ Run define(CLI::App& parser) {
 } // namespace
 
 Command compareCommand() {
-    return {"compare", "Say whether two audio files hold the same sound", define};
+    return {"compare", "Say whether two audio files hold the same sound", defineCompare};
 }
 
 } // namespace mirelon::tools

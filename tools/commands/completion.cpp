@@ -12,7 +12,7 @@ namespace mirelon::tools {
 
 namespace {
 
-Run define(CLI::App& parser) {
+Run defineCompletion(CLI::App& parser) {
     const auto shell = std::make_shared<std::string>();
     parser.add_option("SHELL", *shell, "bash or zsh")
         ->required()
@@ -29,7 +29,8 @@ Run define(CLI::App& parser) {
 } // namespace
 
 Command completionCommand() {
-    return {"completion", "Print a script that completes command lines in a shell", define};
+    return {"completion", "Print a script that completes command lines in a shell",
+            defineCompletion};
 }
 
 } // namespace mirelon::tools

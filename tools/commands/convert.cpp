@@ -14,14 +14,14 @@ namespace mirelon::tools {
 
 namespace {
 
-struct Options {
+struct ConvertOptions {
     std::string plugin;
     std::string input;
     std::string output;
     std::endian order = std::endian::native;
 };
 
-void convert(const Options& options) {
+void convert(const ConvertOptions& options) {
     LoadedPlugin plugin(options.plugin);
     const VstInt32 owner = plugin.effect.record().uniqueID;
     ImageFile image = readImageFile(options.input, owner);
@@ -32,8 +32,8 @@ void convert(const Options& options) {
                 kindName(image.kind), orderName(options.order));
 }
 
-Run define(CLI::App& parser) {
-    const auto options = std::make_shared<Options>();
+Run defineConvert(CLI::App& parser) {
+    const auto options = std::make_shared<ConvertOptions>();
     parser.add_option("IN", options->input, "A preset file or bank file of either byte order")
         ->required();
     parser.add_option("OUT", options->output, "The same with the byte order asked for")->required();
@@ -51,7 +51,7 @@ Run define(CLI::App& parser) {
 } // namespace
 
 Command convertCommand() {
-    return {"convert", "Write a preset or bank file in a byte order", define};
+    return {"convert", "Write a preset or bank file in a byte order", defineConvert};
 }
 
 } // namespace mirelon::tools

@@ -22,7 +22,7 @@ namespace mirelon::tools {
 
 namespace {
 
-struct Options {
+struct EditOptions {
     EditorOptions editor;
     std::string file;
     bool play = false;
@@ -51,7 +51,7 @@ void listDevices() {
     }
 }
 
-std::unique_ptr<AudioDevice> deviceFor(const Options& options) {
+std::unique_ptr<AudioDevice> deviceFor(const EditOptions& options) {
     if (!options.isHeard())
         return std::make_unique<SilentDevice>();
     return std::make_unique<SoundCard>(options.device,
@@ -59,7 +59,7 @@ std::unique_ptr<AudioDevice> deviceFor(const Options& options) {
 }
 
 // Through the plug-in, whose host says of the sound what the player does.
-std::unique_ptr<Player> playerOf(const Options& options, LoadedPlugin& plugin,
+std::unique_ptr<Player> playerOf(const EditOptions& options, LoadedPlugin& plugin,
                                  const AudioDevice& device) {
     if (options.input) {
         const int rate = device.usualRate();
@@ -72,7 +72,7 @@ std::unique_ptr<Player> playerOf(const Options& options, LoadedPlugin& plugin,
 }
 
 // The editor with sound running through the plug-in, and keys in window and terminal.
-void play(const Options& options, LoadedPlugin& plugin, hosting::EditorWindow& editor,
+void play(const EditOptions& options, LoadedPlugin& plugin, hosting::EditorWindow& editor,
           std::unique_ptr<AudioDevice> device) {
     const std::unique_ptr<Player> player = playerOf(options, plugin, *device);
     player->loop(!options.once);
@@ -118,7 +118,7 @@ void play(const Options& options, LoadedPlugin& plugin, hosting::EditorWindow& e
     plugin.host.answer(audioMasterUpdateDisplay, 0);
 }
 
-void edit(const Options& options) {
+void edit(const EditOptions& options) {
     if (options.listDevices) {
         listDevices();
         return;
@@ -137,8 +137,8 @@ void edit(const Options& options) {
         editor->run([] { return interrupted != 0; });
 }
 
-Run define(CLI::App& parser) {
-    const auto options = std::make_shared<Options>();
+Run defineEdit(CLI::App& parser) {
+    const auto options = std::make_shared<EditOptions>();
     auto* file = parser.add_option("IN", options->file,
                                    "An audio file that runs through the plug-in, over and over");
     addEditorOptions(parser, options->editor);
@@ -166,7 +166,7 @@ Run define(CLI::App& parser) {
 } // namespace
 
 Command editCommand() {
-    return {"edit", "Open the plug-in's editor in a window", define};
+    return {"edit", "Open the plug-in's editor in a window", defineEdit};
 }
 
 } // namespace mirelon::tools

@@ -23,9 +23,9 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 // Of the JSON that is printed; grows when a member changes its meaning or goes.
-constexpr int reportVersion = 1;
+constexpr int descriptionVersion = 1;
 
-struct Options {
+struct InfoOptions {
     std::string plugin;
     bool json = false;
     bool parameterNames = false;
@@ -93,7 +93,7 @@ Json describe(LoadedPlugin& plugin) {
     const Presets presets(effect);
     const auto category = static_cast<std::size_t>(effect.category());
     Json all{
-        {"version", reportVersion},
+        {"version", descriptionVersion},
         {"file", plugin.module->libraries().front().string()},
         {"format", hosting::nameOf(plugin.module->format())},
         {"name", effect.name()},
@@ -181,8 +181,8 @@ void print(const Json& all) {
                     i == all["currentPreset"].get<std::size_t>() ? "  (current)" : "");
 }
 
-Run define(CLI::App& parser) {
-    const auto options = std::make_shared<Options>();
+Run defineInfo(CLI::App& parser) {
+    const auto options = std::make_shared<InfoOptions>();
     addPluginOption(parser, options->plugin);
     CLI::Option* const json = parser.add_flag("--json", options->json, "Print it as JSON");
     parser
@@ -207,7 +207,7 @@ Run define(CLI::App& parser) {
 } // namespace
 
 Command infoCommand() {
-    return {"info", "Show what the plug-in says about itself", define};
+    return {"info", "Show what the plug-in says about itself", defineInfo};
 }
 
 } // namespace mirelon::tools

@@ -22,7 +22,7 @@ namespace mirelon::tools {
 
 namespace {
 
-struct Options {
+struct PlotOptions {
     RenderOptions pass;
     std::string picture;
 };
@@ -57,7 +57,7 @@ std::string subtitle(RenderPass& pass, double seconds) {
            (pass.input().channels() == 1 ? "mono" : "stereo");
 }
 
-void plot(const Options& options) {
+void plot(const PlotOptions& options) {
     if (!sameName(std::filesystem::path(options.picture).extension().string(), ".png"))
         throw CommandError(options.picture + ": the picture is a PNG file, its name ends in .png");
     if (options.pass.input == "-")
@@ -101,8 +101,8 @@ void plot(const Options& options) {
         throw ExitStatus{ExitStatus::incomplete};
 }
 
-Run define(CLI::App& parser) {
-    const auto options = std::make_shared<Options>();
+Run definePlot(CLI::App& parser) {
+    const auto options = std::make_shared<PlotOptions>();
     parser.add_option("IN", options->pass.input, "Any mono or stereo audio file")->required();
     parser.add_option("OUT", options->picture, "The picture, a .png")->required();
     addRenderOptions(parser, options->pass);
@@ -112,7 +112,7 @@ Run define(CLI::App& parser) {
 } // namespace
 
 Command plotCommand() {
-    return {"plot", "Draw a file's stereo image before and after the plug-in", define};
+    return {"plot", "Draw a file's stereo image before and after the plug-in", definePlot};
 }
 
 } // namespace mirelon::tools

@@ -16,9 +16,9 @@ namespace mirelon::tools {
 
 namespace {
 
-using Options = StateFileOptions;
+using PresetOptions = StateFileOptions;
 
-void save(const Options& options) {
+void savePreset(const PresetOptions& options) {
     LoadedPlugin plugin(options.plugin);
     hosting::Effect& effect = plugin.effect;
     applySettings(effect, options.settings);
@@ -30,7 +30,7 @@ void save(const Options& options) {
     std::printf("%s: preset \"%s\"\n", options.file.c_str(), nameOf(preset).c_str());
 }
 
-void show(const Options& options) {
+void showPreset(const PresetOptions& options) {
     LoadedPlugin plugin(options.plugin);
     const ImageFile image =
         readImageFile(options.file, plugin.effect.record().uniqueID, ImageKind::preset);
@@ -39,8 +39,8 @@ void show(const Options& options) {
     printPresets(plugin.effect, image.presets);
 }
 
-Run define(CLI::App& parser) {
-    const auto options = std::make_shared<Options>();
+Run definePreset(CLI::App& parser) {
+    const auto options = std::make_shared<PresetOptions>();
     parser.require_subcommand(1);
     CLI::App* const saving =
         parser.add_subcommand("save", "Write a preset of the plug-in to a file");
@@ -52,16 +52,16 @@ Run define(CLI::App& parser) {
         addPluginOption(*action, options->plugin);
     return [options, saving] {
         if (saving->parsed())
-            save(*options);
+            savePreset(*options);
         else
-            show(*options);
+            showPreset(*options);
     };
 }
 
 } // namespace
 
 Command presetCommand() {
-    return {"preset", "Save or show preset files", define};
+    return {"preset", "Save or show preset files", definePreset};
 }
 
 } // namespace mirelon::tools

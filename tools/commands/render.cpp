@@ -23,7 +23,7 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-struct Options {
+struct RenderCommandOptions {
     RenderJob job;
     std::vector<std::string> files;
     std::string folder;
@@ -38,7 +38,7 @@ void printJson(Json files, bool toErrors) {
         << all.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
 }
 
-void renderOne(const RenderJob& job, const Options& options) {
+void renderOne(const RenderJob& job, const RenderCommandOptions& options) {
     const RenderReport report = render(job, !options.quiet);
     for (const std::string& warning : report.warnings)
         warn(warning);
@@ -56,7 +56,7 @@ bool failed(const Json& file) {
     return file.contains("error");
 }
 
-void renderMany(const Options& options) {
+void renderMany(const RenderCommandOptions& options) {
     std::error_code problem;
     std::filesystem::create_directories(options.folder, problem);
     if (problem)
@@ -98,7 +98,7 @@ void renderMany(const Options& options) {
         throw ExitStatus{ExitStatus::incomplete};
 }
 
-void run(Options& options) {
+void runRender(RenderCommandOptions& options) {
     if (!options.folder.empty()) {
         for (const std::string& file : options.files) {
             if (file == "-")
@@ -118,7 +118,7 @@ void run(Options& options) {
     renderOne(job, options);
 }
 
-void addOutputOptions(CLI::App& parser, Options& options) {
+void addOutputOptions(CLI::App& parser, RenderCommandOptions& options) {
     RenderJob& job = options.job;
     parser
         .add_option("--format", job.format.kind,
@@ -148,8 +148,8 @@ void addOutputOptions(CLI::App& parser, Options& options) {
     parser.add_flag("--quiet", options.quiet, "Print no report");
 }
 
-Run define(CLI::App& parser) {
-    const auto options = std::make_shared<Options>();
+Run defineRender(CLI::App& parser) {
+    const auto options = std::make_shared<RenderCommandOptions>();
     parser
         .add_option("FILE", options->files,
                     "IN, any mono or stereo audio file, and OUT, the result, whose extension says "
@@ -159,13 +159,13 @@ Run define(CLI::App& parser) {
         ->type_name("");
     addRenderOptions(parser, options->job.pass);
     addOutputOptions(parser, *options);
-    return [options] { run(*options); };
+    return [options] { runRender(*options); };
 }
 
 } // namespace
 
 Command renderCommand() {
-    return {"render", "Send an audio file through the plug-in", define};
+    return {"render", "Send an audio file through the plug-in", defineRender};
 }
 
 } // namespace mirelon::tools

@@ -25,7 +25,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-struct Options {
+struct ScreenshotOptions {
     EditorOptions editor;
     std::string picture;
     std::string input;
@@ -49,7 +49,7 @@ void waitUntilDrawn(hosting::EditorWindow& editor) {
     }
 }
 
-void screenshot(const Options& options) {
+void screenshot(const ScreenshotOptions& options) {
     if (!sameName(std::filesystem::path(options.picture).extension().string(), ".png"))
         throw CommandError(options.picture + ": the picture is a PNG file, its name ends in .png");
     const auto plugin = loadForEditor(options.editor);
@@ -70,8 +70,8 @@ void screenshot(const Options& options) {
     std::printf("%s: %d x %d pixels\n", options.picture.c_str(), picture.width, picture.height);
 }
 
-Run define(CLI::App& parser) {
-    const auto options = std::make_shared<Options>();
+Run defineScreenshot(CLI::App& parser) {
+    const auto options = std::make_shared<ScreenshotOptions>();
     parser.add_option("OUT", options->picture, "The picture, a .png")->required();
     addEditorOptions(parser, options->editor);
     parser
@@ -84,7 +84,7 @@ Run define(CLI::App& parser) {
 } // namespace
 
 Command screenshotCommand() {
-    return {"screenshot", "Take a picture of the plug-in's editor", define};
+    return {"screenshot", "Take a picture of the plug-in's editor", defineScreenshot};
 }
 
 } // namespace mirelon::tools

@@ -16,7 +16,7 @@ namespace mirelon::tools {
 
 namespace {
 
-struct Options {
+struct VerifyOptions {
     std::string plugin;
     std::vector<std::string> files;
 };
@@ -41,7 +41,7 @@ std::string counted(std::size_t number, const char* thing, const char* fate) {
     return std::to_string(number) + ' ' + thing + (number == 1 ? "" : "s") + ' ' + fate;
 }
 
-void verifyAll(const Options& options) {
+void verifyAll(const VerifyOptions& options) {
     LoadedPlugin plugin(options.plugin);
     std::size_t problems = 0;
     std::size_t unreadable = 0;
@@ -63,8 +63,8 @@ void verifyAll(const Options& options) {
         throw CommandError(verdict);
 }
 
-Run define(CLI::App& parser) {
-    const auto options = std::make_shared<Options>();
+Run defineVerify(CLI::App& parser) {
+    const auto options = std::make_shared<VerifyOptions>();
     parser.add_option("FILE", options->files, "Preset files and bank files")->required();
     addPluginOption(parser, options->plugin);
     return [options] { verifyAll(*options); };
@@ -73,7 +73,7 @@ Run define(CLI::App& parser) {
 } // namespace
 
 Command verifyCommand() {
-    return {"verify", "Say what is wrong with preset and bank files", define};
+    return {"verify", "Say what is wrong with preset and bank files", defineVerify};
 }
 
 } // namespace mirelon::tools
