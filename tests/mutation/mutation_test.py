@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
 """scripts/mutate rooms on a small project, whose tests notice some changes and miss others."""
+import contextlib
 import json
 import os
 import subprocess
@@ -329,14 +330,24 @@ class Sampling(unittest.TestCase):
         self.assertNotEqual([order(s) for s in range(5)], [order(1)] * 5)
 
 
+TWO_ROOMS = ("a/x.cpp", "b/y.cpp", "tests/a/CMakeLists.txt", "tests/b/CMakeLists.txt")
+
+
+@contextlib.contextmanager
+def folder_of(*files):
+    """A folder with these files, which are empty."""
+    with tempfile.TemporaryDirectory() as folder:
+        for file in files:
+            path = Path(folder) / file
+            path.parent.mkdir(parents=True, exist_ok=True)
+            path.touch()
+        yield Path(folder)
+
+
 class RoomNames(unittest.TestCase):
     def test_the_innermost_folder_with_tests_is_the_room(self):
-        with tempfile.TemporaryDirectory() as folder:
-            root = Path(folder)
-            for path in ("a/x.cpp", "a/b/y.cpp", "tests/a/CMakeLists.txt", "tests/a/b/CMakeLists.txt",
-                         "tests/support/CMakeLists.txt"):
-                (root / path).parent.mkdir(parents=True, exist_ok=True)
-                (root / path).write_text("")
+        with folder_of("a/x.cpp", "a/b/y.cpp", "tests/a/CMakeLists.txt", "tests/a/b/CMakeLists.txt",
+                       "tests/support/CMakeLists.txt") as root:
             rooms = Rooms(root)
             self.assertEqual(rooms.all, ["a", "a/b"])
             self.assertEqual(rooms.of("a/b/y.cpp"), "a/b")
@@ -345,11 +356,7 @@ class RoomNames(unittest.TestCase):
             self.assertEqual(Rooms(root, ["a"]).of("a/b/y.cpp"), "")
 
     def test_what_is_made_of_the_tests_of_a_room_is_known_by_its_folder(self):
-        with tempfile.TemporaryDirectory() as folder:
-            root = Path(folder)
-            for path in ("a/x.cpp", "b/y.cpp", "tests/a/CMakeLists.txt", "tests/b/CMakeLists.txt"):
-                (root / path).parent.mkdir(parents=True, exist_ok=True)
-                (root / path).write_text("")
+        with folder_of(*TWO_ROOMS) as root:
             database = [
                 {"file": str(root / "tests" / room / "t.cpp"),
                  "command": f"c++ -o tests/{room}/CMakeFiles/{room}_test.dir/t.cpp.o -c t.cpp"}
@@ -360,11 +367,7 @@ class RoomNames(unittest.TestCase):
                 self.assertEqual(Rooms(root, ["a"]).test_targets(database), ["a_test", "b_test"])
 
     def test_a_test_program_may_be_of_two_rooms_or_of_none(self):
-        with tempfile.TemporaryDirectory() as folder:
-            root = Path(folder)
-            for path in ("a/x.cpp", "b/y.cpp", "tests/a/CMakeLists.txt", "tests/b/CMakeLists.txt"):
-                (root / path).parent.mkdir(parents=True, exist_ok=True)
-                (root / path).write_text("")
+        with folder_of(*TWO_ROOMS) as root:
             known, build = Rooms(root), root / "build"
             with unittest.mock.patch.dict(rooms.SHARED, {"b_test": "a"}):
                 self.assertEqual(known.of_test(build / "tests/b/b_test", build), {"a", "b"})

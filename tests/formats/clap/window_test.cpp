@@ -202,15 +202,20 @@ TEST(ClapWindowGesture, IsNoRescanAndOfAnotherPresetIsOne) {
     EXPECT_GT(host.plugIn.host.dirtyMarks(), 0);
 }
 
-// Otherwise the host would take the older values for newer ones.
-TEST(ClapWindowGesture, IsHeardBeforeTheRescanAfterIt) {
-    ClapWindowHost host;
+// A gesture that the host has not taken yet, and behind it a step to another preset.
+void dragAndStep(ClapWindowHost& host) {
     host.open();
     host.run();
     host.drag(handlePosition(0.5), handlePosition(0.75), gainRow);
     host.click(rockerRight.x, rockerRight.y);
     ASSERT_TRUE(host.runUntil([&] { return host.plugIn.host.dirtyMarks() > 0; }));
     host.run();
+}
+
+// Otherwise the host would take the older values for newer ones.
+TEST(ClapWindowGesture, IsHeardBeforeTheRescanAfterIt) {
+    ClapWindowHost host;
+    ASSERT_NO_FATAL_FAILURE(dragAndStep(host));
     EXPECT_EQ(host.plugIn.host.rescans(), 0);
     hosting::ClapOutputEvents told;
     host.plugIn.instance.flush(nullptr, told.list());
@@ -220,12 +225,7 @@ TEST(ClapWindowGesture, IsHeardBeforeTheRescanAfterIt) {
 
 TEST(ClapWindowGesture, IsHeardBeforeTheRescanThoughTheWindowHasClosed) {
     ClapWindowHost host;
-    host.open();
-    host.run();
-    host.drag(handlePosition(0.5), handlePosition(0.75), gainRow);
-    host.click(rockerRight.x, rockerRight.y);
-    ASSERT_TRUE(host.runUntil([&] { return host.plugIn.host.dirtyMarks() > 0; }));
-    host.run();
+    ASSERT_NO_FATAL_FAILURE(dragAndStep(host));
     host.close();
     ASSERT_EQ(host.plugIn.host.rescans(), 0);
     hosting::ClapOutputEvents told;
