@@ -28,6 +28,21 @@ endif()
 add_custom_target(threaded_tests)
 add_custom_target(headless_tests)
 
+# GoogleTest's header is most of what many test programs are compiled from: where it is
+# about time, the first one of them keeps for all others what the compiler makes of it.
+# Those must define what the first one does, the toolkit's NDEBUG among it.
+function(mirelon_share_test_header name)
+  target_compile_definitions(${name} PRIVATE NDEBUG)
+  target_compile_options(${name} PRIVATE -pthread)
+  get_property(_keeper GLOBAL PROPERTY MIRELON_TEST_HEADER_KEEPER)
+  if(_keeper)
+    target_precompile_headers(${name} REUSE_FROM ${_keeper})
+  else()
+    target_precompile_headers(${name} PRIVATE <gtest/gtest.h>)
+    set_property(GLOBAL PROPERTY MIRELON_TEST_HEADER_KEEPER ${name})
+  endif()
+endfunction()
+
 function(mirelon_test name)
   cmake_parse_arguments(PARSE_ARGV 1 ARG "ROOMS;SINGLY" "TIMEOUT" "SOURCES;LINK;LABELS;LOCKS")
   add_executable(${name} ${ARG_SOURCES})
@@ -35,6 +50,9 @@ function(mirelon_test name)
                                         GTest::gtest_main)
   if(ARG_ROOMS)
     target_link_libraries(${name} PRIVATE mirelon_rooms)
+  endif()
+  if(MIRELON_UNITY)
+    mirelon_share_test_header(${name})
   endif()
   if(TARGET mirelon)
     target_compile_definitions(${name} PRIVATE
