@@ -35,7 +35,8 @@ constexpr std::array descriptions{
                 "The texts must end within 128 bytes and all must be the same each time: hosts "
                 "find a plug-in of a session again by them."},
     Description{"programs-stable",
-                "Chooses every program, and numbers of none. The plug-in must be on the program "
+                "Chooses every program, 256 at most, and numbers of none. The plug-in must be on "
+                "the program "
                 "that was chosen, or stay where it was, and call it by one name. To take a "
                 "program and give another number for it is unusual only."},
     Description{"parameter-texts-stable",

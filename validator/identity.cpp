@@ -70,7 +70,8 @@ struct Content {
 std::string programs(const Subject& subject) {
     Instance instance(subject);
     hosting::Effect& effect = instance.effect;
-    const VstInt32 count = std::min<VstInt32>(effect.record().numPrograms, 256);
+    const VstInt32 all = effect.record().numPrograms;
+    const VstInt32 count = std::min<VstInt32>(all, 256);
     std::string misnumbered;
     for (VstInt32 i = 0; i < count; ++i) {
         doing("setting program ", i);
@@ -90,16 +91,16 @@ std::string programs(const Subject& subject) {
     }
     for (const VstInt32 outside : {count, INT_MAX, -1}) {
         const VstIntPtr before = effect.program();
-        if (outside == count && count < effect.record().numPrograms)
+        if (outside == count && count < all)
             continue;
         doing("setting program ", outside, ", which it does not have");
         effect.setProgram(outside);
         const VstIntPtr now = effect.program();
-        require(now == before || (now >= 0 && now < std::max(1, effect.record().numPrograms)),
-                "is on program ", now, " after being set to ", outside);
+        require(now == before || (now >= 0 && now < std::max(1, all)), "is on program ", now,
+                " after being set to ", outside);
     }
     expect(misnumbered.empty(), misnumbered);
-    return std::to_string(effect.record().numPrograms) + " programs";
+    return count < all ? joined(count, " of ", all, " programs") : joined(count, " programs");
 }
 
 std::string parameterTexts(const Subject& subject) {

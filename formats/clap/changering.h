@@ -14,8 +14,8 @@ namespace mirelon::clap {
 struct Change {
     enum class Kind { begin, value, end };
     Kind kind;
-    int index; // 0 to 8
-    float value;
+    int index;          // 0 to 8
+    float value = 0.0F; // of a value
 };
 
 // One thread writes; of the threads that read, one at a time gets anything. Nothing
@@ -72,7 +72,7 @@ inline void ChangeRing::begin(int index) noexcept {
         return;
     isOpen = true;
     ++gestures;
-    write({Change::Kind::begin, index, 0.0F});
+    write({Change::Kind::begin, index});
 }
 
 inline void ChangeRing::value(int index, float value) noexcept {
@@ -86,7 +86,7 @@ inline void ChangeRing::end(int index) noexcept {
     if (!std::exchange(open[static_cast<std::size_t>(index)], false))
         return;
     --gestures;
-    write({Change::Kind::end, index, 0.0F});
+    write({Change::Kind::end, index});
 }
 
 template <typename Tell>

@@ -56,6 +56,12 @@ TEST_F(HostedEffect, AsksItsHostForARateThatItHasLost) {
     EXPECT_EQ(host.effect().updateSampleRate(), 96000.0F);
 }
 
+TEST_F(HostedEffect, AsksItsHostForABlockSizeThatItHasLost) {
+    RecordingEffectHost host(96000.0F, 256);
+    host.effect().setBlockSize(8);
+    EXPECT_EQ(host.effect().updateBlockSize(), 256);
+}
+
 TEST_F(HostedEffect, IsToldAnotherRateAndBlockSize) {
     RecordingEffectHost host(44100.0F, 64);
     host.setFormat(96000.0F, 256);

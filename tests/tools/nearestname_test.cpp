@@ -27,6 +27,12 @@ TEST(NearestName, IsTheOneWithTheFewestChanges) {
     EXPECT_EQ(*nearestName("L", names), "-L");
 }
 
+TEST(NearestName, IsTheFirstOfThoseThatAreEquallyNear) {
+    const std::vector<std::string> alike{"take 1", "take 2", "take 3"};
+    EXPECT_EQ(nearestName("take", alike), alike.data());
+    EXPECT_EQ(nearestName("take 9", alike), alike.data());
+}
+
 TEST(NearestName, IsNothingAmongNamelessOnes) {
     EXPECT_EQ(nearestName("x", std::vector<std::string>{"", "  "}), nullptr);
     EXPECT_EQ(unknownName("preset", "x", {}), "unknown preset \"x\"");

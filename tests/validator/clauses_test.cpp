@@ -294,6 +294,25 @@ TEST(CheckSaysNothing, OfASilenceBelowAllHearing) {
     EXPECT_EQ(checkOf("audio-silence", "against-denormals")["result"], "passed");
 }
 
+// What was tried is said of a check that passes as well.
+using CheckCounts = CheckSays;
+
+TEST_P(CheckCounts, WhatItTries) {
+    const auto check = checkOf(GetParam().check, GetParam().defect);
+    EXPECT_EQ(check["result"], GetParam().result) << check;
+    EXPECT_EQ(check["note"], GetParam().message) << check;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    , CheckCounts,
+    testing::Values(Clause{"programs-stable", "none", "2 programs", "passed"},
+                    Clause{"programs-stable", "many-programs", "256 of 300 programs", "passed"},
+                    Clause{"state-every-length", "none", "0 to 2000 bytes", "passed"},
+                    Clause{"state-every-byte-flipped", "none", "20 bytes flipped", "passed"},
+                    Clause{"state-noise", "none", "1 MiB, and 200 of the state's own size",
+                           "passed"}),
+    nameOf);
+
 struct Place {
     const char* family;
     std::vector<int> numbers;

@@ -193,6 +193,7 @@ TEST_F(ClapLife, ActivationRefusesRatesAndBlocksThatAreNone) {
         EXPECT_FALSE(plugIn.instance.activate(rate, 64)) << rate;
     EXPECT_FALSE(plugIn.instance.activate(48000.0, 0));
     EXPECT_TRUE(plugIn.instance.activate(48000.0, 0xFFFFFFFF));
+    EXPECT_TRUE(plugIn.instance.activate(1.0, 64)) << "slow, but a rate";
 }
 
 TEST_F(ClapLife, AnInstanceMayEndWhileItIsActive) {

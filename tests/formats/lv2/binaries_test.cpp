@@ -1,8 +1,11 @@
 // The bundle's two binaries as files.
 #include "tests/formats/binaryfile.h"
 
+#include <dlfcn.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <lv2/core/lv2.h>
+#include <lv2/ui/ui.h>
 #include <string>
 #include <vector>
 
@@ -22,6 +25,27 @@ TEST(Lv2Binary, OfThePlugInExportsItsDescriptorAlone) {
 
 TEST(Lv2Binary, OfTheWindowExportsItsDescriptorAlone) {
     EXPECT_THAT(exportedBy(binary("mirelon_ui.so")), ElementsAre("lv2ui_descriptor"));
+}
+
+// Hosts count up until there is none.
+template <class Entry>
+void expectOneAlone(const char* file, const char* entryName) {
+    void* const library = dlopen(binary(file).c_str(), RTLD_NOW | RTLD_LOCAL);
+    ASSERT_NE(library, nullptr) << dlerror();
+    const auto entry = reinterpret_cast<Entry>(dlsym(library, entryName));
+    ASSERT_NE(entry, nullptr);
+    EXPECT_NE(entry(0), nullptr);
+    EXPECT_EQ(entry(1), nullptr);
+    EXPECT_EQ(entry(0xFFFFFFFF), nullptr);
+    dlclose(library);
+}
+
+TEST(Lv2Binary, OfThePlugInHoldsOnePlugIn) {
+    expectOneAlone<LV2_Descriptor_Function>("mirelon_dsp.so", "lv2_descriptor");
+}
+
+TEST(Lv2Binary, OfTheWindowHoldsOneWindow) {
+    expectOneAlone<LV2UI_DescriptorFunction>("mirelon_ui.so", "lv2ui_descriptor");
 }
 
 TEST(Lv2Binary, OfThePlugInNeedsTheLanguagesLibrariesOnly) {

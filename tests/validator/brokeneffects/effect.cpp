@@ -71,7 +71,7 @@ class TestEffect {
         record.processDoubleReplacing = [](AEffect* e, double** in, double** out, VstInt32 frames) {
             static_cast<TestEffect*>(e->object)->process(in, out, frames);
         };
-        record.numPrograms = 2;
+        record.numPrograms = hasDefect("many-programs") ? 300 : 2;
         record.numParams = parameterCount;
         record.numInputs = 2;
         record.numOutputs = 2;
