@@ -28,8 +28,9 @@ TEST(NearestPictureScale, IsOneForWhatIsNoPositiveNumber) {
 TEST(Picture, HasItsSizeAtScaleOne) {
     setUpToolkit();
     const auto background = loadBitmap(kPictureBackground);
-    EXPECT_EQ(background->getWidth(), 302);
-    EXPECT_EQ(background->getHeight(), 311);
+    const PictureSize size = pictureSize(kPictureBackground);
+    EXPECT_EQ(background->getWidth(), size.width);
+    EXPECT_EQ(background->getHeight(), size.height);
 }
 
 TEST(Picture, OfAnUnknownNumberHasNoSizeAndDrawsNothing) {
