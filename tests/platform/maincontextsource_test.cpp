@@ -3,7 +3,9 @@
 #include "tests/support/mainloop.h"
 #include "tests/support/watchedpipe.h"
 
+#include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <functional>
 #include <gtest/gtest.h>
 #include <stdexcept>
