@@ -96,8 +96,8 @@ std::string programs(const Subject& subject) {
         doing("setting program ", outside, ", which it does not have");
         effect.setProgram(outside);
         const VstIntPtr now = effect.program();
-        require(now == before || (now >= 0 && now < std::max(1, all)), "is on program ", now,
-                " after being set to ", outside);
+        require(now == before || (now >= 0 && now < std::max(1, effect.record().numPrograms)),
+                "is on program ", now, " after being set to ", outside);
     }
     expect(misnumbered.empty(), misnumbered);
     return count < all ? joined(count, " of ", all, " programs") : joined(count, " programs");
