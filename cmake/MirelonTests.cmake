@@ -8,8 +8,9 @@
 #
 # In sanitized builds a program's tests run in one process, because what a process
 # costs there (the plug-in's libraries, an X server, the search for leaks) is most of
-# what a test takes. SINGLY leaves each a process of its own there as well: it starts
-# other programs, which take longer.
+# what a test takes; so do those of the core alone, where an emulator is what starts.
+# SINGLY leaves each a process of its own there as well: it starts other programs, which
+# take longer.
 #
 # Target threaded_tests: those with "threads" in their label, which a ThreadSanitizer
 # build runs. Target headless_tests: those that need neither a display nor real hosts,
@@ -72,7 +73,7 @@ function(mirelon_test name)
   if(ARG_LABELS)
     list(APPEND _properties LABELS ${ARG_LABELS})
   endif()
-  if(MIRELON_SANITIZE AND NOT ARG_SINGLY)
+  if((MIRELON_SANITIZE OR MIRELON_CORE_ONLY) AND NOT ARG_SINGLY)
     # Of the whole program.
     math(EXPR _timeout "5 * ${ARG_TIMEOUT}")
     add_test(NAME ${name} COMMAND ${name})
