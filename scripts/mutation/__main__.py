@@ -70,6 +70,8 @@ def main():
     asked = arguments()
     root = asked.root.resolve()
     folder = asked.folder.resolve() if asked.folder else root / "build/mutation"
+    if folder.is_relative_to("/tmp"):
+        sys.exit("mutation: tests of changed programs do not see what lies in /tmp: build elsewhere (--folder)")
     folder.mkdir(parents=True, exist_ok=True)
     rooms = Rooms(root, asked.rooms)
     if not asked.rooms:

@@ -16,7 +16,7 @@ WORLD = f"""
 mount --bind "$1" /tmp && mount -o remount,bind,ro / || exit 125
 mount -o remount,bind,ro /sys 2>/dev/null
 ip link set lo up 2>/dev/null
-ulimit -v {MEMORY} -f {FILES} -c 0
+ulimit -v {MEMORY} && ulimit -f {FILES} && ulimit -c 0 || exit 125
 cd "$2" || exit 125
 shift 2
 "$@"

@@ -1,5 +1,6 @@
 """A copy of the project with all changes in it, built once."""
 import json
+import os
 import re
 import shutil
 import subprocess
@@ -38,7 +39,7 @@ class Tree:
         for fetched in (self.root / "build").glob("*.fetch") if (self.root / "build").exists() else ():
             for path in (fetched, fetched.with_suffix("")):
                 link = self.top / "build" / path.name
-                if not link.is_symlink():
+                if not os.path.lexists(link):
                     link.symlink_to(path)
 
     def write(self, file, content):

@@ -74,6 +74,7 @@ gtest_discover_tests(counter_test DISCOVERY_MODE PRE_TEST)
     "tests/counter/counter_test.cpp": """#include "counter/counter.h"
 #include <gtest/gtest.h>
 #include <fstream>
+#include <sys/resource.h>
 TEST(Counter, IsLimited) {
     EXPECT_EQ(limited(5, 3), 3);
     EXPECT_EQ(limited(2, 3), 2);
@@ -82,6 +83,13 @@ TEST(Counter, Counts) { EXPECT_EQ(counted(1), 3); }
 TEST(World, CannotBeWrittenTo) {
     EXPECT_FALSE(std::ofstream("/usr/mutation-test-was-here").is_open());
     EXPECT_TRUE(std::ofstream("/tmp/here").is_open());
+}
+TEST(World, HasLimits) {
+    for (auto what : {RLIMIT_AS, RLIMIT_FSIZE, RLIMIT_CORE}) {
+        rlimit limit{};
+        EXPECT_EQ(getrlimit(what, &limit), 0);
+        EXPECT_NE(limit.rlim_cur, RLIM_INFINITY);
+    }
 }
 """,
 }
@@ -148,6 +156,13 @@ class SmallProject(unittest.TestCase):
     def test_a_run_is_good_when_all_that_survives_is_listed(self):
         run = self.run_tool([LIMIT, GUARD, *UNREACHED])
         self.assertEqual(run.returncode, 0, run.stdout + run.stderr)
+        self.assertNotIn("fails without a change", run.stdout)
+
+    def test_a_folder_that_tests_would_not_see_is_refused(self):
+        run = self.run_tool([], "--folder", "/tmp/mutation-test-is-not-here")
+        self.assertIn("/tmp", run.stderr)
+        self.assertEqual(run.returncode, 1)
+        self.assertFalse(Path("/tmp/mutation-test-is-not-here").exists())
 
     def test_what_is_listed_but_gone_fails_the_run(self):
         run = self.run_tool([LIMIT, GUARD, *UNREACHED, "counter/counter.cpp | limited | operator | < -> <= | 1"])
