@@ -84,8 +84,7 @@ bool hasWindowManager() {
     XGetWindowProperty(display, DefaultRootWindow(display),
                        XInternAtom(display, "_NET_SUPPORTING_WM_CHECK", False), 0, 1, False,
                        XA_WINDOW, &type, &format, &items, &left, &value);
-    if (value != nullptr)
-        XFree(value);
+    XFree(value); // or nothing
     XCloseDisplay(display);
     return items > 0;
 }

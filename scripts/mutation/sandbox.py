@@ -10,7 +10,7 @@ import time
 from pathlib import Path
 
 MEMORY = 8 << 20  # KiB of addresses
-FILES = 1 << 20  # blocks of 512 bytes
+FILES = 1 << 24  # blocks of 512 bytes: tests write files beyond 4 GiB, of nothing mostly
 # The shell that is process 1 of the test's world. What the test leaves behind ends with it.
 WORLD = f"""
 mount --bind "$1" /tmp && mount -o remount,bind,ro / || exit 125

@@ -4,6 +4,7 @@
 
 #include <X11/keysym.h>
 #include <algorithm>
+#include <cstring>
 #include <gtest/gtest.h>
 
 using namespace mirelon::test;
@@ -61,6 +62,22 @@ TEST_P(EditorClipboard, TellsOtherProgramsWhatItOffers) {
     for (const char* name : {"TARGETS", "TIMESTAMP", "UTF8_STRING", "STRING"})
         EXPECT_TRUE(std::ranges::count(offered, name) == 1) << name;
     EXPECT_EQ(other.paste("image/png"), std::nullopt);
+}
+
+TEST_P(EditorClipboard, TellsOtherProgramsSinceWhenItHasTheText) {
+    const auto copiedAt = [this] {
+        clickName();
+        control('c');
+        const auto told = other.paste("TIMESTAMP");
+        long time = 0;
+        if (told && told->size() == sizeof time)
+            std::memcpy(&time, told->data(), sizeof time);
+        return time;
+    };
+    const long first = copiedAt();
+    editor.run(20ms);
+    EXPECT_GT(copiedAt(), first);
+    EXPECT_NE(first, 0);
 }
 
 TEST_P(EditorClipboard, GivesProgramsWithoutUnicodeWhatTheyCanShow) {

@@ -1,9 +1,12 @@
 // What mirelon-host --help prints, of the program and of each of its commands.
 #include "tests/tools/hostprogram.h"
 
+#include <algorithm>
+#include <array>
 #include <gtest/gtest.h>
 #include <sstream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace mirelon::test {
@@ -41,6 +44,32 @@ void expectEntriesExplained(const std::vector<std::string>& lines) {
     }
 }
 
+// Those that take nothing, --input with one command of two.
+constexpr std::array<std::string_view, 18> flags{
+    "--double",          "--dither",  "--help",  "--in-process",
+    "--input",           "--json",    "--list",  "--list-devices",
+    "--loudness",        "--no-clip", "--once",  "--overwrite",
+    "--parameter-names", "--play",    "--quiet", "--strict",
+    "--verbose",         "--version"};
+
+bool isCapital(char letter) {
+    return letter >= 'A' && letter <= 'Z';
+}
+
+// Every other option is followed by what it takes, in capitals.
+void expectKindsNamed(const std::vector<std::string>& lines) {
+    for (const std::string& line : lines) {
+        const auto name = line.find("--");
+        if (!isEntry(line) || name == std::string::npos || name > std::string_view("  -h,").size())
+            continue;
+        const auto end = std::min(line.find_first_of(" :=", name), line.size());
+        const bool mayTakeNothing = std::ranges::count(flags, line.substr(name, end - name)) != 0;
+        const bool takesWhatItNames = end + 2 < line.size() && line[end] == ' ' &&
+                                      isCapital(line[end + 1]) && isCapital(line[end + 2]);
+        EXPECT_TRUE(mayTakeNothing || takesWhatItNames) << line;
+    }
+}
+
 std::vector<std::string> commandsIn(const std::vector<std::string>& lines) {
     std::vector<std::string> names;
     bool listed = false;
@@ -60,6 +89,7 @@ std::size_t expectHelp(const std::vector<std::string>& command) {
     if (lines.empty() || lines.front().empty() || lines.front().starts_with("Usage"))
         ADD_FAILURE() << "does not say what it is for";
     expectEntriesExplained(lines);
+    expectKindsNamed(lines);
     std::size_t count = 0;
     for (const std::string& each : commandsIn(lines)) {
         std::vector<std::string> inner = command;
@@ -69,7 +99,7 @@ std::size_t expectHelp(const std::vector<std::string>& command) {
     return count;
 }
 
-TEST(Help, SaysOfEveryCommandAndOptionWhatItIsFor) {
+TEST(Help, SaysOfEveryCommandAndOptionWhatItIsForAndTakes) {
     EXPECT_GE(expectHelp({}), 20U);
 }
 
