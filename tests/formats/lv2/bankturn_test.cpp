@@ -47,7 +47,7 @@ TEST(BankTurn, IsReadWholeWhileTwoReplace) {
             if (turn.tryToReplace())
                 fill(i);
     });
-    for (int i = 0; i < 5000; ++i) {
+    for (int i = 0; i < 1000; ++i) {
         std::array<int, 64> copy{};
         turn.readWhole([&] {
             for (std::size_t j = 0; j < copy.size(); ++j)
