@@ -66,13 +66,9 @@ class WindowKeys::Observer final : public VSTGUI::X11::IKeyObserver {
     }
 
     void onFocus(const xcb_focus_in_event_t& event) override {
-        const bool byAGrab =
-            event.mode == XCB_NOTIFY_MODE_GRAB || event.mode == XCB_NOTIFY_MODE_UNGRAB;
-        if ((event.response_type & ~sentByAProgram) != XCB_FOCUS_OUT || byAGrab)
-            return;
         const auto found = std::ranges::find(windows, event.event, &WindowKeys::window);
         if (found != windows.end())
-            (*found)->focusWentElsewhere();
+            (*found)->focusHasMoved();
     }
 
   private:
@@ -110,8 +106,8 @@ void WindowKeys::giveBack() {
         setFocus(previous);
 }
 
-void WindowKeys::focusWentElsewhere() {
-    // Word of an earlier loss may come late.
+void WindowKeys::focusHasMoved() {
+    // Word of an earlier loss may come late, and of a grab which leaves us the focus.
     if (!taken || hasFocus())
         return;
     taken = false;

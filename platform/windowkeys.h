@@ -30,7 +30,7 @@ class WindowKeys final {
     class Observer;
 
     bool hasFocus() const;
-    void focusWentElsewhere();
+    void focusHasMoved();
 
     std::uint32_t window;
     std::function<void()> lost;

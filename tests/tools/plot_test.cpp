@@ -10,6 +10,7 @@
 #include <memory>
 #include <sndfile.h>
 #include <utility>
+#include <vector>
 
 namespace mirelon::test {
 namespace {
@@ -36,6 +37,15 @@ class Picture {
                 for (int colour = 0; colour < 3; ++colour)
                     found = std::max<int>(found, pointAt(column, row)[colour]);
         return found;
+    }
+
+    // The rows of a column in which another colour begins.
+    std::vector<int> edgesIn(int column, int from) const {
+        std::vector<int> edges;
+        for (int y = from + 1; y < height(); ++y)
+            if (!std::equal(pointAt(column, y), pointAt(column, y) + 3, pointAt(column, y - 1)))
+                edges.push_back(y);
+        return edges;
     }
 
     // How many points between the columns are of the colour before (blue above
@@ -148,6 +158,13 @@ TEST_F(Plot, DrawsTheFieldOfTheGoniometer) {
     };
     EXPECT_GT(wordsAt(410), 15) << "anti-";
     EXPECT_GT(wordsAt(427), 15) << "phase";
+}
+
+TEST_F(Plot, DrawsThreeFieldsOverTimeBelowTheGoniometers) {
+    ASSERT_EQ(plot(sine(0.5, 0.5)).status, 0);
+    // Left of their titles.
+    EXPECT_THAT(Picture(folder / "out.png").edgesIn(60, 600),
+                testing::ElementsAre(612, 866, 886, 1060, 1080, 1254));
 }
 
 TEST_F(Plot, DrawsTheLevelsBeforeAndAfterInTheirColours) {
