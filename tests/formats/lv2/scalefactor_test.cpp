@@ -53,6 +53,11 @@ TEST_F(ScaleFactor, OfSomethingElseIsNotTheWindows) {
     EXPECT_EQ(with({other}), 1.0);
 }
 
+TEST_F(ScaleFactor, StandsBeforeTheEndOfTheOptions) {
+    const LV2_Options_Option end{LV2_OPTIONS_INSTANCE, 0, 0, 0, 0, nullptr};
+    EXPECT_EQ(with({end, option(LV2_UI__scaleFactor, LV2_ATOM__Float, half)}), 1.0);
+}
+
 TEST_F(ScaleFactor, IsOneWithoutTheOptionOrTheOptions) {
     EXPECT_EQ(with({}), 1.0);
     EXPECT_EQ(scaleFactor(nullptr), 1.0);
