@@ -57,8 +57,7 @@ void HoverFrame::onMouseExited(CView* view, CFrame* /*exited*/) {
 }
 
 void HoverFrame::draw(CDrawContext& context, const CRect& updateRect) const {
-    if (hovered == nullptr || frame.getModalView() != nullptr)
-        return;
+    // Of nothing while something is open above: the pointer has left all else then.
     const std::optional<Shape> shape = shapeOf(hovered);
     if (!shape || shape->rect.isEmpty())
         return;

@@ -118,14 +118,17 @@ void ClapPlayer::settle() noexcept {
 
 // --- Activation ---
 
-void ClapPlayer::activate() {
+void ClapPlayer::activate(double newRate, std::uint32_t newLargestBlock) {
+    // A block of the old size may be under way.
     const Turn turn(busy, Turn::Manner::awaited);
+    rate = newRate;
+    largestBlock = newLargestBlock;
     active = instance.activate(rate, largestBlock);
 }
 
 void ClapPlayer::resume() {
     settle();
-    activate();
+    activate(rate, largestBlock);
     resumed = true;
 }
 
@@ -138,20 +141,19 @@ void ClapPlayer::suspend() {
 void ClapPlayer::setRate(double rate_) {
     if (!(rate_ > 0.0) || !std::isfinite(rate_) || rate_ == rate)
         return;
-    rate = rate_;
     if (resumed)
-        activate();
+        activate(rate_, largestBlock);
+    else
+        rate = rate_;
 }
 
 void ClapPlayer::setLargestBlock(std::uint32_t frames) {
     if (frames == 0 || frames == largestBlock)
         return;
-    const bool wasResumed = resumed;
-    if (wasResumed)
-        suspend(); // a block of the old size may be under way
-    largestBlock = frames;
-    if (wasResumed)
-        resume();
+    if (resumed)
+        activate(rate, frames);
+    else
+        largestBlock = frames;
 }
 
 // --- The main loop ---

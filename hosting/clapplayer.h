@@ -63,7 +63,7 @@ class ClapPlayer {
     void readValues();
     void collectChanges() noexcept;
     void noteTold() noexcept;
-    void activate();
+    void activate(double newRate, std::uint32_t newLargestBlock);
 
     ClapHost host;
     ClapInstance instance;

@@ -15,12 +15,11 @@ constexpr std::string_view embedPropertyName = "_XEMBED_INFO";
 constexpr std::string_view managedPropertyName = "WM_STATE";
 constexpr std::array<std::uint32_t, 2> embedVersionAndMapped{0, 1};
 
-// 0 when the server has not made it, or is gone.
-xcb_atom_t atomNamed(std::string_view name, bool onlyIfExists) {
+// 0 when the server is gone.
+xcb_atom_t atomNamed(std::string_view name) {
     const auto length = static_cast<std::uint16_t>(name.size());
     const ReplyPtr<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(
-        connection(), xcb_intern_atom(connection(), onlyIfExists ? 1 : 0, length, name.data()),
-        nullptr));
+        connection(), xcb_intern_atom(connection(), 0, length, name.data()), nullptr));
     return reply != nullptr ? reply->atom : 0;
 }
 
@@ -80,7 +79,7 @@ bool windowExists(std::uint32_t window) {
 }
 
 std::uint32_t managedWindowOf(std::uint32_t window) {
-    const xcb_atom_t managed = atomNamed(managedPropertyName, true);
+    const xcb_atom_t managed = atomNamed(managedPropertyName);
     if (managed == 0)
         return window;
     for (std::uint32_t around = window; around != 0;) {
@@ -98,7 +97,7 @@ std::uint32_t managedWindowOf(std::uint32_t window) {
 }
 
 void announceMapped(std::uint32_t window) {
-    const xcb_atom_t atom = atomNamed(embedPropertyName, false);
+    const xcb_atom_t atom = atomNamed(embedPropertyName);
     if (atom != 0)
         xcb_change_property(connection(), XCB_PROP_MODE_REPLACE, window, atom, atom, 32,
                             embedVersionAndMapped.size(), embedVersionAndMapped.data());

@@ -369,6 +369,9 @@ class Places : public RecursiveASTVisitor<Places>, private SourceText {
         if (const auto* made = dyn_cast<CXXConstructExpr>(bare);
             made != nullptr && made->getNumArgs() == 0)
             return true;
+        if (const auto* named = dyn_cast<DeclRefExpr>(bare);
+            named != nullptr && named->getDecl()->getNameAsString() == "nullopt")
+            return true;
         const std::string written = text(value);
         if (type->isBooleanType()) {
             // The operators there are changed into their contraries anyway.

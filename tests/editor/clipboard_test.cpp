@@ -112,6 +112,18 @@ TEST_P(EditorClipboard, KeepsTheTextWhenNothingIsSelected) {
     EXPECT_EQ(nameAfterReturn(), "init");
 }
 
+TEST_P(EditorClipboard, PastesItsOwnTextAtOnce) {
+    clickName();
+    control('c');
+    editor.key(XK_End);
+    // All of them wait for the editor when it looks.
+    editor.window->keyDown(XK_Control_L);
+    editor.window->keyDown('v');
+    editor.window->keyUp('v');
+    editor.window->keyUp(XK_Control_L);
+    EXPECT_EQ(nameAfterReturn(), "initinit");
+}
+
 TEST_P(EditorClipboard, PastesWhatAnotherProgramHasCopied) {
     other.copy("B\u00e4r");
     clickName();

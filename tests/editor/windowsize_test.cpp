@@ -92,6 +92,28 @@ TEST_F(WindowSize, ItsMenuOpensAgainAfterEscapeWasPressedTwice) {
     EXPECT_TRUE(editor.runUntil([&] { return size() == Size(486, 522); }));
 }
 
+TEST_F(WindowSize, ItsMenuMarksWhatIsChosen) {
+    follow();
+    open();
+    const Pixels closed = editor.pixels();
+    const auto opened = [&] {
+        editor.moveTo(nowhere.x, nowhere.y);
+        editor.click(title.x, title.y, 3);
+        EXPECT_TRUE(editor.runUntilStill(closed));
+        const Pixels menu = editor.window->pixels();
+        editor.key(XK_Escape);
+        EXPECT_TRUE(editor.runUntilStill(menu));
+        return menu;
+    };
+    const Pixels byTheDesktop = opened();
+    const auto [top, bottom] = changedRows(closed, byTheDesktop);
+    ASSERT_TRUE(choose(percent100));
+    const auto [first, last] = changedRows(byTheDesktop, opened());
+    const int line = (bottom - top) / lines;
+    EXPECT_LT(first, top + line) << "100 %";
+    EXPECT_GT(last, bottom - line) << "as the desktop";
+}
+
 TEST_F(WindowSize, IsAnotherAtOnceWhereTheHostFollows) {
     follow();
     open();

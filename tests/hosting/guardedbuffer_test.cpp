@@ -27,6 +27,17 @@ TEST(GuardedBuffer, NoticesASampleOnEitherSide) {
     EXPECT_FALSE(after.guardsIntact());
 }
 
+TEST(GuardedBuffer, WatchesAtLeast64SamplesOnEitherSide) {
+    for (std::size_t shift = 0; shift < 16; ++shift) {
+        GuardedBuffer<float> before(10, shift);
+        before.data()[-64] = 0.0F;
+        EXPECT_FALSE(before.guardsIntact()) << shift;
+        GuardedBuffer<float> after(10, shift);
+        after.data()[10 + 63] = 0.0F;
+        EXPECT_FALSE(after.guardsIntact()) << shift;
+    }
+}
+
 TEST(GuardedBuffer, KeepsItsSamplesAndGuardsInACopy) {
     GuardedBuffer<float> buffer(10, 3);
     std::ranges::fill(buffer.samples(), 0.25F);

@@ -239,6 +239,10 @@ class Finding(unittest.TestCase):
         self.assertEqual(self.changes(source), [])
         self.assertEqual(self.left(source), {"constant", "constant expression"})
 
+    def test_nothing_is_not_replaced_by_nothing(self):
+        source = "#include <optional>\nstd::optional<int> f() { return std::nullopt; }"
+        self.assertEqual(self.changes(source), [])
+
     def test_array_bounds_and_labels_are_left_out(self):
         source = "int a[3]; void f(int i) { switch (i) { case 2: break; } int b[2 + 2]; (void)b; }"
         self.assertEqual(self.changes(source), [])

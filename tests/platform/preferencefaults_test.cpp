@@ -2,6 +2,7 @@
 #include "platform/sqliteconnection.h"
 
 #include "tests/platform/preferencefaultstest.h"
+#include "tests/support/allocations.h"
 #include "tests/support/childprocess.h"
 
 #include <chrono>
@@ -9,6 +10,7 @@
 #include <cstdlib>
 #include <functional>
 #include <gtest/gtest.h>
+#include <new>
 #include <random>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -24,6 +26,22 @@ std::string randomBytes(std::size_t size) {
     for (char& byte : bytes)
         byte = static_cast<char>(generator());
     return bytes;
+}
+
+TEST_F(PreferenceFaults, AChangeWithoutMemoryForItIsRefusedOrMade) {
+    bool reached = true;
+    for (long number = 1; reached; ++number) {
+        ASSERT_TRUE(store("CurrDir", "/old/"));
+        Preferences preferences(folder.path.string());
+        preferences.set("CurrDir", "/new/");
+        bool made = false;
+        {
+            const AtAllocation outOfMemory(number, [](void*) { throw std::bad_alloc(); });
+            made = preferences.synchronise();
+            reached = outOfMemory.reached();
+        }
+        EXPECT_EQ(read("CurrDir"), made ? "/new/" : "/old/") << "allocation " << number;
+    }
 }
 
 class PreferenceDamage : public PreferenceFaults,

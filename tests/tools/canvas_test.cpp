@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <new>
 #include <string>
 #include <vector>
 
@@ -26,6 +27,10 @@ std::vector<unsigned char> drawn(const std::string& text, const TextStyle& style
     const Canvas canvas(width, height, black);
     canvas.text(x, 30.0, text, style);
     return pointsOf(canvas);
+}
+
+TEST(Canvas, IsNotMadeWhereThereIsNoRoomForIt) {
+    EXPECT_THROW(Canvas(1 << 30, 1 << 30, black), std::bad_alloc);
 }
 
 TEST(Canvas, DrawsEveryScriptNotOnlyThatOfItsFont) {

@@ -91,6 +91,8 @@ INSTANTIATE_TEST_SUITE_P(
                "making an instance in a host without extensions"},
         Defect{"host-without-extensions", "process-error", failed,
                "says that it cannot process, in a host without extensions"},
+        Defect{"host-without-extensions", "events-refused", failed,
+               "says that it cannot process, in a host without extensions"},
         Defect{"host-without-one-extension", "needs-host-params", failed,
                "dies: Segmentation fault", "making an instance in a host without clap.params"},
         Defect{"host-without-one-extension", "needs-host-state", failed, "dies: Segmentation fault",
@@ -108,6 +110,7 @@ INSTANTIATE_TEST_SUITE_P(
 INSTANTIATE_TEST_SUITE_P(
     OfParameters, CheckOfClapFinds,
     testing::Values(
+        Defect{"parameter-identifiers", "parameterless", "skipped", "has no parameters"},
         Defect{"parameter-identifiers", "identifiers-twice", failed,
                "has several parameters with the identifier 10, one of them parameter 10 (Mode)"},
         Defect{"parameter-identifiers", "identifier-of-none", failed,

@@ -178,6 +178,8 @@ INSTANTIATE_TEST_SUITE_P(
         Clause{"notes-played", "note-last-channel", notFinite + "with a phrase on channel 16"},
         Clause{"notes-played", "note-pedal-poisons",
                notFinite + "after the controllers that end all notes"},
+        Clause{"notes-played", "note-sound-off-poisons",
+               notFinite + "after the controllers that end all notes"},
         Clause{"notes-played", "note-wheel-overruns",
                outside + "the buffers it was given, with a "},
         Clause{"notes-played", "note-end-alone", "dies: Aborted (SIGABRT)"},

@@ -121,6 +121,15 @@ TEST(ClapWindowLife, HidingTakesItAwayAndShowingBringsItBack) {
     EXPECT_EQ(host.plugIn.host.timerCount(), 1U);
 }
 
+TEST(ClapWindowLife, EndsWithItsGuiThoughItWasNotHidden) {
+    ClapWindowHost host;
+    host.open();
+    ASSERT_EQ(host.parent->children().size(), 1U);
+    host.gui().destroy(host.plugin());
+    EXPECT_TRUE(host.parent->becomesEmpty());
+    EXPECT_EQ(host.plugIn.host.timerCount(), 0U);
+}
+
 TEST(ClapWindowLife, HostWithoutTimersGetsAWindowAllTheSame) {
     ClapWindowHost host(ClapExtensions::none);
     ASSERT_TRUE(host.open());

@@ -50,6 +50,17 @@ TEST(EventSequence, GivesTheAtomsThatWereWritten) {
     EXPECT_EQ(atomsIn(sequence.get()), (std::vector{atomOf(1, 5), atomOf(2, 0), atomOf(3, 16)}));
 }
 
+TEST(EventSequence, GivesAtomsOfAnySizeOneAfterTheOther) {
+    Sequence sequence(1024);
+    EventWriter writer(sequence.get(), sequenceType);
+    std::vector<std::vector<std::byte>> written;
+    for (std::uint32_t size = 0; size <= 24; ++size) {
+        written.push_back(atomOf(size + 1, size));
+        ASSERT_TRUE(writer.write(written.back()));
+    }
+    EXPECT_EQ(atomsIn(sequence.get()), written);
+}
+
 // By the LV2 library's own reader.
 TEST(EventSequence, IsReadByOthers) {
     Sequence sequence(256);

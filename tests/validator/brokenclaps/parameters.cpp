@@ -27,7 +27,7 @@ std::uint32_t placeOf(clap_id id) {
 }
 
 std::uint32_t countParameters(const clap_plugin*) {
-    return parameterCount;
+    return hasDefect("parameterless") ? 0 : parameterCount;
 }
 
 bool describeParameter(const clap_plugin* plugin, std::uint32_t index, clap_param_info* info) {

@@ -129,7 +129,10 @@ clap_process_status process(const clap_plugin* plugin, const clap_process* cycle
         for (std::uint32_t i = 0; i < cycle->in_events->size(cycle->in_events); ++i)
             out[0][cycle->in_events->get(cycle->in_events, i)->time] = 0.0F;
     events.applyUntil(everyTime);
-    return hasDefect("process-error") ? CLAP_PROCESS_ERROR : CLAP_PROCESS_CONTINUE;
+    const bool refused =
+        hasDefect("process-error") ||
+        (hasDefect("events-refused") && cycle->in_events->size(cycle->in_events) > 0);
+    return refused ? CLAP_PROCESS_ERROR : CLAP_PROCESS_CONTINUE;
 }
 
 const void* extension(const clap_plugin*, const char* id) {

@@ -6,6 +6,7 @@
 
 #include <X11/Xlib.h>
 #include <atomic>
+#include <cstdlib>
 #include <dlfcn.h>
 #include <filesystem>
 
@@ -30,6 +31,8 @@ class Editor {
         display = XOpenDisplay(nullptr);
         if (display == nullptr)
             return false;
+        if (++shown > 1 && !hasDefect("window-stays"))
+            std::abort(); // no host opens what is open
         window = XCreateSimpleWindow(display, parent, 0, 0, 100, 50, 0, 0, 0);
         // A window that is not to be seen yet cannot have the keyboard.
         if (hasDefect("x-error"))
@@ -48,6 +51,7 @@ class Editor {
         XDestroyWindow(display, window);
         XCloseDisplay(display);
         display = nullptr;
+        shown = 0;
     }
     bool isOpen() const { return display != nullptr; }
 
@@ -65,6 +69,7 @@ class Editor {
     static inline std::atomic<bool> anyOpen{false};
 
     int openings = 0;
+    int shown = 0; // since it was closed
     Display* display = nullptr;
     Window window = 0;
 };

@@ -56,7 +56,8 @@ class Notes {
         poisoned = poisoned || (hasDefect("note-system-poisons") && kind == 0xF0) ||
                    (hasDefect("note-highest-key") && kind == 0x90 && key == 127) ||
                    (hasDefect("note-last-channel") && kind == 0xD0 && channel == 15) ||
-                   (hasDefect("note-pedal-poisons") && kind == 0xB0 && key == 64);
+                   (hasDefect("note-pedal-poisons") && kind == 0xB0 && key == 64) ||
+                   (hasDefect("note-sound-off-poisons") && kind == 0xB0 && key == 120);
         overruns = overruns || (hasDefect("note-wheel-overruns") && kind == 0xE0) ||
                    (hasDefect("note-status-overruns") && kind < 0x80);
         if (key >= 128 || (kind != 0x80 && kind != 0x90))
