@@ -4,6 +4,7 @@
 #include "hosting/hostingerror.h"
 #include "hosting/ownprogram.h"
 #include "hosting/pipe.h"
+#include "hosting/sanitized.h"
 #include "validator/instance.h"
 #include "validator/rtguard.h"
 #include "validator/xerrors.h"
@@ -64,14 +65,6 @@ std::vector<std::string> childEnvironment(const Check& check, const ScratchHome&
         variables.push_back("LD_PRELOAD=" + guardLibrary().string());
     return variables;
 }
-
-// A sanitizer's runtime must come first in a process and would be displaced.
-constexpr bool sanitized =
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-    true;
-#else
-    false;
-#endif
 
 // Of an exit code, or minus a signal.
 std::string endOf(int ending) {
@@ -227,7 +220,7 @@ const char* nameOf(Verdict verdict) {
 
 Result runInChild(const Check& check, const Subject& subject, const ScratchHome& home,
                   int seconds) {
-    if (check.guard == Guard::realTime && sanitized)
+    if (check.guard == Guard::realTime && hosting::sanitized)
         return {&check, Verdict::skipped, "this program is built with a sanitizer", 0.0};
     if (check.guard == Guard::realTime && guardLibrary().empty())
         return {&check, Verdict::skipped, std::string("there is no ") + rtGuardFile, 0.0};

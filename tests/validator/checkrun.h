@@ -1,6 +1,7 @@
 // mirelon-host check as a user runs it.
 #pragma once
 
+#include "hosting/sanitized.h"
 #include "tests/support/shellcommand.h"
 
 #include <gtest/gtest.h>
@@ -27,13 +28,8 @@ inline nlohmann::json reportOf(const Outcome& outcome) {
 }
 
 // What would end a process by a signal ends it by the sanitizer's report.
-#ifdef __SANITIZE_ADDRESS__
-inline constexpr bool sanitized = true;
-#else
-inline constexpr bool sanitized = false;
-#endif
 inline bool isEndedByTheSanitizer(const nlohmann::json& check) {
-    return sanitized && check["note"] == "ends the host's process with exit status 1";
+    return hosting::sanitized && check["note"] == "ends the host's process with exit status 1";
 }
 
 // The interposing library and a sanitizer's runtime exclude each other.

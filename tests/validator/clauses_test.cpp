@@ -43,7 +43,7 @@ class CheckSays : public testing::TestWithParam<Clause> {
 
 TEST_P(CheckSays, WhatIsWrong) {
     const Clause& clause = GetParam();
-    if (sanitized && clause.defect == "one-record")
+    if (mirelon::hosting::sanitized && clause.defect == "one-record")
         GTEST_SKIP() << "a sanitizer ends the program when the record is closed twice";
     const auto check = checkOf(clause.check, clause.defect);
     if (needsSkipping(check))
