@@ -9,7 +9,6 @@
 #include <pthread.h>
 #include <stdexcept>
 #include <string>
-#include <thread>
 
 namespace {
 thread_local int locksTaken = 0;
@@ -153,27 +152,6 @@ TEST(RecordingHost, ManyLiveSideBySideAndTheirPlacesAreUsedAgain) {
         for (std::size_t i = 0; i < hosts.size(); ++i)
             EXPECT_EQ(call(*hosts[i], audioMasterCurrentId), static_cast<VstIntPtr>(i));
     }
-}
-
-TEST(RecordingHost, TakesCallsOfManyThreads) {
-    constexpr int threadCount = 4;
-    constexpr int callCount = 2000;
-    RecordingHost host;
-    std::vector<std::thread> threads;
-    threads.reserve(threadCount);
-    for (int i = 0; i < threadCount; ++i) {
-        threads.emplace_back([&host] {
-            for (int n = 0; n < callCount; ++n)
-                call(host, audioMasterGetTime);
-        });
-    }
-    for (int n = 0; n < callCount; n += 2) {
-        host.answer(audioMasterGetTime, n);
-        host.answer(audioMasterGetTime, [n](const HostCall&) { return n; });
-    }
-    for (std::thread& thread : threads)
-        thread.join();
-    EXPECT_EQ(host.count(audioMasterGetTime), std::size_t{threadCount} * callCount);
 }
 
 } // namespace
