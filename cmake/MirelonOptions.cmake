@@ -32,7 +32,7 @@ endif()
 macro(mirelon_unity)
   set(CMAKE_UNITY_BUILD ${MIRELON_UNITY})
   # No file is the main one then, whose classes may hold what is unnamed.
-  add_compile_options($<$<BOOL:${MIRELON_UNITY}>:-Wno-subobject-linkage>)
+  add_compile_options($<$<AND:$<BOOL:${MIRELON_UNITY}>,$<CXX_COMPILER_ID:GNU>>:-Wno-subobject-linkage>)
 endmacro()
 function(mirelon_apart)
   set_source_files_properties(${ARGN} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)

@@ -48,7 +48,7 @@ ParameterViews::ParameterViews(CFrame& frame, IControlListener& listener,
 
 void ParameterViews::add(ParameterIndex parameter, CControl* control) {
     frame.addView(control);
-    controls[parameter] = control;
+    controls[static_cast<std::size_t>(parameter)] = control;
 }
 
 float ParameterViews::readOutValue(const layout::SliderRow& row, float normalised) const {
@@ -78,7 +78,7 @@ void ParameterViews::addSlider(const layout::SliderRow& row) {
     setUpTextField(*readOut, row.readOut, kLeftText, row.text.converter, row.text.maximum,
                    readOutValue(row, value));
     frame.addView(readOut);
-    readOuts[row.parameter] = readOut;
+    readOuts[static_cast<std::size_t>(row.parameter)] = readOut;
     slider->setTyping([slider, readOut] { readOut->typeFrom(*slider); });
 }
 
@@ -97,7 +97,7 @@ void ParameterViews::addCaption(const layout::Caption& caption) {
         parameterNameStringConvert, layout::captionMaximum, static_cast<float>(caption.text));
     frame.addView(display);
     if (caption.parameter < kNumParams)
-        captions[caption.parameter] = display;
+        captions[static_cast<std::size_t>(caption.parameter)] = display;
 }
 
 void ParameterViews::dim(bool dimmed) {
