@@ -143,8 +143,9 @@ TEST(HoursOfAudio, LeaveMemoryAndSoundWhereTheyWere) {
     RecordProperty("blocks", std::to_string(blocks));
     RecordProperty("growth_kilobytes", std::to_string(growth));
     std::printf("%ld blocks, memory grew by %ld KiB\n", blocks, growth);
-    if (!hosting::sanitized) // which keeps freed memory for a while
+    if (!hosting::sanitized) { // which keeps freed memory for a while
         EXPECT_LE(growth, 256);
+    }
     effect.setParameter(0, 0.5F);
     EXPECT_EQ(processed(effect, in).left, first.left);
 }
