@@ -31,6 +31,7 @@ std::uint32_t countParameters(const clap_plugin*) {
 }
 
 bool describeParameter(const clap_plugin* plugin, std::uint32_t index, clap_param_info* info) {
+    transcript.note("get_info", 0, index);
     if (index >= parameterCount && !hasDefect("index-unchecked"))
         return false;
     const std::uint32_t place = std::min(index, parameterCount - 1);
@@ -62,6 +63,7 @@ bool describeParameter(const clap_plugin* plugin, std::uint32_t index, clap_para
 }
 
 bool value(const clap_plugin* plugin, clap_id id, double* result) {
+    transcript.note("get_value", 0, id);
     Plugin& self = of(plugin);
     if (hasDefect("bound-to-thread") && self.maker != std::this_thread::get_id())
         std::abort();
@@ -73,6 +75,7 @@ bool value(const clap_plugin* plugin, clap_id id, double* result) {
 }
 
 bool textOf(const clap_plugin*, clap_id id, double number, char* text, std::uint32_t size) {
+    transcript.note("value_to_text", 0, id, number, size);
     const std::uint32_t place = placeOf(id);
     if (place >= parameterCount || hasDefect("text-missing"))
         return false;
@@ -91,6 +94,7 @@ bool textOf(const clap_plugin*, clap_id id, double number, char* text, std::uint
 }
 
 bool valueOf(const clap_plugin*, clap_id id, const char* text, double* number) {
+    transcript.note("text_to_value", 0, id, text);
     const std::uint32_t place = placeOf(id);
     if (place >= parameterCount || hasDefect("text-unread"))
         return false;
@@ -125,6 +129,7 @@ void setValue(Plugin& self, std::uint32_t place, double number) {
 
 void flush(const clap_plugin* plugin, const clap_input_events* in, const clap_output_events*) {
     Plugin& self = of(plugin);
+    transcript.note("flush", 0, in != nullptr);
     allocateIf("flush-allocates");
     if ((hasDefect("flush-ignored") && !self.active) ||
         (hasDefect("flush-ignored-in-pauses") && self.active && !self.processing))
@@ -146,6 +151,11 @@ void Events::applyUntil(std::uint32_t time) {
 }
 
 void Events::apply(const clap_event_header& event) {
+    transcript.note("event", event.type, event.space_id, event.time, event.flags, event.size);
+    if (event.size >= sizeof(clap_event_param_value)) {
+        const auto& set = reinterpret_cast<const clap_event_param_value&>(event);
+        transcript.note("event's value", event.type, set.param_id, set.value);
+    }
     const bool rightSpace =
         event.space_id == CLAP_CORE_EVENT_SPACE_ID || hasDefect("space-unchecked");
     const bool rightType = event.type == CLAP_EVENT_PARAM_VALUE || hasDefect("type-unchecked");

@@ -48,6 +48,7 @@ const Extension* hostExtension(const clap_host* host, const char* id) {
 }
 
 bool init(const clap_plugin* plugin) {
+    transcript.note("init", 0);
     const clap_host* const host = of(plugin).host;
     if (hasDefect("needs-host-params"))
         hostExtension<clap_host_params>(host, CLAP_EXT_PARAMS)->request_flush(host);
@@ -61,6 +62,7 @@ bool init(const clap_plugin* plugin) {
 }
 
 void destroy(const clap_plugin* plugin) {
+    transcript.note("destroy", 0);
     std::erase(living, &of(plugin));
     delete &of(plugin);
 }
@@ -69,7 +71,8 @@ void destroy(const clap_plugin* plugin) {
 constexpr std::array rates{8000.0,  11025.0, 16000.0,  22050.0,  32000.0,  44100.0, 48000.0,
                            88200.0, 96000.0, 176400.0, 192000.0, 384000.0, 768000.0};
 
-bool activate(const clap_plugin* plugin, double rate, std::uint32_t, std::uint32_t most) {
+bool activate(const clap_plugin* plugin, double rate, std::uint32_t least, std::uint32_t most) {
+    transcript.note("activate", 0, rate, least, most);
     Plugin& self = of(plugin);
     if (std::ranges::find(rates, rate) == rates.end())
         return false;
@@ -85,10 +88,12 @@ bool activate(const clap_plugin* plugin, double rate, std::uint32_t, std::uint32
 }
 
 void deactivate(const clap_plugin* plugin) {
+    transcript.note("deactivate", 0);
     of(plugin).active = false;
 }
 
 bool startProcessing(const clap_plugin* plugin) {
+    transcript.note("start_processing", 0);
     Plugin& self = of(plugin);
     allocateIf("start-allocates");
     self.processing = ++self.starts < 4 || !hasDefect("starts-run-out");
@@ -96,10 +101,12 @@ bool startProcessing(const clap_plugin* plugin) {
 }
 
 void stopProcessing(const clap_plugin* plugin) {
+    transcript.note("stop_processing", 0);
     of(plugin).processing = false;
 }
 
 void reset(const clap_plugin* plugin) {
+    transcript.note("reset", 0);
     Plugin& self = of(plugin);
     if (!hasDefect("reset-keeps-sound"))
         self.memory = {};
@@ -116,6 +123,8 @@ clap_process_status process(const clap_plugin* plugin, const clap_process* cycle
     const auto feedback = static_cast<float>(std::min(12000.0 / self.rate, 0.5));
     Events events(self, cycle->in_events, Way::process);
     float** const in = cycle->audio_inputs[0].data32;
+    for (std::size_t channel = 0; channel < self.memory.size(); ++channel)
+        transcript.note("process", 0, std::as_bytes(std::span(in[channel], cycle->frames_count)));
     float** const out = cycle->audio_outputs[0].data32;
     for (std::uint32_t frame = 0; frame < cycle->frames_count; ++frame) {
         events.applyUntil(frame);
@@ -136,6 +145,7 @@ clap_process_status process(const clap_plugin* plugin, const clap_process* cycle
 }
 
 const void* extension(const clap_plugin*, const char* id) {
+    transcript.note("get_extension", 0, id);
     if (std::strcmp(id, CLAP_EXT_AUDIO_PORTS) == 0)
         return &ports;
     const std::string_view name(id);
@@ -147,7 +157,9 @@ const void* extension(const clap_plugin*, const char* id) {
     return nullptr;
 }
 
-void onMainThread(const clap_plugin*) {}
+void onMainThread(const clap_plugin*) {
+    transcript.note("on_main_thread", 0);
+}
 
 // --- The file ---
 
@@ -174,6 +186,7 @@ int users = 0;
 bool wasLeft = false;
 
 bool initFile(const char*) {
+    transcript.note("entry init", 0);
     if (hasDefect("init-once") && wasLeft)
         return false;
     ++users;
@@ -183,6 +196,9 @@ bool initFile(const char*) {
 void leaveFile() {
     users = hasDefect("users-uncounted") ? 0 : users - 1;
     wasLeft = true;
+    transcript.note("entry deinit", 0);
+    if (users <= 0)
+        transcript.write();
 }
 
 const void* factoryOf(const char* id) {

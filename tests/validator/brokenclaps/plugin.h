@@ -2,6 +2,7 @@
 #pragma once
 
 #include "tests/validator/defects.h"
+#include "tests/validator/transcript.h"
 
 #include <array>
 #include <clap/plugin.h>
@@ -45,6 +46,8 @@ struct Plugin {
     std::uint32_t mostFrames = 0;
     std::thread::id maker = std::this_thread::get_id();
 };
+
+inline Transcript transcript;
 
 // All that there are.
 inline std::vector<Plugin*> living;

@@ -19,6 +19,7 @@ struct State {
 static_assert(sizeof(State) == 1000);
 
 bool save(const clap_plugin* plugin, const clap_ostream* stream) {
+    transcript.note("save", 0);
     State state;
     for (std::uint32_t place = 0; place < parameterCount; ++place)
         state.values.at(place) = of(plugin).at(place);
@@ -52,6 +53,7 @@ bool load(const clap_plugin* plugin, const clap_istream* stream) {
         if (hasDefect("reads-once"))
             break;
     }
+    transcript.note("load", 0, Transcript::Bytes(bytes, done));
     const bool whole = done == sizeof state;
     if (!whole && hasDefect("part-of-a-state-taken"))
         return true;

@@ -5,6 +5,7 @@
 #include "tests/validator/brokeneffects/description.h"
 #include "tests/validator/brokeneffects/editor.h"
 #include "tests/validator/brokeneffects/notes.h"
+#include "tests/validator/brokeneffects/transcript.h"
 #include "tests/validator/defects.h"
 
 #include <algorithm>
@@ -52,6 +53,7 @@ class TestEffect {
         record.dispatcher = [](AEffect* e, VstInt32 opcode, VstInt32 index, VstIntPtr value,
                                void* ptr, float opt) {
             auto* const self = static_cast<TestEffect*>(e->object);
+            noteDispatcher(opcode, index, value, ptr, opt);
             if (opcode == effClose) {
                 if (!hasDefect("one-record"))
                     delete self;
@@ -60,9 +62,11 @@ class TestEffect {
             return self->dispatch(opcode, index, value, ptr, opt);
         };
         record.setParameter = [](AEffect* e, VstInt32 index, float value) {
+            transcript.note("setParameter", 0, index, value);
             static_cast<TestEffect*>(e->object)->setParameter(index, value);
         };
         record.getParameter = [](AEffect* e, VstInt32 index) {
+            transcript.note("getParameter", 0, index);
             return static_cast<TestEffect*>(e->object)->getParameter(index);
         };
         record.processReplacing = [](AEffect* e, float** in, float** out, VstInt32 frames) {
@@ -71,6 +75,7 @@ class TestEffect {
         record.processDoubleReplacing = [](AEffect* e, double** in, double** out, VstInt32 frames) {
             static_cast<TestEffect*>(e->object)->process(in, out, frames);
         };
+        ++living;
         record.numPrograms = hasDefect("many-programs") ? 300 : 2;
         record.numParams = parameterCount;
         record.numInputs = 2;
@@ -92,6 +97,8 @@ class TestEffect {
     ~TestEffect() {
         if (hasDefect("crash-on-close"))
             crash();
+        if (--living == 0)
+            transcript.write();
     }
     TestEffect(const TestEffect&) = delete;
     TestEffect& operator=(const TestEffect&) = delete;
@@ -319,6 +326,7 @@ class TestEffect {
         ++inside;
         if (!running || frames > mostFrames)
             crash(); // no host does that
+        noteProcess(std::span<Sample* const>(in, 2), frames);
         const std::array<float, parameterCount> values = state.values;
         const auto gain = std::isfinite(values[0]) ? static_cast<Sample>(values[0]) : Sample(0);
         for (int channel = 0; channel < 2; ++channel) {
@@ -336,6 +344,7 @@ class TestEffect {
     }
 
     static inline std::atomic<VstInt32> made{0};
+    static inline int living = 0;
 
     const VstInt32 number = made++;
     Description description{number, parameterCount};
