@@ -125,11 +125,23 @@ TEST(Check, LeavesOutWhatIsToBeSkipped) {
 TEST(Check, RunsInThisProcessForADebugger) {
     const Outcome good = run(host + " check --in-process --only state-round-trip " + goodEffect);
     EXPECT_EQ(good.status, 0) << good.output;
+    const Outcome bad = run("MIRELON_DEFECT=index-wraps " + host +
+                            " check --in-process --only parameter-strange-indices " + goodEffect);
+    EXPECT_NE(bad.output.find("while: setting parameter -2147483648, which it does not have\n"),
+              std::string::npos)
+        << bad.output;
     // A crash is this process's own.
     const Outcome crash = run("MIRELON_DEFECT=nan-crash " + host +
                               " check --in-process --only parameter-strange-values " + goodEffect);
     EXPECT_NE(crash.status, 0);
     EXPECT_EQ(crash.output.find("again:"), std::string::npos) << crash.output;
+}
+
+TEST(Check, SaysThatAWindowThatStaysDoesSoWhenItIsClosed) {
+    VirtualDisplay::start();
+    const Outcome outcome = run("MIRELON_DEFECT=window-stays " + host +
+                                " check --json --only editor-opened-twice " + goodEffect);
+    EXPECT_EQ(reportOf(outcome)["checks"][0]["while"], "closing the editor") << outcome.output;
 }
 
 TEST(Check, SaysOfACrashWhatWasDoneHowItEndedAndHowToRepeatIt) {

@@ -91,8 +91,9 @@ TEST_P(CheckTranscripts, AreTheOnesThatAreKept) {
     EXPECT_FALSE(kept.empty());
     const auto [one, other] = std::ranges::mismatch(found, kept);
     EXPECT_TRUE(one == found.end() && other == kept.end())
-        << "found: " << (one != found.end() ? *one : "the end") << "\nkept:  "
-        << (other != kept.end() ? *other : "the end") << "\nall that was found: " << copy;
+        << "found: " << (one != found.end() ? *one : "the end")
+        << "\nkept:  " << (other != kept.end() ? *other : "the end")
+        << "\nall that was found: " << copy;
 }
 
 INSTANTIATE_TEST_SUITE_P(Of, CheckTranscripts,

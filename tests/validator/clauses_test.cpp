@@ -200,6 +200,22 @@ INSTANTIATE_TEST_SUITE_P(
     nameOf);
 
 INSTANTIATE_TEST_SUITE_P(
+    OfWhatThereIsNotToCheck, CheckSays,
+    testing::Values(
+        Clause{"audio-every-rate-and-block", "no-outputs", "has no outputs", "skipped"},
+        Clause{"audio-double-precision", "no-doubles", "processes no doubles", "skipped"},
+        Clause{"audio-in-place", "one-input", "has not as many inputs as outputs", "skipped"},
+        Clause{"audio-in-place", "never-the-same", "puts out something else each time", "skipped"},
+        Clause{"audio-silence", "instrument", "is an instrument", "skipped"},
+        Clause{"automation-every-block", "no-parameters", "has no parameters", "skipped"},
+        Clause{"parameter-random-bits", "no-parameters", "has no parameters", "skipped"},
+        Clause{"realtime-set-parameter", "no-parameters", "has no parameters", "skipped"},
+        Clause{"editor-opened-twice", "no-editor", "has no editor", "skipped"},
+        Clause{"state-round-trip", "no-state", "keeps no state of its own", "skipped"},
+        Clause{"state-noise", "no-state", "keeps no state of its own", "skipped"}),
+    nameOf);
+
+INSTANTIATE_TEST_SUITE_P(
     OfTheWindow, CheckSays,
     testing::Values(
         Clause{"editor-opened-twice", "second-opening", "opens no window in the host's"},
@@ -307,12 +323,16 @@ TEST_P(CheckCounts, WhatItTries) {
 
 INSTANTIATE_TEST_SUITE_P(
     , CheckCounts,
-    testing::Values(Clause{"programs-stable", "none", "2 programs", "passed"},
-                    Clause{"programs-stable", "many-programs", "256 of 300 programs", "passed"},
-                    Clause{"state-every-length", "none", "0 to 2000 bytes", "passed"},
-                    Clause{"state-every-byte-flipped", "none", "20 bytes flipped", "passed"},
-                    Clause{"state-noise", "none", "1 MiB, and 200 of the state's own size",
-                           "passed"}),
+    testing::Values(
+        Clause{"identity-stable", "none", "test effect", "passed"},
+        Clause{"programs-stable", "none", "2 programs", "passed"},
+        Clause{"programs-stable", "many-programs", "256 of 300 programs", "passed"},
+        Clause{"parameter-texts-stable", "none", "3 parameters", "passed"},
+        Clause{"parameter-properties-stable", "none", "3 described", "passed"},
+        Clause{"audio-every-rate-and-block", "none", "13 rates, 23 block sizes", "passed"},
+        Clause{"state-every-length", "none", "0 to 2000 bytes", "passed"},
+        Clause{"state-every-byte-flipped", "none", "20 bytes flipped", "passed"},
+        Clause{"state-noise", "none", "1 MiB, and 200 of the state's own size", "passed"}),
     nameOf);
 
 struct Place {

@@ -1,6 +1,6 @@
-// What a test plug-in has been told: how often each of its functions was called, and a
-// digest of what with. Kept if the environment names a file. Counted and not recorded,
-// because calls are watched for allocating. For calls of one thread at a time.
+// What a test plug-in has been told: how often each of its functions was called, a digest of
+// what with, and one of the order of all calls. Kept if the environment names a file. Counted and
+// not recorded, because calls are watched for allocating. For calls of one thread at a time.
 #pragma once
 
 #include <array>
@@ -26,6 +26,8 @@ class Transcript {
     void note(const char* function, int number, const Values&... values) {
         if (!isKept())
             return;
+        order.add(function);
+        order.add(number);
         Call& call = callOf(function, number);
         ++call.times;
         (call.add(values), ...);
@@ -45,10 +47,11 @@ class Transcript {
             std::abort();
         for (std::size_t i = 0; i < known; ++i)
             std::fprintf(stream, "%s %d: %ld times, %08x\n", calls[i].function, calls[i].number,
-                         calls[i].times,
-                         static_cast<unsigned>(calls[i].digest ^ (calls[i].digest >> 32U)));
+                         calls[i].times, calls[i].shortened());
+        std::fprintf(stream, "in this order: %08x\n", order.shortened());
         std::fclose(stream);
         known = 0;
+        order = {};
     }
 
   private:
@@ -58,13 +61,12 @@ class Transcript {
         long times = 0;
         std::uint64_t digest = 0xcbf29ce484222325; // FNV-1a
 
+        unsigned shortened() const { return static_cast<unsigned>(digest ^ (digest >> 32U)); }
         void add(Bytes bytes) {
             for (const std::byte byte : bytes)
                 digest = (digest ^ std::to_integer<std::uint64_t>(byte)) * 0x100000001b3;
         }
-        void add(const char* text) {
-            add(std::as_bytes(std::span(text, std::strlen(text))));
-        }
+        void add(const char* text) { add(std::as_bytes(std::span(text, std::strlen(text)))); }
         void add(std::integral auto number) {
             const auto wide = static_cast<std::int64_t>(number);
             add(std::as_bytes(std::span(&wide, 1)));
@@ -88,6 +90,7 @@ class Transcript {
     const char* const file = std::getenv("MIRELON_TEST_TRANSCRIPT");
     std::size_t known = 0;
     std::array<Call, 160> calls{};
+    Call order;
 };
 
 } // namespace mirelon::test

@@ -127,9 +127,10 @@ void setValue(Plugin& self, std::uint32_t place, double number) {
     self.at(place) = place == mode ? std::round(number) : number;
 }
 
-void flush(const clap_plugin* plugin, const clap_input_events* in, const clap_output_events*) {
+void flush(const clap_plugin* plugin, const clap_input_events* in, const clap_output_events* out) {
     Plugin& self = of(plugin);
     transcript.note("flush", 0, in != nullptr);
+    fill(out, self);
     allocateIf("flush-allocates");
     if ((hasDefect("flush-ignored") && !self.active) ||
         (hasDefect("flush-ignored-in-pauses") && self.active && !self.processing))
@@ -138,6 +139,22 @@ void flush(const clap_plugin* plugin, const clap_input_events* in, const clap_ou
 }
 
 } // namespace
+
+void fill(const clap_output_events* out, Plugin& self) {
+    if (!transcript.isKept() || out == nullptr)
+        return;
+    const clap_event_param_value told{
+        .header = {sizeof told, 0, CLAP_CORE_EVENT_SPACE_ID, CLAP_EVENT_PARAM_VALUE, 0},
+        .param_id = identifiers[gain],
+        .cookie = nullptr,
+        .note_id = -1,
+        .port_index = -1,
+        .channel = -1,
+        .key = -1,
+        .value = self.at(gain)};
+    for (int i = 0; i < 100; ++i)
+        transcript.note("try_push", 0, out->try_push(out, &told.header));
+}
 
 Events::Events(Plugin& plugin, const clap_input_events* list, Way way)
     : self(plugin)

@@ -35,6 +35,10 @@ class Events {
     bool applied = false;
 };
 
+// Where transcripts are kept: tells of a parameter so often that a list of events that its
+// host does not empty between calls is full before long, and keeps the answers.
+void fill(const clap_output_events* out, Plugin& self);
+
 extern const clap_plugin_params params;
 
 } // namespace mirelon::test::brokenclaps

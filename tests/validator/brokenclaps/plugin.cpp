@@ -138,6 +138,7 @@ clap_process_status process(const clap_plugin* plugin, const clap_process* cycle
         for (std::uint32_t i = 0; i < cycle->in_events->size(cycle->in_events); ++i)
             out[0][cycle->in_events->get(cycle->in_events, i)->time] = 0.0F;
     events.applyUntil(everyTime);
+    fill(cycle->out_events, self);
     const bool refused =
         hasDefect("process-error") ||
         (hasDefect("events-refused") && cycle->in_events->size(cycle->in_events) > 0);

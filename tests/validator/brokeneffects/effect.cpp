@@ -77,11 +77,13 @@ class TestEffect {
         };
         ++living;
         record.numPrograms = hasDefect("many-programs") ? 300 : 2;
-        record.numParams = parameterCount;
-        record.numInputs = 2;
-        record.numOutputs = 2;
-        record.flags = effFlagsHasEditor | effFlagsCanReplacing | effFlagsProgramChunks |
-                       effFlagsCanDoubleReplacing;
+        record.numParams = hasDefect("no-parameters") ? 0 : parameterCount;
+        record.numInputs = hasDefect("one-input") ? 1 : 2;
+        record.numOutputs = hasDefect("no-outputs") ? 0 : 2;
+        record.flags = effFlagsCanReplacing | (hasDefect("no-editor") ? 0 : effFlagsHasEditor) |
+                       (hasDefect("no-state") ? 0 : effFlagsProgramChunks) |
+                       (hasDefect("no-doubles") ? 0 : effFlagsCanDoubleReplacing) |
+                       (hasDefect("instrument") ? effFlagsIsSynth : 0);
         if (hasDefect("promised-silence"))
             record.flags |= effFlagsNoSoundInStop;
         record.object = this;
@@ -299,6 +301,9 @@ class TestEffect {
             crash();
         if (hasDefect("odd-noise") && frames % 2 == 1)
             out[0][0] = std::numeric_limits<Sample>::quiet_NaN();
+        if (hasDefect("never-the-same"))
+            out[0][0] += static_cast<Sample>(
+                std::chrono::steady_clock::now().time_since_epoch().count() % 1'000'003);
         if (hasDefect("whisper"))
             out[0][0] += static_cast<Sample>(1e-8);
         if (hasDefect("against-denormals"))

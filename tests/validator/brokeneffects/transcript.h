@@ -39,9 +39,9 @@ inline void noteDispatcher(VstInt32 opcode, VstInt32 index, VstIntPtr value, con
     if (opcode == effCanDo)
         transcript.note("question", 0, static_cast<const char*>(ptr));
     if (opcode == effSetChunk && value > 0)
-        transcript.note("state", 0,
-                        Transcript::Bytes(static_cast<const std::byte*>(ptr),
-                                          static_cast<std::size_t>(value)));
+        transcript.note(
+            "state", 0,
+            Transcript::Bytes(static_cast<const std::byte*>(ptr), static_cast<std::size_t>(value)));
     if (opcode == effProcessEvents)
         noteEvents(*static_cast<const VstEvents*>(ptr));
 }
