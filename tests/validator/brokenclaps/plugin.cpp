@@ -13,6 +13,7 @@
 #include <clap/plugin-factory.h>
 #include <cstdlib>
 #include <cstring>
+#include <span>
 #include <string_view>
 
 namespace mirelon::test::brokenclaps {
