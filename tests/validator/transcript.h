@@ -4,7 +4,6 @@
 #pragma once
 
 #include <array>
-#include <bit>
 #include <concepts>
 #include <cstddef>
 #include <cstdint>

@@ -23,8 +23,6 @@ inline void noteEvents(const VstEvents& list) {
 
 inline void noteDispatcher(VstInt32 opcode, VstInt32 index, VstIntPtr value, const void* ptr,
                            float opt) {
-    if (!transcript.isKept())
-        return;
     // Idle commands come by the clock; displays and windows are others each time.
     if (opcode == effEditIdle) {
         transcript.noteOnce("dispatcher", opcode);
