@@ -4,14 +4,14 @@
 // found is kept there as a reference. scripts/pictures window makes all of them so.
 #include "tests/editor/editorhost.h"
 #include "tests/editor/positions.h"
-#include "tests/editor/referencepictures.h"
+#include "tests/support/fontsettings.h"
+#include "tests/support/referencepictures.h"
 
 #include <X11/keysym.h>
 #include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <gtest/gtest.h>
 #include <tuple>
 #include <utility>
@@ -101,23 +101,9 @@ class Appearance : public testing::TestWithParam<std::tuple<const char*, Look>> 
         unsetenv("MIRELON_SCALE");
         editor->moveTo(nowhere.x, nowhere.y);
     }
-    // Whatever this machine's user prefers, type is set as in the references.
     static void pinFontSettings() {
         static const TemporaryFolder folder;
-        const fs::path file = folder / "fonts.conf";
-        std::ofstream(file) << R"(<?xml version="1.0"?>
-            <!DOCTYPE fontconfig SYSTEM "fonts.dtd">
-            <fontconfig>
-            <include>/etc/fonts/fonts.conf</include>
-            <match target="pattern">
-            <edit name="antialias" mode="assign"><bool>true</bool></edit>
-            <edit name="hinting" mode="assign"><bool>true</bool></edit>
-            <edit name="hintstyle" mode="assign"><const>hintslight</const></edit>
-            <edit name="autohint" mode="assign"><bool>false</bool></edit>
-            <edit name="rgba" mode="assign"><const>none</const></edit>
-            </match>
-            </fontconfig>)";
-        setenv("FONTCONFIG_FILE", file.c_str(), 1);
+        setenv("FONTCONFIG_FILE", writeFontSettings(folder.path).c_str(), 1);
     }
     // To look closely takes time: each picture that stands still is looked at once.
     bool comesToShow(const Pixels& reference) const {
@@ -155,21 +141,10 @@ class Appearance : public testing::TestWithParam<std::tuple<const char*, Look>> 
         ASSERT_TRUE(writePicture(still(), folder / referenceOf(look.name, scale).filename(),
                                  look.name == looks[0].name ? nullptr : &atRest));
     }
-    // Keeps what is found and how it differs, and says where.
     std::string kept(const Pixels& reference) const {
         const Pixels found = editor->window->pixels();
-        const Differences differences = differencesBetween(found, reference, type, editor->scale);
-        const fs::path folder = MIRELON_FOUND_PICTURES;
-        fs::create_directories(folder);
-        const fs::path name = referenceOf(look.name, scale).stem();
-        const fs::path whole = folder / (name.string() + ".png");
-        const fs::path difference = folder / (name.string() + "-difference.png");
-        writePicture(found, whole);
-        writePicture(marked(found, differences), difference);
-        return std::to_string(differences.drawn.size()) + " pixels that are drawn and " +
-               std::to_string(differences.type.size()) + " of type differ (these by up to " +
-               std::to_string(differences.largestOfType) + ")\nfound              " +
-               whole.string() + "\ndifferences in red " + difference.string();
+        return keepDifferences(found, differencesBetween(found, reference, type, editor->scale),
+                               MIRELON_FOUND_PICTURES, referenceOf(look.name, scale).stem());
     }
 
     const std::string scale = std::get<0>(GetParam());

@@ -1,4 +1,4 @@
-#include "tests/editor/referencepictures.h"
+#include "tests/support/referencepictures.h"
 
 #include <algorithm>
 #include <array>
@@ -62,6 +62,18 @@ int distance(const std::array<int, 3>& a, const std::array<int, 3>& b) {
 // Half way to white.
 std::uint32_t paler(std::uint32_t pixel) {
     return (pixel >> 1U & 0x7F7F7FU) + 0x808080U;
+}
+
+// What has been found paler, with the differences in red.
+Picture marked(const Picture& found, const Differences& differences) {
+    Picture result = found;
+    for (std::uint32_t& pixel : result.rgb)
+        pixel = paler(pixel);
+    for (const auto* pixels : {&differences.drawn, &differences.type})
+        for (const auto& [x, y] : *pixels)
+            result.rgb.at(static_cast<std::size_t>(y) * static_cast<std::size_t>(found.width) +
+                          static_cast<std::size_t>(x)) = red;
+    return result;
 }
 
 // The pixels of the window that belong to an area, in part or whole.
@@ -147,15 +159,17 @@ Differences differencesBetween(const Picture& found, const Picture& reference,
     return differences;
 }
 
-Picture marked(const Picture& found, const Differences& differences) {
-    Picture result = found;
-    for (std::uint32_t& pixel : result.rgb)
-        pixel = paler(pixel);
-    for (const auto* pixels : {&differences.drawn, &differences.type})
-        for (const auto& [x, y] : *pixels)
-            result.rgb.at(static_cast<std::size_t>(y) * static_cast<std::size_t>(found.width) +
-                          static_cast<std::size_t>(x)) = red;
-    return result;
+std::string keepDifferences(const Picture& found, const Differences& differences,
+                            const std::filesystem::path& folder, const std::string& name) {
+    std::filesystem::create_directories(folder);
+    const auto whole = folder / (name + ".png");
+    const auto difference = folder / (name + "-difference.png");
+    writePicture(found, whole);
+    writePicture(marked(found, differences), difference);
+    return std::to_string(differences.drawn.size()) + " pixels that are drawn and " +
+           std::to_string(differences.type.size()) + " of type differ (these by up to " +
+           std::to_string(differences.largestOfType) + ")\nfound              " + whole.string() +
+           "\ndifferences in red " + difference.string();
 }
 
 } // namespace mirelon::test

@@ -1,5 +1,5 @@
-// Pictures of the window in files, to compare a window with: all of it at rest, and
-// of any other look the pixels that are not as at rest.
+// Pictures in files, to compare with what is drawn now: the window at rest and, of any
+// other look, the pixels that are not as at rest; and what tools draw.
 #pragma once
 
 #include "hosting/picture.h"
@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <optional>
 #include <span>
+#include <string>
 #include <vector>
 
 namespace mirelon::test {
@@ -42,7 +43,10 @@ struct Differences {
 // there only what is left behind a soft focus counts.
 Differences differencesBetween(const hosting::Picture& found, const hosting::Picture& reference,
                                std::span<const TypeArea> type, double scale);
-// What has been found paler, with the differences in red.
-hosting::Picture marked(const hosting::Picture& found, const Differences& differences);
+// Keeps what has been found as NAME.png, and paler with the differences in red as
+// NAME-difference.png, in a folder that is made if need be. Returns how many there are
+// and where to look.
+std::string keepDifferences(const hosting::Picture& found, const Differences& differences,
+                            const std::filesystem::path& folder, const std::string& name);
 
 } // namespace mirelon::test
