@@ -9,9 +9,10 @@ namespace mirelon::tools {
 
 void addPluginOption(CLI::App& parser, std::string& file) {
     parser
-        .add_option("--plugin", file,
-                    "The plug-in: a VST 2.4 .so, an LV2 bundle or an LV2 URI (default: the Mirelon "
-                    "found)")
+        .add_option(
+            "--plugin", file,
+            "The plug-in: a VST 2.4 .so, a .clap, an LV2 bundle or an LV2 URI (default: the "
+            "Mirelon found)")
         ->type_name("FILE");
 }
 

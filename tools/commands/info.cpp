@@ -138,18 +138,23 @@ std::string joined(const Json& list) {
 
 void printParameter(const Json& parameter) {
     const std::string label = text(parameter["label"]);
-    std::string steps;
+    std::string remarks;
+    const auto remark = [&remarks](const std::string& text) {
+        remarks.append(remarks.empty() ? "  " : ", ").append(text);
+    };
     if (const auto properties = parameter.find("properties"); properties != parameter.end()) {
         std::array<char, 64> buffer{};
         std::snprintf(buffer.data(), buffer.size(), "step %g, small %g, large %g",
                       (*properties)["step"].get<double>(), (*properties)["smallStep"].get<double>(),
                       (*properties)["largeStep"].get<double>());
-        steps = (*properties)["switch"].get<bool>() ? "switch" : buffer.data();
+        remark((*properties)["switch"].get<bool>() ? "switch" : buffer.data());
     }
-    std::printf("  %2d  %-12s %8s %-4s %6.4f  %s%s\n", parameter["index"].get<int>(),
+    if (!parameter["automatable"].get<bool>())
+        remark("not automatable");
+    std::printf("  %2d  %-12s %8s %-4s %6.4f%s\n", parameter["index"].get<int>(),
                 text(parameter["name"]).c_str(), text(parameter["display"]).c_str(),
                 std::string(trimmed(label)).c_str(), parameter["value"].get<double>(),
-                steps.c_str(), parameter["automatable"].get<bool>() ? "" : ", not automatable");
+                remarks.c_str());
 }
 
 void print(const Json& all) {
@@ -162,6 +167,8 @@ void print(const Json& all) {
     std::printf("  category    %s\n", text(all["category"]).c_str());
     if (all.contains("uri"))
         std::printf("  interface   LV2, %s\n", text(all["uri"]).c_str());
+    else if (text(all["format"]) == hosting::nameOf(hosting::PluginFormat::clap))
+        std::printf("  interface   CLAP\n");
     else
         std::printf("  interface   VST %ld, unique ID %s, version %d\n",
                     all["vstVersion"].get<long>(), text(record["uniqueID"]).c_str(),
