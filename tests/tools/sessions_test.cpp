@@ -3,6 +3,7 @@
 // otherwise is left in the build's folder, to be looked at and copied.
 #include "tests/support/shellcommand.h"
 #include "tests/support/temporaryfolder.h"
+#include "tests/support/virtualdisplay.h"
 #include "tests/tools/soundfile.h"
 
 #include <cmath>
@@ -37,10 +38,13 @@ void writeSounds(const fs::path& folder) {
 }
 
 class Sessions : public testing::TestWithParam<const char*> {};
-INSTANTIATE_TEST_SUITE_P(Of, Sessions, testing::Values("describing", "presets", "rendering"),
+INSTANTIATE_TEST_SUITE_P(Of, Sessions,
+                         testing::Values("checking", "checkingmirelon", "describing", "presets",
+                                         "rendering"),
                          [](const auto& tested) { return tested.param; });
 
 TEST_P(Sessions, PrintWhatTheyAreToPrint) {
+    VirtualDisplay::start();
     const TemporaryFolder folder;
     writeSounds(folder / "sounds");
     const std::string session = GetParam() + std::string(".t");
@@ -48,7 +52,8 @@ TEST_P(Sessions, PrintWhatTheyAreToPrint) {
         fs::copy_file(fs::path(MIRELON_SESSIONS) / name, folder / name);
     const std::string names = "HOST_PROGRAM='" MIRELON_HOST_PROGRAM "' PLUGIN='" MIRELON_PLUGIN_FILE
                               "' CLAP='" MIRELON_CLAP_FILE "' LV2_BUNDLE='" MIRELON_LV2_BUNDLE
-                              "' TEST_PLUGINS='" MIRELON_TEST_PLUGINS "' SOUNDS=$PWD/sounds";
+                              "' TEST_PLUGINS='" MIRELON_TEST_PLUGINS
+                              "' TEST_EFFECTS='" MIRELON_TEST_EFFECTS "' SOUNDS=$PWD/sounds";
     const ShellResult ran =
         runShell("cd " + folder.path.string() + " && " + names +
                  " HOME=$PWD TMPDIR=$PWD " MIRELON_CRAM " --shell=/bin/bash " + session + " 2>&1");

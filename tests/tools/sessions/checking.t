@@ -1,0 +1,283 @@
+What is found wrong with plug-ins.
+
+  $ . "$TESTDIR/begin"
+
+A good one:
+
+  $ check good.so
+  pass   1  load-twice                         N s
+  pass   1  load-time                          N s  N ms
+  pass   1  load-memory                        N s  N KiB an instance
+  pass   1  symbols-entry                      N s
+  pass   1  symbols-leaked                     N s
+  pass   2  identity-stable                    N s  test effect
+  pass   2  programs-stable                    N s  2 programs
+  pass   2  parameter-texts-stable             N s  3 parameters
+  pass   2  parameter-values-in-range          N s
+  pass   2  parameter-properties-stable        N s  3 described
+  pass   3  audio-every-rate-and-block         N s  13 rates, 23 block sizes
+  pass   3  audio-double-precision             N s
+  pass   3  audio-changing-blocks              N s
+  pass   3  audio-in-place                     N s
+  pass   3  audio-silence                      N s
+  pass   4  state-round-trip                   N s  20 bytes
+  pass   4  state-fresh-instance               N s
+  pass   4  state-with-editor                  N s
+  pass   5  automation-every-block             N s
+  pass   5  automation-holds                   N s
+  pass   5  notes-played                       N s
+  pass   5  notes-crowded                      N s
+  pass   6  editor-opened-twice                N s
+  pass   6  editor-in-two-instances            N s
+  pass   6  editor-while-processing            N s
+  pass   6  editor-before-audio                N s
+  pass   7  suspend-resume-loop                N s
+  pass   7  rate-change-while-running          N s
+  pass   8  parameter-strange-values           N s
+  pass   8  parameter-strange-indices          N s
+  pass   8  parameter-random-bits              N s
+  pass   8  notes-strange-bytes                N s
+  pass   8  notes-strange-events               N s
+  pass   9  state-every-length                 N s  0 to 2000 bytes
+  pass   9  state-every-byte-flipped           N s  20 bytes flipped
+  pass   9  state-noise                        N s  1 MiB, and 200 of the state's own size
+  pass   9  state-other-byte-order             N s
+  pass  10  editor-sixty-openings              N s
+  pass  10  threads-audio-automation-state     N s  N blocks
+  pass  10  threads-with-editor                N s  N blocks
+  pass  10  realtime-process                   N s
+  pass  10  realtime-set-parameter             N s
+  pass  10  realtime-with-editor               N s
+  pass  10  realtime-notes                     N s
+  good.so, level 10, seed 1: 44 passed, 0 failed, 0 warnings, 0 skipped
+
+Bad ones:
+
+  $ MIRELON_DEFECT=index-wraps check good.so --only parameter-strange-indices
+  warn   8  parameter-strange-indices          N s  parameter 0 is moved by an index that no parameter has
+            while: setting parameter -2147483648, which it does not have
+            again: mirelon-host check good.so --only parameter-strange-indices --seed 1
+  good.so, level 10, seed 1: 0 passed, 0 failed, 1 warnings, 0 skipped
+  $ MIRELON_DEFECT=nan-crash check good.so --only parameter-random-bits --only parameter-strange-values
+  warn   8  parameter-strange-values           N s  dies: Aborted (SIGABRT)
+            while: setting parameter 0 to nan
+            printed: nan is no value
+            again: mirelon-host check good.so --only parameter-strange-values --seed 1
+  warn   8  parameter-random-bits              N s  dies: Aborted (SIGABRT)
+            while: setting parameter 0 to -nan
+            printed: nan is no value
+            again: mirelon-host check good.so --only parameter-random-bits --seed 1
+  good.so, level 10, seed 1: 0 passed, 0 failed, 2 warnings, 0 skipped
+  $ MIRELON_DEFECT=drift check good.so --only automation-holds
+  FAIL   5  automation-holds                   N s  parameter 0 drifts from 1 to 0.899999 while audio runs
+            while: setting parameter 0 to 1 while audio runs
+            again: mirelon-host check good.so --only automation-holds --seed 1
+  good.so, level 10, seed 1: 0 passed, 1 failed, 0 warnings, 0 skipped
+  [1]
+  $ MIRELON_DEFECT=switches check good.so --only state-round-trip
+  pass   4  state-round-trip                   N s  20 bytes
+  good.so, level 10, seed 1: 1 passed, 0 failed, 0 warnings, 0 skipped
+  $ MIRELON_DEFECT=switches check good.so --only state-round-trip --strict
+  pass   4  state-round-trip                   N s  20 bytes
+  good.so, level 10, seed 1: 1 passed, 0 failed, 0 warnings, 0 skipped
+  $ MIRELON_DEFECT=window-stays check good.so --only editor-opened-twice
+  FAIL   6  editor-opened-twice                N s  leaves its window behind when it is closed
+            while: closing the editor
+            again: mirelon-host check good.so --only editor-opened-twice --seed 1
+  good.so, level 10, seed 1: 0 passed, 1 failed, 0 warnings, 0 skipped
+  [1]
+  $ MIRELON_DEFECT=resume-hangs check good.so --only suspend-resume-loop --timeout 1
+  FAIL   7  suspend-resume-loop                N s  still runs after 1 s
+            while: open and nothing else yet
+            again: mirelon-host check good.so --only suspend-resume-loop --seed 1
+  good.so, level 10, seed 1: 0 passed, 1 failed, 0 warnings, 0 skipped
+  [1]
+  $ MIRELON_DEFECT=index-wraps check good.so --level 2 --json
+  {
+    "version": 1,
+    "seed": 1,
+    "plugins": [
+      {
+        "plugin": "good.so",
+        "level": 2,
+        "checks": [
+          {
+            "name": "load-twice",
+            "level": 1,
+            "result": "passed",
+            "seconds": N,
+            "note": ""
+          },
+          {
+            "name": "load-time",
+            "level": 1,
+            "result": "passed",
+            "seconds": N,
+            "note": "N ms"
+          },
+          {
+            "name": "load-memory",
+            "level": 1,
+            "result": "passed",
+            "seconds": N,
+            "note": "N KiB an instance"
+          },
+          {
+            "name": "symbols-entry",
+            "level": 1,
+            "result": "passed",
+            "seconds": N,
+            "note": ""
+          },
+          {
+            "name": "symbols-leaked",
+            "level": 1,
+            "result": "passed",
+            "seconds": N,
+            "note": ""
+          },
+          {
+            "name": "identity-stable",
+            "level": 2,
+            "result": "passed",
+            "seconds": N,
+            "note": "test effect"
+          },
+          {
+            "name": "programs-stable",
+            "level": 2,
+            "result": "passed",
+            "seconds": N,
+            "note": "2 programs"
+          },
+          {
+            "name": "parameter-texts-stable",
+            "level": 2,
+            "result": "passed",
+            "seconds": N,
+            "note": "3 parameters"
+          },
+          {
+            "name": "parameter-values-in-range",
+            "level": 2,
+            "result": "passed",
+            "seconds": N,
+            "note": ""
+          },
+          {
+            "name": "parameter-properties-stable",
+            "level": 2,
+            "result": "passed",
+            "seconds": N,
+            "note": "3 described"
+          }
+        ],
+        "passed": 10,
+        "failed": 0,
+        "warnings": 0,
+        "skipped": 0
+      }
+    ],
+    "refused": []
+  }
+  $ check leaking.so entryless.so --level 1 --skip load-time
+  pass   1  load-twice                         N s
+  pass   1  load-memory                        N s  N KiB an instance
+  pass   1  symbols-entry                      N s
+  warn   1  symbols-leaked                     N s  exports 1 names besides its entry points, such as leakedHelper
+            again: mirelon-host check leaking.so --only symbols-leaked --seed 1
+  leaking.so, level 1, seed 1: 3 passed, 0 failed, 1 warnings, 0 skipped
+  ! mirelon-host: warning: entryless.so: not a VST 2 plug-in (it exports no VSTPluginMain)
+  ! mirelon-host: nothing could be checked in 1 of 2 files
+  [2]
+  $ check good.so missing.so --level 1 --json
+  {
+    "version": 1,
+    "seed": 1,
+    "plugins": [
+      {
+        "plugin": "good.so",
+        "level": 1,
+        "checks": [
+          {
+            "name": "load-twice",
+            "level": 1,
+            "result": "passed",
+            "seconds": N,
+            "note": ""
+          },
+          {
+            "name": "load-time",
+            "level": 1,
+            "result": "passed",
+            "seconds": N,
+            "note": "N ms"
+          },
+          {
+            "name": "load-memory",
+            "level": 1,
+            "result": "passed",
+            "seconds": N,
+            "note": "N KiB an instance"
+          },
+          {
+            "name": "symbols-entry",
+            "level": 1,
+            "result": "passed",
+            "seconds": N,
+            "note": ""
+          },
+          {
+            "name": "symbols-leaked",
+            "level": 1,
+            "result": "passed",
+            "seconds": N,
+            "note": ""
+          }
+        ],
+        "passed": 5,
+        "failed": 0,
+        "warnings": 0,
+        "skipped": 0
+      }
+    ],
+    "refused": [
+      "missing.so: no such plug-in file"
+    ]
+  }
+  ! mirelon-host: warning: missing.so: no such plug-in file
+  ! mirelon-host: nothing could be checked in 1 of 2 files
+  [2]
+
+Without a display:
+
+  $ DISPLAY= check good.so --only editor-opened-twice
+  skip   6  editor-opened-twice                N s  there is no X display
+  good.so, level 10, seed 1: 0 passed, 0 failed, 0 warnings, 1 skipped
+  ! mirelon-host: nothing could be checked
+  [2]
+
+What cannot be done:
+
+  $ check missing.so
+  ! mirelon-host: missing.so: no such plug-in file
+  [2]
+  $ check tones.wav
+  ! mirelon-host: tones.wav: not a plug-in (tones.wav: invalid ELF header)
+  [2]
+  $ check good.so --only load-twiec
+  ! mirelon-host: there is no check called load-twiec (--list shows them)
+  [2]
+  $ check good.so --skip load-twiec
+  ! mirelon-host: there is no check called load-twiec (--list shows them)
+  [2]
+  $ check good.so --level 11
+  ! mirelon-host: --level: Value 11 not in range 1 to 10 (--help shows how)
+  [2]
+  $ check good.so --timeout 0
+  ! mirelon-host: --timeout: Value 0 not in range 1 to 86400 (--help shows how)
+  [2]
+  $ check good.so --in-process --only load-twice --only realtime-process
+  pass   1  load-twice                         N s
+  skip  10  realtime-process                   N s  the interposing library is not in the process
+  good.so, level 10, seed 1: 1 passed, 0 failed, 0 warnings, 1 skipped
