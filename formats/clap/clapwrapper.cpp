@@ -46,15 +46,11 @@ bool ClapWrapper::activate(double rate, std::uint32_t mostFrames) noexcept {
     constexpr std::uint32_t most = std::numeric_limits<VstInt32>::max();
     setFormat(static_cast<float>(rate), static_cast<VstInt32>(std::min(mostFrames, most)));
     dispatch(effMainsChanged, 0, 1);
-    active = true;
     return true;
 }
 
 void ClapWrapper::deactivate() noexcept {
-    if (!active)
-        return;
     dispatch(effMainsChanged, 0, 0);
-    active = false;
 }
 
 void ClapWrapper::startProcessing() noexcept {

@@ -69,7 +69,6 @@ class ClapWrapper : public EffectHost {
 
     const HostLink& host;
     ChangeRing changes;
-    bool active = false;
     std::atomic<bool> loading{false};
     std::atomic<bool> valuesChanged{false}; // all at once
     std::atomic<bool> stateChanged{false};

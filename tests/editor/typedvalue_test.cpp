@@ -120,6 +120,16 @@ TEST_P(TypedValue, ThatNobodyTypedIsNotSet) {
     EXPECT_EQ(editor.touches(0), "");
 }
 
+TEST_P(TypedValue, IsNotSetAgainWhenNobodyTypesTheNextTime) {
+    typeInto(0, "150");
+    editor.key(XK_Return);
+    editor.effect->setParameter(0, 0.4999F);
+    openField(0);
+    editor.key(XK_Return);
+    EXPECT_EQ(editor.parameter(0), 0.4999F);
+    EXPECT_EQ(editor.touches(0), "bae");
+}
+
 TEST_P(TypedValue, BeyondTheRangeIsItsEnd) {
     typeInto(0, "1000");
     editor.key(XK_Return);

@@ -2,14 +2,17 @@
 
 #include "hosting/hostingerror.h"
 #include "hosting/module.h"
+#include "tests/hosting/plugins/effectrecord.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdlib>
 #include <gmock/gmock.h>
 
 namespace mirelon::hosting {
 namespace {
 
+using test::Dispatched;
 using testing::HasSubstr;
 
 Module testPlugin(const std::string& name) {
@@ -30,9 +33,15 @@ std::string refusalOf(const std::string& name) {
 // The gain effect of the test plug-ins, with what it was asked.
 class GainEffect : public testing::Test {
   protected:
-    void SetUp() override { asked().clear(); }
-    std::vector<VstInt32>& asked() {
-        return *static_cast<std::vector<VstInt32>*>(module.symbol("dispatchedOpcodes"));
+    void SetUp() override { calls().clear(); }
+    std::vector<Dispatched>& calls() {
+        return *static_cast<std::vector<Dispatched>*>(module.symbol("dispatched"));
+    }
+    std::vector<VstInt32> asked() {
+        std::vector<VstInt32> opcodes;
+        for (const Dispatched& call : calls())
+            opcodes.push_back(call.opcode);
+        return opcodes;
     }
 
     Module module = testPlugin("gain");
@@ -62,7 +71,79 @@ TEST_F(GainEffect, IsNotSuspendedTwice) {
         effect.resume();
         effect.suspend();
     }
-    EXPECT_EQ(std::count(asked().begin(), asked().end(), effStopProcess), 1);
+    EXPECT_EQ(std::ranges::count(asked(), effStopProcess), 1);
+}
+
+TEST_F(GainEffect, IsAskedWithWhatTheInterfaceHasForEachQuestion) {
+    Effect effect(module, host);
+    calls().clear();
+    effect.name();
+    effect.vendor();
+    effect.product();
+    effect.vendorVersion();
+    effect.vstVersion();
+    effect.category();
+    effect.canDo("bypass");
+    effect.parameterName(3);
+    effect.parameterLabel(4);
+    effect.parameterDisplay(5);
+    effect.parameterProperties(6);
+    effect.canBeAutomated(7);
+    effect.setParameterText(8, "a quarter");
+    effect.inputProperties(1);
+    effect.outputProperties(2);
+    effect.program();
+    effect.programName();
+    effect.setProgramName("name");
+    effect.programNameAt(2);
+    EXPECT_EQ(calls(), (std::vector<Dispatched>{{effGetEffectName},
+                                                {effGetVendorString},
+                                                {effGetProductString},
+                                                {effGetVendorVersion},
+                                                {effGetVstVersion},
+                                                {effGetPlugCategory},
+                                                {effCanDo},
+                                                {effGetParamName, 3},
+                                                {effGetParamLabel, 4},
+                                                {effGetParamDisplay, 5},
+                                                {effGetParameterProperties, 6},
+                                                {effCanBeAutomated, 7},
+                                                {effString2Parameter, 8},
+                                                {effGetInputProperties, 1},
+                                                {effGetOutputProperties, 2},
+                                                {effGetProgram},
+                                                {effGetProgramName},
+                                                {effSetProgramName},
+                                                {effGetProgramNameIndexed, 2, -1}}));
+}
+
+TEST_F(GainEffect, IsToldWithWhatTheInterfaceHasForEachMessage) {
+    Effect effect(module, host);
+    calls().clear();
+    effect.setProgram(2);
+    effect.chunk(ChunkKind::bank);
+    effect.chunk(ChunkKind::program);
+    effect.setChunk(std::array<std::byte, 3>{}, ChunkKind::bank);
+    effect.setChunk(std::array<std::byte, 5>{}, ChunkKind::program);
+    effect.setSampleRate(96000.0F);
+    effect.setBlockSize(512);
+    effect.setPrecision(kVstProcessPrecision64);
+    effect.resume();
+    effect.suspend();
+    EXPECT_EQ(calls(), (std::vector<Dispatched>{{effBeginSetProgram},
+                                                {effSetProgram, 0, 2},
+                                                {effEndSetProgram},
+                                                {effGetChunk, 0},
+                                                {effGetChunk, 1},
+                                                {effSetChunk, 0, 3},
+                                                {effSetChunk, 1, 5},
+                                                {effSetSampleRate, 0, 0, 96000.0F},
+                                                {effSetBlockSize, 0, 512},
+                                                {effSetProcessPrecision, 0, 1},
+                                                {effMainsChanged, 0, 1},
+                                                {effStartProcess},
+                                                {effStopProcess},
+                                                {effMainsChanged, 0, 0}}));
 }
 
 TEST_F(GainEffect, MakesItsCallsToItsOwnHost) {

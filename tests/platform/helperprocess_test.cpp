@@ -11,9 +11,11 @@
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
+#include <ctime>
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/wait.h>
+#include <thread>
 #include <unistd.h>
 #include <vector>
 
@@ -210,6 +212,18 @@ TEST_F(Helper, ThatWillNotEndWhenToldIsKilled) {
     process.reset();
     EXPECT_LT(std::chrono::steady_clock::now() - begin, 250ms) << "it has been waited for";
     EXPECT_TRUE(pumpUntilGone(*processIn("leader")));
+}
+
+TEST_F(Helper, IsWaitedForWithoutTheProcessor) {
+    startShell("trap '' TERM; echo $$ > '" + (folder / "leader").string() +
+               "'; while :; do sleep 0.1; done");
+    ASSERT_TRUE(pumpUntil([&] { return processIn("leader").has_value(); }));
+    const pid_t leader = *processIn("leader");
+    const std::clock_t before = std::clock();
+    process.reset();
+    while (processExists(leader))
+        std::this_thread::sleep_for(10ms);
+    EXPECT_LT(std::clock() - before, CLOCKS_PER_SEC / 5) << "of half a second";
 }
 
 TEST_F(Helper, ThatHasLeftItsProcessGroupEndsAllTheSame) {

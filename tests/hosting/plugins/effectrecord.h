@@ -7,6 +7,15 @@
 
 namespace mirelon::test {
 
+// A call of a dispatcher; what its pointer points to is not kept.
+struct Dispatched {
+    VstInt32 opcode;
+    VstInt32 index = 0;
+    VstIntPtr value = 0;
+    float opt = 0.0F;
+    bool operator==(const Dispatched&) const = default;
+};
+
 inline VstIntPtr answerNothing(AEffect*, VstInt32, VstInt32, VstIntPtr, void*, float) {
     return 0;
 }

@@ -47,17 +47,17 @@ void process(AEffect* effect, float** inputs, float** outputs, VstInt32 frames) 
 
 } // namespace
 
-// What hosts asked for so far, opcode by opcode.
-extern "C" __attribute__((visibility("default"))) std::vector<VstInt32> dispatchedOpcodes;
-std::vector<VstInt32> dispatchedOpcodes;
+// What hosts asked for so far.
+extern "C" __attribute__((visibility("default"))) std::vector<mirelon::test::Dispatched> dispatched;
+std::vector<mirelon::test::Dispatched> dispatched;
 
 namespace {
 
 VstIntPtr dispatch(AEffect* effect, VstInt32 opcode, VstInt32 index, VstIntPtr value, void* ptr,
-                   float /*opt*/) {
+                   float opt) {
     Gain& self = of(effect);
     auto* const text = static_cast<char*>(ptr);
-    dispatchedOpcodes.push_back(opcode);
+    dispatched.push_back({opcode, index, value, opt});
     switch (opcode) {
     case effClose:
         delete &self;
