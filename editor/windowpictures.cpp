@@ -21,9 +21,8 @@ void WindowPictures::load() {
     loadOne(kPictureMark); // no view shows it
     loadOne(kPictureMeterUnlit);
     loadOne(kPictureMeterLit);
-    for (int parameter = 0; parameter < kNumParams; ++parameter)
-        if (const layout::Switch* row = layout::switchOf(parameter))
-            loadOne(row->picture);
+    for (const layout::Switch& row : layout::switches)
+        loadOne(row.picture);
     loadOne(kPictureMemoryLetter);
     loadOne(kPictureAbout);
 }

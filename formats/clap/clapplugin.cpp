@@ -6,6 +6,7 @@
 #include "formats/clap/parametervalues.h"
 
 #include <clap/ext/audio-ports.h>
+#include <cstdio>
 #include <cstring>
 
 namespace mirelon::clap {
@@ -40,8 +41,7 @@ ClapWindow& windowOf(const clap_plugin* plugin) noexcept {
 }
 
 void copyName(const char* text, char (&name)[CLAP_NAME_SIZE]) noexcept {
-    std::strncpy(name, text, sizeof name - 1);
-    name[sizeof name - 1] = '\0';
+    std::snprintf(name, sizeof name, "%s", text);
 }
 
 // --- Audio ports: one each way, which may share their buffers ---

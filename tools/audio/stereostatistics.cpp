@@ -32,7 +32,8 @@ inline void StereoStatistics::Sums::add(double left, double right) noexcept {
 }
 
 bool StereoStatistics::Sums::finite() const noexcept {
-    return std::isfinite(sumSquares + differenceSquares + squares[0] + squares[1]);
+    // No sum with what is not finite is.
+    return std::isfinite(sumSquares);
 }
 
 void StereoStatistics::add(std::span<const double> left, std::span<const double> right) {

@@ -1,7 +1,9 @@
 // Which of a host's events set a parameter.
 #include "formats/clap/parameterevents.h"
 
+#include <array>
 #include <gtest/gtest.h>
+#include <vector>
 
 namespace mirelon::clap {
 namespace {
@@ -41,6 +43,28 @@ TEST(ClapParameterEvent, IsNoneOfAnotherKindSpaceOrSize) {
     --event.header.size;
     EXPECT_FALSE(parameterEventIn(&event.header)) << "size";
     EXPECT_FALSE(parameterEventIn(nullptr));
+}
+
+TEST(ClapParameterEvent, IsTakenFromAllThatTheHostHasAndFromNothingBeyond) {
+    struct Events {
+        std::array<clap_event_param_value, 2> all{settingOf(3), settingOf(5)};
+        std::vector<std::uint32_t> asked;
+    } events;
+    const clap_input_events list{
+        .ctx = &events,
+        .size = [](const clap_input_events* self) -> std::uint32_t {
+            return static_cast<std::uint32_t>(static_cast<Events*>(self->ctx)->all.size());
+        },
+        .get = [](const clap_input_events* self, std::uint32_t i) -> const clap_event_header* {
+            auto& events = *static_cast<Events*>(self->ctx);
+            events.asked.push_back(i);
+            return i < events.all.size() ? &events.all.at(i).header : nullptr;
+        }};
+    std::vector<int> found;
+    forEachParameterEvent(&list,
+                          [&](const ParameterEvent& event) { found.push_back(event.index); });
+    EXPECT_EQ(found, (std::vector{3, 5}));
+    EXPECT_EQ(events.asked, (std::vector<std::uint32_t>{0, 1}));
 }
 
 } // namespace
