@@ -145,7 +145,7 @@ std::string lineInZsh(const std::string& keys, const std::string& awaited) {
         RunningProgram("/bin/zsh",
                        {"-f", "-c",
                         "zmodload zsh/zpty || exit 9; zpty shell zsh -f -i\n"
-                        "zpty -w shell \"PS1=; fpath=('" +
+                        "zpty -w shell \"stty cols 1000; PS1=; fpath=('" +
                             std::string(home / "functions") +
                             "' $fpath); autoload -Uz compinit; compinit -u -D; "
                             "zstyle ':completion:*' list-grouped false; echo rea''dy\"\n"
