@@ -169,6 +169,28 @@ struct CountedHandler final : VSTGUI::X11::IEventHandler, VSTGUI::X11::ITimerHan
     std::function<void()> onCall = [] {};
 };
 
+TEST_P(ToolkitEvents, ThatWereReadWithAnAnswerAreFollowedByARedraw) {
+    CountedWindow window;
+    CountedHandler frame;
+    loop.registerTimer(16, &frame);
+    const auto redrawn = [&](std::chrono::milliseconds within) {
+        frame.redraws = 0;
+        const auto end = std::chrono::steady_clock::now() + within;
+        while (frame.redraws == 0 && std::chrono::steady_clock::now() < end) {
+            turn();
+            std::this_thread::sleep_for(1ms);
+        }
+        return frame.redraws > 0;
+    };
+    while (redrawn(100ms)) // for what came before
+        ;
+    window.change();
+    makeRoundTrip();
+    ASSERT_TRUE(descriptorIsSilent());
+    EXPECT_TRUE(redrawn(20s));
+    loop.unregisterTimer(&frame);
+}
+
 TEST_P(ToolkitEvents, AreNotHandedToWhatAHandlerOfThemHasTakenBack) {
     CountedWindow window;
     WatchedPipe silent;

@@ -254,11 +254,14 @@ TEST(CarelessHost, MayLeaveOutBuffers) {
     plugin.effect.resume();
     StereoBuffer<float> buffer(16);
     float* half[2] = {buffer.left.data(), nullptr};
+    float* otherHalf[2] = {nullptr, buffer.right.data()};
     AEffect* effect = &plugin.effect.record();
     effect->processReplacing(effect, nullptr, buffer.pointers(), 16);
     effect->processReplacing(effect, buffer.pointers(), nullptr, 16);
     effect->processReplacing(effect, half, buffer.pointers(), 16);
     effect->processReplacing(effect, buffer.pointers(), half, 16);
+    effect->processReplacing(effect, otherHalf, buffer.pointers(), 16);
+    effect->processReplacing(effect, buffer.pointers(), otherHalf, 16);
     effect->processReplacing(effect, nullptr, nullptr, 0);
     effect->processReplacing(effect, buffer.pointers(), buffer.pointers(), -5);
     effect->processDoubleReplacing(effect, nullptr, nullptr, 16);

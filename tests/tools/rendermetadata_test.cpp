@@ -202,5 +202,31 @@ TEST_F(RenderMetadata, OfReplayGainIsNamed) {
     EXPECT_THAT(result.errors, Not(HasSubstr("title")));
 }
 
+TEST_F(RenderMetadata, OfBlocksOfAFlacFileIsNamedAndItsPaddingIsNot) {
+    SF_INFO info{};
+    info.format = SF_FORMAT_FLAC | SF_FORMAT_PCM_16;
+    info.channels = 2;
+    info.samplerate = 44100;
+    {
+        const File file(sf_open((folder / "in.wav").c_str(), SFM_WRITE, &info));
+        ASSERT_NE(file, nullptr);
+        const std::vector<short> silence(200);
+        sf_writef_short(file.get(), silence.data(), 100);
+    }
+    const auto block = [](char kind, const std::string& content) {
+        return std::string{kind, '\0', '\0', static_cast<char>(content.size())} + content;
+    };
+    std::string bytes = contentsOf(folder / "in.wav");
+    constexpr std::size_t behindTheFirst = 4 + 4 + 34;
+    bytes.insert(behindTheFirst, block(1, std::string(8, '\0')) + block(2, "riffdata") +
+                                     block(6, std::string(32, '\0')));
+    writeFile(folder / "in.wav", bytes);
+    const ProgramResult result = render("out.flac");
+    EXPECT_EQ(result.status, 0) << result.errors;
+    EXPECT_THAT(result.errors, HasSubstr("application data of riff"));
+    EXPECT_THAT(result.errors, HasSubstr("picture"));
+    EXPECT_EQ(result.errors.find("application"), result.errors.rfind("application"));
+}
+
 } // namespace
 } // namespace mirelon::test

@@ -196,7 +196,7 @@ class TestEffect {
         if (index < 0 || index >= parameterCount)
             return;
         if (hasDefect("nan-crash") && std::isnan(value)) {
-            std::fputs("nan is no value\n", stderr);
+            std::fputs("\x1b[1;31mnan\x1b[0m is no \x1b[mvalue\n", stderr);
             crash();
         }
         if (hasDefect("value-before-rate") && !rateKnown && value == 0.75F)
