@@ -34,6 +34,14 @@ class EditorClipboard : public testing::TestWithParam<Drive> {
             return other.settled() >= texts;
         });
     }
+    // The time of the server's, of which 0 is none.
+    unsigned long copiedAt() {
+        const auto told = other.paste("TIMESTAMP");
+        unsigned long time = 0;
+        if (told && told->size() == sizeof time)
+            std::memcpy(&time, told->data(), sizeof time);
+        return time;
+    }
     std::string nameAfterReturn() {
         editor.key(XK_Return);
         return editor.effect->programName();
@@ -51,8 +59,25 @@ TEST_P(EditorClipboard, GivesWhatHasBeenCopiedToOtherPrograms) {
     clickName();
     control('c');
     EXPECT_EQ(other.paste(), "init");
+    EXPECT_EQ(other.typeOfAnswer(), "UTF8_STRING");
     EXPECT_EQ(other.paste("STRING"), "init");
+    EXPECT_EQ(other.typeOfAnswer(), "STRING");
     EXPECT_EQ(nameAfterReturn(), "init");
+}
+
+TEST_P(EditorClipboard, GivesItToProgramsThatDoNotSayWhereTheyWantIt) {
+    clickName();
+    control('c');
+    EXPECT_EQ(other.pasteAnywhere(), "init");
+}
+
+TEST_P(EditorClipboard, GivesNothingToWhoAskedBeforeItWasCopied) {
+    clickName();
+    control('c');
+    const unsigned long since = copiedAt();
+    ASSERT_NE(since, 0U);
+    EXPECT_EQ(other.pasteAt(since - 1), std::nullopt);
+    EXPECT_EQ(other.pasteAt(since), "init");
 }
 
 TEST_P(EditorClipboard, TellsOtherProgramsWhatItOffers) {
@@ -61,25 +86,20 @@ TEST_P(EditorClipboard, TellsOtherProgramsWhatItOffers) {
     const auto offered = other.targets();
     for (const char* name : {"TARGETS", "TIMESTAMP", "UTF8_STRING", "STRING"})
         EXPECT_TRUE(std::ranges::count(offered, name) == 1) << name;
+    EXPECT_EQ(other.typeOfAnswer(), "ATOM");
     EXPECT_EQ(other.paste("image/png"), std::nullopt);
 }
 
 TEST_P(EditorClipboard, TellsOtherProgramsSinceWhenItHasTheText) {
-    const auto hasItSince = [this] {
-        const auto told = other.paste("TIMESTAMP");
-        long time = 0;
-        if (told && told->size() == sizeof time)
-            std::memcpy(&time, told->data(), sizeof time);
-        return time;
-    };
     clickName();
     control('c');
-    const long first = hasItSince();
+    const unsigned long first = copiedAt();
+    EXPECT_EQ(other.typeOfAnswer(), "INTEGER");
     editor.run(20ms);
     clickName();
     control('c');
-    EXPECT_TRUE(editor.runUntil([&] { return hasItSince() > first; }));
-    EXPECT_NE(first, 0);
+    EXPECT_TRUE(editor.runUntil([&] { return copiedAt() > first; }));
+    EXPECT_NE(first, 0U);
 }
 
 TEST_P(EditorClipboard, GivesProgramsWithoutUnicodeWhatTheyCanShow) {

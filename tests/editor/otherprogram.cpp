@@ -92,26 +92,40 @@ bool OtherProgram::hearNext() {
 }
 
 std::optional<std::string> OtherProgram::paste(std::string_view target) {
-    XConvertSelection(display.get(), atom("CLIPBOARD"), atom(target), atom("PASTED"), window,
-                      CurrentTime);
-    XFlush(display.get());
-    return takeAnswer();
+    return ask(target, "PASTED", CurrentTime);
 }
 
-std::optional<std::string> OtherProgram::takeAnswer() {
+std::optional<std::string> OtherProgram::pasteAt(unsigned long time) {
+    return ask("UTF8_STRING", "PASTED", time);
+}
+
+std::optional<std::string> OtherProgram::pasteAnywhere() {
+    return ask("UTF8_STRING", nullptr, CurrentTime);
+}
+
+std::optional<std::string> OtherProgram::ask(std::string_view target, const char* into,
+                                             unsigned long time) {
+    XConvertSelection(display.get(), atom("CLIPBOARD"), atom(target),
+                      into != nullptr ? atom(into) : None, window, time);
+    XFlush(display.get());
     XEvent event{};
     const bool came = editor.runUntil([&] {
         return XCheckTypedWindowEvent(display.get(), window, SelectionNotify, &event) != 0;
     });
-    if (!came || event.xselection.property == None)
+    const XSelectionEvent& answer = event.xselection;
+    if (!came || answer.property == None || answer.selection != atom("CLIPBOARD") ||
+        answer.target != atom(target) || answer.time != time)
         return std::nullopt;
     Atom type = 0;
     int format = 0;
     unsigned long count = 0;
     unsigned long rest = 0;
     unsigned char* data = nullptr;
-    XGetWindowProperty(display.get(), window, event.xselection.property, 0, 1000, True,
-                       AnyPropertyType, &type, &format, &count, &rest, &data);
+    XGetWindowProperty(display.get(), window, answer.property, 0, 1000, True, AnyPropertyType,
+                       &type, &format, &count, &rest, &data);
+    char* const typeName = XGetAtomName(display.get(), type);
+    answerType = typeName;
+    XFree(typeName);
     // Xlib holds 32-bit words as longs.
     const std::size_t size = format == 32 ? count * sizeof(long) : count;
     std::string bytes(reinterpret_cast<const char*>(data), size);

@@ -36,8 +36,15 @@ class OtherProgram {
     // Whether anybody does.
     bool anyoneOwns() const;
 
-    // What it gets for this target; nothing when it is refused.
+    // What it gets for this target; nothing when it is refused, or when what comes is no
+    // answer to that.
     std::optional<std::string> paste(std::string_view target = "UTF8_STRING");
+    // As a user's key at that time of the server's.
+    std::optional<std::string> pasteAt(unsigned long time);
+    // As programs do that do not say where they want it.
+    std::optional<std::string> pasteAnywhere();
+    // Of what it has got last.
+    const std::string& typeOfAnswer() const { return answerType; }
     // The names of what the owner offers.
     std::vector<std::string> targets();
 
@@ -48,7 +55,7 @@ class OtherProgram {
     unsigned long atom(std::string_view name) const;
     bool answerNext();
     bool hearNext();
-    std::optional<std::string> takeAnswer();
+    std::optional<std::string> ask(std::string_view target, const char* into, unsigned long time);
 
     EditorHost& editor;
     std::unique_ptr<_XDisplay, CloseDisplay> display;
@@ -56,6 +63,7 @@ class OtherProgram {
     std::string copied;
     Offers offering = Offers::everything;
     std::size_t answersSettled = 0;
+    std::string answerType;
 };
 
 } // namespace mirelon::test
