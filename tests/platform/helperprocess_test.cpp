@@ -52,6 +52,12 @@ class Helper : public testing::Test {
             return leader && !leadsAGroup(*leader);
         }));
     }
+    // The same, but one that stays and does nothing when it is told to end.
+    void startOneThatWillNotEnd() {
+        startShell("trap '' TERM; echo $$ > '" + (folder / "leader").string() +
+                   "'; while :; do sleep 0.1; done");
+        ASSERT_TRUE(pumpUntil([&] { return processIn("leader").has_value(); }));
+    }
     bool pumpUntilGone(pid_t gone) const {
         return pumpUntil([&] { return !processExists(gone); });
     }
@@ -205,9 +211,7 @@ TEST_F(Helper, ThatIsNotWantedAnyMoreEndsWithAllItHasStarted) {
 }
 
 TEST_F(Helper, ThatWillNotEndWhenToldIsKilled) {
-    startShell("trap '' TERM; echo $$ > '" + (folder / "leader").string() +
-               "'; while :; do sleep 0.1; done");
-    ASSERT_TRUE(pumpUntil([&] { return processIn("leader").has_value(); }));
+    ASSERT_NO_FATAL_FAILURE(startOneThatWillNotEnd());
     const auto begin = std::chrono::steady_clock::now();
     process.reset();
     EXPECT_LT(std::chrono::steady_clock::now() - begin, 250ms) << "it has been waited for";
@@ -215,9 +219,7 @@ TEST_F(Helper, ThatWillNotEndWhenToldIsKilled) {
 }
 
 TEST_F(Helper, IsWaitedForWithoutTheProcessor) {
-    startShell("trap '' TERM; echo $$ > '" + (folder / "leader").string() +
-               "'; while :; do sleep 0.1; done");
-    ASSERT_TRUE(pumpUntil([&] { return processIn("leader").has_value(); }));
+    ASSERT_NO_FATAL_FAILURE(startOneThatWillNotEnd());
     const pid_t leader = *processIn("leader");
     const std::clock_t before = std::clock();
     process.reset();

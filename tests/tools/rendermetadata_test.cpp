@@ -203,16 +203,8 @@ TEST_F(RenderMetadata, OfReplayGainIsNamed) {
 }
 
 TEST_F(RenderMetadata, OfBlocksOfAFlacFileIsNamedAndItsPaddingIsNot) {
-    SF_INFO info{};
-    info.format = SF_FORMAT_FLAC | SF_FORMAT_PCM_16;
-    info.channels = 2;
-    info.samplerate = 44100;
-    {
-        const File file(sf_open((folder / "in.wav").c_str(), SFM_WRITE, &info));
-        ASSERT_NE(file, nullptr);
-        const std::vector<short> silence(200);
-        sf_writef_short(file.get(), silence.data(), 100);
-    }
+    writeSound(folder / "in.wav",
+               {SF_FORMAT_FLAC | SF_FORMAT_PCM_16, 44100, 2, std::vector<double>(200)});
     const auto block = [](char kind, const std::string& content) {
         return std::string{kind, '\0', '\0', static_cast<char>(content.size())} + content;
     };
