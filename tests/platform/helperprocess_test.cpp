@@ -52,7 +52,7 @@ class Helper : public testing::Test {
             return leader && !leadsAGroup(*leader);
         }));
     }
-    // The same, but one that stays and does nothing when it is told to end.
+    // Starts a shell that writes its number to "leader" and stays when it is told to end.
     void startOneThatWillNotEnd() {
         startShell("trap '' TERM; echo $$ > '" + (folder / "leader").string() +
                    "'; while :; do sleep 0.1; done");
