@@ -16,9 +16,10 @@ XServer::XServer(const std::string& screen, Left left)
         // It complains of every display number that is taken.
         dup2(open("/dev/null", O_WRONLY), STDERR_FILENO);
         const std::string writeEnd = std::to_string(dup(numbers.writer()));
+        // Nobody asks for GLX, and its software renderer took most of the server's start.
         execlp("Xvfb", "Xvfb", "-displayfd", writeEnd.c_str(), "-screen", "0", screen.c_str(),
-               "-nolisten", "tcp", left == Left::ends ? "-terminate" : "-noreset",
-               static_cast<char*>(nullptr));
+               "-nolisten", "tcp", "-extension", "GLX",
+               left == Left::ends ? "-terminate" : "-noreset", static_cast<char*>(nullptr));
         return 127;
     }) {
     numbers.closeWriter();
