@@ -7,7 +7,18 @@
 namespace mirelon::test::ardour {
 namespace {
 
+namespace fs = std::filesystem;
+
 const std::string programs = "/usr/lib/ardour7";
+
+fs::path dataWithoutMidiNames(const HostHome& home) {
+    fs::path folder = home / "ardour";
+    if (fs::create_directory(folder))
+        for (const auto& entry : fs::directory_iterator("/usr/share/ardour7"))
+            if (entry.path().filename() != "patchfiles")
+                fs::create_symlink(entry.path(), folder / entry.path().filename());
+    return folder;
+}
 
 } // namespace
 
@@ -15,15 +26,15 @@ bool isInstalled() {
     return isExecutable(programs + "/luasession") && isExecutable(programs + "/ardour-vst-scanner");
 }
 
-Environment variables() {
+Environment variables(const HostHome& home) {
     return {{"LD_LIBRARY_PATH", programs},
             {"ARDOUR_DLL_PATH", programs},
-            {"ARDOUR_DATA_PATH", "/usr/share/ardour7"},
+            {"ARDOUR_DATA_PATH", dataWithoutMidiNames(home)},
             {"ARDOUR_CONFIG_PATH", "/etc/ardour7"}};
 }
 
 std::string program() {
-    for (const auto& entry : std::filesystem::directory_iterator(programs))
+    for (const auto& entry : fs::directory_iterator(programs))
         if (entry.path().filename().string().starts_with("ardour-7"))
             return entry.path();
     return {};
@@ -31,15 +42,14 @@ std::string program() {
 
 void prepareFirstStart(const HostHome& home) {
     const auto folder = home / "home/.config/ardour7";
-    std::filesystem::create_directories(folder);
+    fs::create_directories(folder);
     writeFile(folder / ".a7", "");
-    std::filesystem::copy_file(std::filesystem::path(MIRELON_ARDOUR_SCRIPTS) / "config",
-                               folder / "config");
+    fs::copy_file(fs::path(MIRELON_ARDOUR_SCRIPTS) / "config", folder / "config");
 }
 
 Outcome scan(const HostHome& home) {
     return home.run({programs + "/ardour-vst-scanner", "-f", "-v", home.plugin()},
-                    std::chrono::seconds(60), variables());
+                    std::chrono::seconds(60), variables(home));
 }
 
 std::string runScript(const HostHome& home, const std::string& script,
@@ -47,7 +57,7 @@ std::string runScript(const HostHome& home, const std::string& script,
     std::vector<std::string> command{programs + "/luasession",
                                      std::string(MIRELON_ARDOUR_SCRIPTS) + '/' + script};
     command.insert(command.end(), arguments.begin(), arguments.end());
-    const Outcome outcome = home.run(command, std::chrono::seconds(90), variables());
+    const Outcome outcome = home.run(command, std::chrono::seconds(90), variables(home));
     EXPECT_TRUE(outcome.inTime) << script << " did not end";
     EXPECT_EQ(outcome.exitCode, 0) << outcome.output;
     EXPECT_NE(outcome.output.find("\nend of script\n"), std::string::npos) << outcome.output;

@@ -17,8 +17,9 @@ namespace mirelon::test::ardour {
 
 bool isInstalled();
 
-// What Ardour's start script sets.
-Environment variables();
+// What Ardour's start script sets, but for the names that makers of MIDI devices gave their
+// programs: reading them took most of each start.
+Environment variables(const HostHome& home);
 
 // The program with a window, to be started with a session's file.
 std::string program();

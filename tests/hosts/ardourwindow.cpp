@@ -37,10 +37,10 @@ void ArdourWindowTest::start() {
 void ArdourWindowTest::launch() {
     if (screen == nullptr)
         screen = std::make_unique<Screen>(home.environment(), home / "openbox.log");
-    host = std::make_unique<Program>(std::vector<std::string>{ardour::program(), "--no-splash",
-                                                              "--no-announcements",
-                                                              session.path() + "/session.ardour"},
-                                     home.environment(ardour::variables()), home / "ardour.log");
+    host = std::make_unique<Program>(
+        std::vector<std::string>{ardour::program(), "--no-splash", "--no-announcements",
+                                 session.path() + "/session.ardour"},
+        home.environment(ardour::variables(home)), home / "ardour.log");
     ASSERT_TRUE(eventually(seconds(60), [this] { return editor().has_value(); }))
         << contentsOf(home / "ardour.log");
 }
