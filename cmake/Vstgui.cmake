@@ -42,6 +42,10 @@ target_compile_options(vstgui PRIVATE -w -ffunction-sections -fdata-sections
   # Its assertions and debug information name their source file: not by a path of this
   # machine, nor by one from the build folder, which a compiler cache may make of it.
   "-ffile-prefix-map=${MIRELON_VSTGUI_DIR}/=" "-ffile-prefix-map=${_vstgui_from_build}/=")
+# Compiling it takes longer than anything else, and its pictures are the same without.
+if(MIRELON_SANITIZE)
+  target_compile_options(vstgui PRIVATE -O0)
+endif()
 # Its memory is watched with ours; the arithmetic inside it is not ours to mend.
 if(MIRELON_SANITIZE MATCHES "undefined")
   target_compile_options(vstgui PRIVATE -fno-sanitize=undefined)
