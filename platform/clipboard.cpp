@@ -80,7 +80,7 @@ class Clipboard::Selection {
 
     xcb_connection_t* server() const { return connection.get(); }
     xcb_atom_t atomNamed(std::string_view name);
-    void makeWindow();
+    [[nodiscard]] xcb_window_t makeWindow();
     xcb_timestamp_t now();
     void convertTo(xcb_atom_t target);
 
@@ -92,8 +92,9 @@ class Clipboard::Selection {
 
     ServerConnection connection;
     RunLoop& loop = RunLoop::instance();
-    DescriptorWatches::Id watch = 0;
-    xcb_window_t window = 0;
+    const DescriptorWatches::Id watch =
+        loop.watchDescriptor(xcb_get_file_descriptor(server()), [this] { serve(); });
+    xcb_window_t window = makeWindow();
 
     xcb_atom_t clipboard = atomNamed("CLIPBOARD");
     xcb_atom_t targets = atomNamed("TARGETS");
@@ -116,10 +117,7 @@ std::unique_ptr<Clipboard::Selection> Clipboard::Selection::connect() {
 }
 
 Clipboard::Selection::Selection(ServerConnection connection_)
-    : connection(std::move(connection_)) {
-    makeWindow();
-    watch = loop.watchDescriptor(xcb_get_file_descriptor(server()), [this] { serve(); });
-}
+    : connection(std::move(connection_)) {}
 
 Clipboard::Selection::~Selection() {
     loop.unwatchDescriptor(watch);
@@ -133,12 +131,13 @@ xcb_atom_t Clipboard::Selection::atomNamed(std::string_view name) {
 }
 
 // Never on show.
-void Clipboard::Selection::makeWindow() {
+xcb_window_t Clipboard::Selection::makeWindow() {
     constexpr std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
-    window = xcb_generate_id(server());
-    xcb_create_window(server(), XCB_COPY_FROM_PARENT, window, firstScreen(server()).root, 0, 0, 1,
-                      1, 0, XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK,
+    const xcb_window_t made = xcb_generate_id(server());
+    xcb_create_window(server(), XCB_COPY_FROM_PARENT, made, firstScreen(server()).root, 0, 0, 1, 1,
+                      0, XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK,
                       &events);
+    return made;
 }
 
 // The server's time, by which it orders what several programs ask for at once. It is
@@ -274,7 +273,7 @@ std::optional<std::string> Clipboard::Selection::takeProperty() {
         // To delete the property would ask for the first piece. The sender sees the
         // window go.
         xcb_destroy_window(server(), window);
-        makeWindow();
+        window = makeWindow();
         return {};
     }
     xcb_delete_property(server(), window, property);

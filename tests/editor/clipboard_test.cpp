@@ -124,6 +124,17 @@ TEST_P(EditorClipboard, TakesWhatIsCutOutOfTheText) {
     EXPECT_EQ(nameAfterReturn(), "ab");
 }
 
+TEST_P(EditorClipboard, KeepsTheTextWhenItHearsLateOfTheLossOfAnEarlierOne) {
+    clickName();
+    control('c');
+    const unsigned long since = copiedAt();
+    ASSERT_NE(since, 0U);
+    other.tellOwnerOfLoss(since - 1);
+    EXPECT_EQ(other.paste(), "init");
+    other.tellOwnerOfLoss(since);
+    EXPECT_EQ(other.paste(), std::nullopt);
+}
+
 TEST_P(EditorClipboard, KeepsTheTextWhenNothingIsSelected) {
     other.copy("theirs");
     clickName();

@@ -36,6 +36,17 @@ void OtherProgram::clear() {
     XSync(display.get(), False);
 }
 
+void OtherProgram::tellOwnerOfLoss(unsigned long time) {
+    const Window owner = XGetSelectionOwner(display.get(), atom("CLIPBOARD"));
+    XEvent loss{};
+    loss.xselectionclear.type = SelectionClear;
+    loss.xselectionclear.window = owner;
+    loss.xselectionclear.selection = atom("CLIPBOARD");
+    loss.xselectionclear.time = time;
+    XSendEvent(display.get(), owner, False, NoEventMask, &loss);
+    XSync(display.get(), False);
+}
+
 bool OtherProgram::owns() const {
     return XGetSelectionOwner(display.get(), atom("CLIPBOARD")) == window;
 }

@@ -30,6 +30,8 @@ class OtherProgram {
     void clear();
     // Answers those who paste, and lets the host's loop run.
     void serve();
+    // Tells the owner that it lost the selection at that time of the server's.
+    void tellOwnerOfLoss(unsigned long time);
     // How many of the texts that it has sent have been taken or, in pieces, refused.
     std::size_t settled() const { return answersSettled; }
     bool owns() const;
