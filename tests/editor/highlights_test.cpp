@@ -1,4 +1,5 @@
 // What the window lights up and what it dims.
+#include "hosting/effectbank.h"
 #include "tests/editor/editorhost.h"
 #include "tests/editor/positions.h"
 #include "tests/support/windowdamage.h"
@@ -6,7 +7,9 @@
 #include <X11/keysym.h>
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <gtest/gtest.h>
+#include <vector>
 
 using namespace mirelon::test;
 using namespace std::chrono_literals;
@@ -85,6 +88,19 @@ TEST_F(Highlights, ALetterGoesDarkForAnotherNameAndAnotherPreset) {
     EXPECT_TRUE(comesToShow(areaOfA, lit));
     std::string name("renamed");
     editor.effect->dispatch(effSetProgramName, 0, 0, name.data());
+    EXPECT_TRUE(comesToShow(areaOfA, dark));
+}
+
+TEST_F(Highlights, ALetterGoesDarkForABankWithoutACurrentPreset) {
+    const Pixels dark = shown(areaOfA);
+    editor.click(storeA.x, storeA.y);
+    ASSERT_TRUE(changes(areaOfA, dark));
+    auto bank = mirelon::hosting::bankOf(*editor.effect);
+    ASSERT_TRUE(bank);
+    bank->presets[0].setValue(1, 0.75F);
+    std::vector<std::byte> chunk = bank->chunk(editor.effect->record().uniqueID);
+    chunk[12] = std::byte{11};
+    editor.effect->setChunk(chunk);
     EXPECT_TRUE(comesToShow(areaOfA, dark));
 }
 

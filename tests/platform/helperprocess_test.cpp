@@ -169,6 +169,20 @@ TEST_F(Helper, AnswersInAHostThatIgnoresItsChildren) {
     EXPECT_EQ(output, "/a/path\n");
 }
 
+// The number may be another's by then, of its process group too.
+TEST_F(Helper, ThatTheHostHasCollectedIsNotToldToEnd) {
+    startShell("sleep 1000 & echo $! > '" + (folder / "left").string() + "'; echo $$ > '" +
+               (folder / "leader").string() + "'");
+    while (!processIn("leader"))
+        std::this_thread::sleep_for(1ms);
+    ASSERT_EQ(waitpid(*processIn("leader"), nullptr, 0), *processIn("leader"));
+    const pid_t left = *processIn("left");
+    kill(left, SIGSTOP); // what comes now waits for it
+    process.reset();
+    EXPECT_FALSE(hasPending(left, SIGTERM));
+    kill(left, SIGKILL);
+}
+
 TEST_F(Helper, LeadsAProcessGroupOfItsOwn) {
     EXPECT_EQ(shell("read number name state parent group rest < /proc/self/stat; "
                     "test $number -eq $$ -a $group -eq $$ && echo leads"),

@@ -54,6 +54,18 @@ TEST_F(PresetPreferences, AMemoryIsRecalledIntoTheCurrentPreset) {
     EXPECT_EQ(instance.effect.getPresetNo(), 1);
 }
 
+TEST_F(PresetPreferences, TheUserIsToldWhichMemoryIsStoredAndRecalled) {
+    ScriptedInstance instance(config);
+    instance.editor->storeA();
+    instance.editor->storeB();
+    instance.editor->saveDefaultPreset();
+    instance.editor->recallA();
+    instance.editor->recallB();
+    EXPECT_EQ(instance.editor->told,
+              (std::vector<std::string>{"stored as A", "stored as B", "stored as default preset",
+                                        "recalled A", "recalled B"}));
+}
+
 TEST_F(PresetPreferences, RecallingAnEmptyMemoryChangesNothing) {
     ScriptedInstance instance(config);
     const std::string before = instance.effect.bytes();

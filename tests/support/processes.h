@@ -3,10 +3,12 @@
 
 #include <cerrno>
 #include <csignal>
+#include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <optional>
+#include <string>
 #include <sys/types.h>
 #include <unistd.h>
 
@@ -43,6 +45,16 @@ time.sleep(60)')";
 
 inline bool leadsAGroup(pid_t process) {
     return getpgid(process) == process;
+}
+
+// Whether a process has been sent a signal that it has not taken yet, as one that is stopped.
+inline bool hasPending(pid_t process, int signal) {
+    std::ifstream status("/proc/" + std::to_string(process) + "/status");
+    const std::string line = "ShdPnd:";
+    for (std::string word; status >> word;)
+        if (std::uint64_t pending = 0; word == line && status >> std::hex >> pending)
+            return (pending >> static_cast<unsigned>(signal - 1) & 1U) != 0;
+    return false;
 }
 
 // The files that this process has open.

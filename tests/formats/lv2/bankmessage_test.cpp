@@ -40,6 +40,7 @@ TEST_F(Message, IsAnObjectWithTheBankAsAChunk) {
     const BankMessage message = formBankMessage(types, bank);
     const auto* const object = reinterpret_cast<const LV2_Atom_Object*>(message.data());
     EXPECT_EQ(object->atom.type, urids.number(LV2_ATOM__Object));
+    EXPECT_EQ(object->body.id, 0U) << "it has no name";
     EXPECT_EQ(object->body.otype, urids.number("http://dravik.example/mirelon#Bank"));
     EXPECT_EQ(lv2_atom_total_size(&object->atom), message.size());
     const LV2_Atom* value = nullptr;
