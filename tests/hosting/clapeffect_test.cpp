@@ -60,6 +60,14 @@ TEST_F(ClapEffectTest, HasABlockSizeToldThatChangesWhileItPlays) {
     EXPECT_EQ(played(200), (Told{1, 1, 256, 200, 200, 0, 44100}));
 }
 
+TEST_F(ClapEffectTest, KeepsItsBlockSizeWhenItIsGivenNone) {
+    effect.setBlockSize(64);
+    effect.setBlockSize(0);
+    effect.setBlockSize(-1);
+    effect.resume();
+    EXPECT_EQ(played(64).mostFrames, 64);
+}
+
 TEST_F(ClapEffectTest, HasARateToldThatChangesWhileItPlays) {
     effect.resume();
     EXPECT_EQ(played(8).rate, 44100.0F);

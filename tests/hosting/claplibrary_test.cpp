@@ -26,5 +26,15 @@ TEST(ClapLibrary, LeavesAFileThatIsNoPlugInUnloaded) {
     EXPECT_FALSE(isLoaded(noPlugIn));
 }
 
+TEST(ClapLibrary, WithoutAPlugInSaysSo) {
+    const ClapLibrary library(MIRELON_TEST_CLAP_EMPTY);
+    EXPECT_TRUE(library.ids().empty());
+    try {
+        FAIL() << library.firstId();
+    } catch (const PluginError& error) {
+        EXPECT_STREQ(error.what(), MIRELON_TEST_CLAP_EMPTY ": there is no plug-in in it");
+    }
+}
+
 } // namespace
 } // namespace mirelon::hosting

@@ -51,5 +51,11 @@ TEST(Lv2Instance, ThatThePlugInDoesNotMakeIsToldWithThePlugInsName) {
     }
 }
 
+TEST(Lv2Instance, HasNoControlOfAPortThatThereIsNot) {
+    const auto bundle = Lv2Bundle::inFolder(MIRELON_TEST_AMPLIFIER);
+    Lv2Instance instance(*bundle, 48000.0);
+    EXPECT_THROW(instance.control("nosuchport"), PluginError);
+}
+
 } // namespace
 } // namespace mirelon::hosting

@@ -1,5 +1,8 @@
 // An LV2 amplifier with a port of every kind, no window and no state. Its
 // defects are chosen by the environment, for the validator to find.
+#include "tests/validator/transcript.h"
+
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdint>
@@ -12,8 +15,11 @@
 #include <lv2/urid/urid.h>
 #include <mutex>
 #include <new>
+#include <span>
 
 namespace {
+
+mirelon::test::Transcript transcript;
 
 enum Port : std::uint32_t {
     kDelay,
@@ -57,8 +63,9 @@ Amplifier& of(LV2_Handle instance) {
     return *static_cast<Amplifier*>(instance);
 }
 
-LV2_Handle instantiate(const LV2_Descriptor*, double, const char*,
+LV2_Handle instantiate(const LV2_Descriptor*, double rate, const char*,
                        const LV2_Feature* const* features) {
+    transcript.note("instantiate", 0, rate);
     auto* const amplifier = new (std::nothrow) Amplifier;
     for (; amplifier != nullptr && *features != nullptr; ++features)
         if (std::strcmp((*features)->URI, LV2_URID__map) == 0) {
@@ -107,8 +114,26 @@ void answer(Amplifier& self) {
     }
 }
 
+void cleanup(LV2_Handle instance) {
+    transcript.note("cleanup", 0);
+    transcript.write();
+    delete &of(instance);
+}
+
+void noteRun(const Amplifier& self, std::uint32_t frames) {
+    transcript.note("run", 0, frames, std::as_bytes(std::span(self.number(kIn), frames)));
+    for (const Port port : {kFactor, kMode, kMute, kTone, kSteps})
+        transcript.note("value", static_cast<int>(port), *self.number(port));
+    // At least its head, whatever it says of its size.
+    const auto& messages = *static_cast<const LV2_Atom_Sequence*>(self.ports[kControl]);
+    const std::size_t size =
+        std::max(lv2_atom_total_size(&messages.atom), static_cast<std::uint32_t>(sizeof messages));
+    transcript.note("messages", 0, std::span(reinterpret_cast<const std::byte*>(&messages), size));
+}
+
 void run(LV2_Handle instance, std::uint32_t frames) {
     Amplifier& self = of(instance);
+    noteRun(self, frames);
     answer(self);
     *static_cast<float*>(self.ports[kDelay]) = 7.0F;
     const auto* const in = self.number(kIn);
@@ -132,7 +157,7 @@ constexpr LV2_Descriptor descriptor{
     nullptr,
     run,
     nullptr,
-    [](LV2_Handle instance) { delete &of(instance); },
+    cleanup,
     nullptr};
 
 } // namespace
