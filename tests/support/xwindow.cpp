@@ -60,6 +60,14 @@ void setScreenResources(std::string_view text) {
                     static_cast<int>(text.size()));
 }
 
+void markScreenAsManaged(const std::string& name) {
+    const Connection display(XOpenDisplay(name.c_str()));
+    const Window root = DefaultRootWindow(display.get());
+    XChangeProperty(display.get(), root,
+                    XInternAtom(display.get(), "_NET_SUPPORTING_WM_CHECK", False), XA_WINDOW, 32,
+                    PropModeReplace, reinterpret_cast<const unsigned char*>(&root), 1);
+}
+
 std::optional<unsigned long> windowNamed(std::string_view title) {
     const Connection display = connectToDisplay();
     for (const unsigned long window :

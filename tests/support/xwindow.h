@@ -22,6 +22,9 @@ std::pair<int, int> changedRows(const Pixels& before, const Pixels& after);
 // The X resource text that a desktop leaves on the screen for its programs.
 void setScreenResources(std::string_view text);
 
+// Marks a display's screen as a window manager does.
+void markScreenAsManaged(const std::string& display);
+
 // A program's window with this title, directly on the screen; what follows " - " in a
 // title may be anything.
 std::optional<unsigned long> windowNamed(std::string_view title);

@@ -3,6 +3,7 @@
 #include "tests/support/temporaryfolder.h"
 #include "tests/support/virtualdisplay.h"
 #include "tests/support/xserver.h"
+#include "tests/support/xwindow.h"
 #include "tests/validator/checkrun.h"
 
 #include <gtest/gtest.h>
@@ -205,6 +206,16 @@ TEST(Check, DoesNotBlameAnEffectForAMissingWindowManager) {
         << outcome.output;
     EXPECT_NE(outcome.output.find("X_SetInputFocus"), std::string::npos);
     EXPECT_NE(outcome.output.find("no window manager"), std::string::npos);
+}
+
+TEST(Check, BlamesAnEffectForItsXErrorsWhereThereIsAWindowManager) {
+    const mirelon::test::XServer server("800x600x24");
+    ASSERT_NE(server.display(), "") << "Xvfb did not start";
+    mirelon::test::markScreenAsManaged(server.display());
+    const Outcome outcome = run("DISPLAY=" + server.display() + " MIRELON_DEFECT=x-error " + host +
+                                " check --only editor-opened-twice " + goodEffect);
+    EXPECT_EQ(outcome.status, 1) << outcome.output;
+    EXPECT_EQ(outcome.output.find("no window manager"), std::string::npos) << outcome.output;
 }
 
 TEST(Check, TakesASwitchThatComesBackAsTheSameSwitch) {

@@ -42,6 +42,16 @@ TEST(CheckOfClap, EndsALoadThatReadsAFailedStreamForEver) {
     EXPECT_EQ(check["while"], "loading its state from a stream that fails after 0 of 1000 bytes");
 }
 
+TEST(CheckOfClap, SaysInWhichHostThePlugInOpensNoWindow) {
+    mirelon::test::VirtualDisplay::start();
+    const Outcome outcome =
+        mirelon::test::runShell("MIRELON_DEFECT=window-refused " + host +
+                                " check --json --only host-without-extensions " MIRELON_TEST_CLAP);
+    const auto check = reportOf(outcome)["checks"][0];
+    EXPECT_EQ(check["result"], "warning") << outcome.output;
+    EXPECT_EQ(check["note"], "opens no window in a host without extensions");
+}
+
 struct Defect {
     const char* check;
     const char* name;

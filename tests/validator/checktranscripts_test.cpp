@@ -98,7 +98,8 @@ TEST_P(CheckTranscripts, AreTheOnesThatAreKept) {
 
 INSTANTIATE_TEST_SUITE_P(Of, CheckTranscripts,
                          testing::Values(Plugin{"effect", "VST 2", MIRELON_TEST_EFFECT},
-                                         Plugin{"clap", "CLAP", MIRELON_TEST_CLAP}),
+                                         Plugin{"clap", "CLAP", MIRELON_TEST_CLAP},
+                                         Plugin{"lv2", "LV2", MIRELON_TEST_AMPLIFIER}),
                          [](const auto& tested) { return tested.param.name; });
 
 } // namespace

@@ -104,6 +104,7 @@ INSTANTIATE_TEST_SUITE_P(
                "parameter 0 has an integer range from 0 to -1"},
         Clause{"parameter-properties-stable", "properties-sometimes",
                "describes parameter 0 only sometimes"},
+        Clause{"parameter-properties-stable", "properties-none", "0 described", "passed"},
         Clause{"parameter-properties-stable", "properties-change",
                "describes parameter 0 differently each time"},
         Clause{"parameter-properties-stable", "properties-not-terminated",

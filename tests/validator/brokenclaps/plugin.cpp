@@ -9,6 +9,7 @@
 #include <array>
 #include <clap/entry.h>
 #include <clap/ext/audio-ports.h>
+#include <clap/ext/gui.h>
 #include <clap/ext/timer-support.h>
 #include <clap/plugin-factory.h>
 #include <cstdlib>
@@ -40,6 +41,26 @@ bool describePort(const clap_plugin*, std::uint32_t index, bool isInput,
 }
 
 constexpr clap_plugin_audio_ports ports{portCount, describePort};
+
+// --- A window ---
+
+// Made, and never put into the host's.
+constexpr clap_plugin_gui refusedWindow{
+    [](const clap_plugin*, const char*, bool) { return true; },
+    [](const clap_plugin*, const char**, bool*) { return false; },
+    [](const clap_plugin*, const char*, bool) { return true; },
+    [](const clap_plugin*) {},
+    [](const clap_plugin*, double) { return false; },
+    [](const clap_plugin*, std::uint32_t*, std::uint32_t*) { return false; },
+    [](const clap_plugin*) { return false; },
+    [](const clap_plugin*, clap_gui_resize_hints*) { return false; },
+    [](const clap_plugin*, std::uint32_t*, std::uint32_t*) { return false; },
+    [](const clap_plugin*, std::uint32_t, std::uint32_t) { return false; },
+    [](const clap_plugin*, const clap_window*) { return false; },
+    [](const clap_plugin*, const clap_window*) { return false; },
+    [](const clap_plugin*, const char*) {},
+    [](const clap_plugin*) { return false; },
+    [](const clap_plugin*) { return false; }};
 
 // --- The instance itself ---
 
@@ -156,6 +177,8 @@ const void* extension(const clap_plugin*, const char* id) {
         return &params;
     if (std::strcmp(id, CLAP_EXT_STATE) == 0)
         return &stateFunctions;
+    if (std::strcmp(id, CLAP_EXT_GUI) == 0 && hasDefect("window-refused"))
+        return &refusedWindow;
     return nullptr;
 }
 

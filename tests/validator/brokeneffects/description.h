@@ -62,7 +62,7 @@ class Description {
 
   private:
     VstIntPtr properties(VstInt32 index, VstParameterProperties* p) {
-        if (index < 0 || index >= parameterCount)
+        if (index < 0 || index >= parameterCount || hasDefect("properties-none"))
             return 0;
         if (hasDefect("properties-sometimes") && ++descriptions % 2 == 0)
             return 0;
