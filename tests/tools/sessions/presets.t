@@ -45,6 +45,9 @@ States:
   $ host chunk load tones.wav
   ! mirelon-host: tones.wav: the plug-in does not take it as its state
   [2]
+  $ host chunk
+  ! mirelon-host: A subcommand is required (--help shows how)
+  [2]
   $ host chunk show missing
   ! mirelon-host: missing: cannot be read (No such file or directory)
   [2]

@@ -583,3 +583,8 @@ What cannot be done:
   [2]
   $ host plot tones.wav picture.png
   picture.png: tones.wav before and after
+  $ host plot - picture.png <tones.wav
+  ! mirelon-host: a picture takes two runs through IN, standard input has but one
+  [2]
+  $ host plot tones.wav picture.png <&-
+  picture.png: tones.wav before and after
