@@ -1,4 +1,4 @@
-// mirelon-host: a small host for VST 2.4 effects.
+// mirelon-host: a small host for VST 2.4, LV2 and CLAP effects.
 #include "hosting/hostingerror.h"
 #include "tools/commanderror.h"
 #include "tools/commands.h"
@@ -37,7 +37,7 @@ void expectCommand(const std::string& name) {
 }
 
 int run(int argc, char** argv) {
-    CLI::App parser{"A small host for VST 2.4 effects", "mirelon-host"};
+    CLI::App parser{"A small host for VST 2.4, LV2 and CLAP effects", "mirelon-host"};
     parser.require_subcommand(1);
     parser.set_version_flag("--version", MIRELON_VERSION);
     std::vector<std::pair<CLI::App*, mirelon::tools::Run>> known;

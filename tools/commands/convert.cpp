@@ -34,6 +34,8 @@ void convert(const ConvertOptions& options) {
 
 Run defineConvert(CLI::App& parser) {
     const auto options = std::make_shared<ConvertOptions>();
+    const std::map<std::string, std::endian> orders{{"big", std::endian::big},
+                                                    {"little", std::endian::little}};
     parser.add_option("IN", options->input, "A preset file or bank file of either byte order")
         ->required();
     parser.add_option("OUT", options->output, "The same with the byte order asked for")->required();
@@ -42,8 +44,8 @@ Run defineConvert(CLI::App& parser) {
                     "big or little: whose file it is to be (values are big-endian in both)")
         ->required()
         ->type_name("ORDER")
-        ->transform(CLI::CheckedTransformer(std::map<std::string, std::endian>{
-            {"big", std::endian::big}, {"little", std::endian::little}}));
+        ->transform(CLI::Transformer(orders).description(""))
+        ->transform(CLI::IsMember(orders)); // comes first
     addPluginOption(parser, options->plugin);
     return [options] { convert(*options); };
 }

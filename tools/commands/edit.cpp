@@ -159,7 +159,9 @@ Run defineEdit(CLI::App& parser) {
         .add_option("--drive", options->drive,
                     "What keeps the editor alive: the host's idle command, a GLib main loop or "
                     "both")
-        ->transform(CLI::CheckedTransformer(drives));
+        ->type_name("DRIVE")
+        ->transform(CLI::Transformer(drives).description(""))
+        ->transform(CLI::IsMember(drives)); // comes first
     return [options] { edit(*options); };
 }
 

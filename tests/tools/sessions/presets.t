@@ -172,7 +172,7 @@ Byte orders:
   big.dvb: a bank of 11 presets, written by a big-endian machine
                                      width     gain  balance  stability  centerPos  process  phase  -L  -R
      0  init                      100.00 %  0.00 dB        C          C          C       On    Off  +L  +R
-  $ host convert one.dvp big.dvp --byte-order 4321
+  $ host convert one.dvp big.dvp --byte-order big
   big.dvp: a preset as a big-endian machine writes it
   $ od -A d -t x1z big.dvp | head -n 2
   0000000 4d 72 4c 6e 21 69 6e 69 74 00 00 00 00 00 00 00  >MrLn!init.......<
@@ -181,7 +181,7 @@ Byte orders:
   little.dvb: a bank as a little-endian machine writes it
   $ cmp all.dvb little.dvb
   $ host convert one.dvp middle.dvp --byte-order middle
-  ! mirelon-host: --byte-order: Check middle value in {big->4321,little->1234} OR {4321,1234} FAILED (--help shows how)
+  ! mirelon-host: --byte-order: middle not in {big,little} (--help shows how)
   [2]
   $ host convert tones.wav big.dvb --byte-order big
   ! mirelon-host: tones.wav: no preset or bank of this plug-in
