@@ -1,6 +1,7 @@
 // What a test plug-in has been told: how often each of its functions was called, a digest of
-// what with, and one of the order of all calls. Kept if the environment names a file. Counted and
-// not recorded, because calls are watched for allocating. For calls of one thread at a time.
+// what with, one of the order of all calls, and one of what the validator said meanwhile that it
+// was doing. Kept if the environment names a file. Counted and not recorded, because calls are
+// watched for allocating. For calls of one thread at a time.
 #pragma once
 
 #include <array>
@@ -10,7 +11,12 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <fcntl.h>
+#include <fstream>
 #include <span>
+#include <string>
+#include <sys/mman.h>
+#include <unistd.h>
 
 namespace mirelon::test {
 
@@ -25,6 +31,7 @@ class Transcript {
     void note(const char* function, int number, const Values&... values) {
         if (!isKept())
             return;
+        noteActivity();
         order.add(function);
         order.add(number);
         Call& call = callOf(function, number);
@@ -48,9 +55,14 @@ class Transcript {
             std::fprintf(stream, "%s %d: %ld times, %08x\n", calls[i].function, calls[i].number,
                          calls[i].times, calls[i].shortened());
         std::fprintf(stream, "in this order: %08x\n", order.shortened());
+        if (activity != nullptr)
+            std::fprintf(stream, "%ld activities: %08x\n", activities.times,
+                         activities.shortened());
         std::fclose(stream);
         known = 0;
         order = {};
+        activities = {};
+        lastActivity = {};
     }
 
   private:
@@ -76,6 +88,33 @@ class Transcript {
         }
     };
 
+    // As the process that runs a check keeps it for the one that waits for its end.
+    using Activity = std::array<char, 256>;
+
+    // Null where nobody keeps it.
+    static const Activity* keptActivity() {
+        std::ifstream stream("/proc/self/cmdline", std::ios::binary);
+        for (std::string word; std::getline(stream, word, '\0');)
+            if (word == "--activity" && std::getline(stream, word, '\0')) {
+                const int descriptor = open(word.c_str(), O_RDONLY | O_CLOEXEC);
+                void* const mapped =
+                    mmap(nullptr, sizeof(Activity), PROT_READ, MAP_SHARED, descriptor, 0);
+                close(descriptor);
+                return mapped != MAP_FAILED ? static_cast<const Activity*>(mapped) : nullptr;
+            }
+        return nullptr;
+    }
+
+    // Its text, and whether it is unusual. What stands behind the text's end is from others.
+    void noteActivity() {
+        if (activity == nullptr || *activity == lastActivity)
+            return;
+        lastActivity = *activity;
+        ++activities.times;
+        activities.add(lastActivity.data());
+        activities.add(static_cast<int>(lastActivity.back()));
+    }
+
     Call& callOf(const char* function, int number) {
         for (std::size_t i = 0; i < known; ++i)
             if (calls[i].number == number && std::strcmp(calls[i].function, function) == 0)
@@ -90,6 +129,9 @@ class Transcript {
     std::size_t known = 0;
     std::array<Call, 160> calls{};
     Call order;
+    const Activity* const activity = isKept() ? keptActivity() : nullptr;
+    Activity lastActivity{};
+    Call activities;
 };
 
 } // namespace mirelon::test
