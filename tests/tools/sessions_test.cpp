@@ -39,8 +39,8 @@ void writeSounds(const fs::path& folder) {
 
 class Sessions : public testing::TestWithParam<const char*> {};
 INSTANTIATE_TEST_SUITE_P(Of, Sessions,
-                         testing::Values("checking", "checkingmirelon", "describing", "presets",
-                                         "rendering"),
+                         testing::Values("checking", "checkingmirelon", "describing", "helping",
+                                         "presets", "refusing", "rendering"),
                          [](const auto& tested) { return tested.param; });
 
 TEST_P(Sessions, PrintWhatTheyAreToPrint) {
@@ -50,10 +50,12 @@ TEST_P(Sessions, PrintWhatTheyAreToPrint) {
     const std::string session = GetParam() + std::string(".t");
     for (const std::string& name : {session, std::string("begin")})
         fs::copy_file(fs::path(MIRELON_SESSIONS) / name, folder / name);
-    const std::string names = "HOST_PROGRAM='" MIRELON_HOST_PROGRAM "' PLUGIN='" MIRELON_PLUGIN_FILE
-                              "' CLAP='" MIRELON_CLAP_FILE "' LV2_BUNDLE='" MIRELON_LV2_BUNDLE
-                              "' TEST_PLUGINS='" MIRELON_TEST_PLUGINS
-                              "' TEST_EFFECTS='" MIRELON_TEST_EFFECTS "' SOUNDS=$PWD/sounds";
+    const std::string names =
+        "HOST_PROGRAM='" MIRELON_HOST_PROGRAM "' PLUGIN='" MIRELON_PLUGIN_FILE
+        "' CLAP='" MIRELON_CLAP_FILE "' LV2_BUNDLE='" MIRELON_LV2_BUNDLE
+        "' TEST_CLAP='" MIRELON_TEST_CLAP "' AMPLIFIER='" MIRELON_TEST_AMPLIFIER
+        "' TEST_PLUGINS='" MIRELON_TEST_PLUGINS "' TEST_EFFECTS='" MIRELON_TEST_EFFECTS
+        "' SOUNDS=$PWD/sounds";
     const ShellResult ran =
         runShell("cd " + folder.path.string() + " && " + names +
                  " HOME=$PWD TMPDIR=$PWD " MIRELON_CRAM " --shell=/bin/bash " + session + " 2>&1");

@@ -2,7 +2,7 @@ What is found wrong with plug-ins.
 
   $ . "$TESTDIR/begin"
 
-A good one:
+Good ones:
 
   $ check good.so
   pass   1  load-twice                         N s
@@ -50,6 +50,104 @@ A good one:
   pass  10  realtime-with-editor               N s
   pass  10  realtime-notes                     N s
   good.so, level 10, seed 1: 44 passed, 0 failed, 0 warnings, 0 skipped
+  $ check test.clap
+  pass   1  load-twice                         N s
+  pass   1  load-time                          N s  N ms
+  pass   1  load-memory                        N s  N KiB an instance
+  pass   1  symbols-entry                      N s
+  pass   1  symbols-leaked                     N s
+  pass   1  entry-reloaded                     N s
+  pass   1  entry-counted                      N s
+  pass   1  extensions-unknown                 N s
+  pass   2  identity-stable                    N s  Test
+  pass   2  programs-stable                    N s  0 programs
+  pass   2  parameter-texts-stable             N s  3 parameters
+  pass   2  parameter-values-in-range          N s
+  pass   2  host-without-extensions            N s
+  pass   2  host-without-one-extension         N s
+  pass   2  instances-independent              N s
+  pass   2  parameter-identifiers              N s  3 parameters
+  pass   2  parameter-ranges                   N s
+  pass   2  parameter-texts-read-back          N s
+  pass   3  audio-every-rate-and-block         N s  13 rates, 23 block sizes
+  pass   3  audio-changing-blocks              N s
+  pass   3  audio-in-place                     N s
+  pass   3  audio-silence                      N s
+  pass   4  state-round-trip                   N s  1000 bytes
+  pass   4  state-fresh-instance               N s
+  skip   4  state-with-editor                  N s  has no editor
+  pass   4  state-in-parts                     N s  1000 bytes
+  pass   5  automation-every-block             N s
+  pass   5  automation-holds                   N s
+  pass   5  parameter-set-and-read             N s
+  pass   5  events-every-frame                 N s
+  pass   5  events-unknown-types               N s
+  pass   5  flush-without-audio                N s
+  skip   6  editor-opened-twice                N s  has no editor
+  skip   6  editor-in-two-instances            N s  has no editor
+  skip   6  editor-while-processing            N s  has no editor
+  pass   7  suspend-resume-loop                N s
+  pass   7  activation-loop                    N s
+  pass   7  processing-loop                    N s
+  pass   8  parameter-strange-values           N s
+  pass   8  parameter-random-bits              N s
+  pass   8  parameter-unknown                  N s
+  pass   8  events-foreign-spaces              N s
+  pass   8  events-beyond-block                N s
+  pass   9  state-every-length                 N s  0 to 2000 bytes
+  pass   9  state-every-byte-flipped           N s  1000 bytes flipped
+  pass   9  state-noise                        N s  1 MiB, and 200 of the state's own size
+  pass   9  state-other-byte-order             N s
+  pass   9  state-cut-short                    N s
+  pass   9  state-stream-fails                 N s
+  skip  10  editor-sixty-openings              N s  has no editor
+  pass  10  threads-audio-automation-state     N s  N blocks
+  skip  10  threads-with-editor                N s  has no editor
+  pass  10  realtime-process                   N s
+  skip  10  realtime-with-editor               N s  has no editor
+  pass  10  threads-mistaken                   N s
+  pass  10  realtime-events                    N s
+  pass  10  realtime-flush-and-reset           N s
+  test.clap, level 10, seed 1: 50 passed, 0 failed, 0 warnings, 7 skipped
+  $ check amplifier.lv2
+  pass   1  load-twice                         N s
+  pass   1  load-time                          N s  N ms
+  pass   1  load-memory                        N s  N KiB an instance
+  pass   1  symbols-entry                      N s
+  pass   1  symbols-leaked                     N s
+  pass   2  identity-stable                    N s  Test Amplifier
+  pass   2  programs-stable                    N s  2 programs
+  pass   2  parameter-texts-stable             N s  5 parameters
+  pass   2  parameter-values-in-range          N s
+  pass   3  audio-every-rate-and-block         N s  13 rates, 23 block sizes
+  pass   3  audio-changing-blocks              N s
+  pass   3  audio-in-place                     N s
+  pass   3  audio-silence                      N s
+  skip   4  state-round-trip                   N s  keeps no state of its own
+  skip   4  state-fresh-instance               N s  keeps no state of its own
+  skip   4  state-with-editor                  N s  has no editor
+  pass   5  automation-every-block             N s
+  pass   5  automation-holds                   N s
+  skip   6  editor-opened-twice                N s  has no editor
+  skip   6  editor-in-two-instances            N s  has no editor
+  skip   6  editor-while-processing            N s  has no editor
+  pass   7  suspend-resume-loop                N s
+  pass   8  parameter-strange-values           N s
+  pass   8  parameter-random-bits              N s
+  skip   9  state-every-length                 N s  keeps no state of its own
+  skip   9  state-every-byte-flipped           N s  keeps no state of its own
+  skip   9  state-noise                        N s  keeps no state of its own
+  skip   9  state-other-byte-order             N s  keeps no state of its own
+  pass   9  messages-strange-atoms             N s  980 atoms
+  pass   9  messages-strange-objects           N s  2000 objects
+  pass   9  messages-strange-sequences         N s  1000 sequences
+  skip  10  editor-sixty-openings              N s  has no editor
+  pass  10  threads-audio-automation-state     N s  N blocks
+  skip  10  threads-with-editor                N s  has no editor
+  pass  10  realtime-process                   N s
+  skip  10  realtime-with-editor               N s  has no editor
+  pass  10  realtime-messages                  N s  300 messages
+  amplifier.lv2, level 10, seed 1: 24 passed, 0 failed, 0 warnings, 13 skipped
 
 Bad ones:
 

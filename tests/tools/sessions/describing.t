@@ -172,6 +172,44 @@ Other plug-ins:
   parameters
   
   presets
+  $ host info --plugin test.clap
+  Test
+    file        test.clap
+    product     Test
+    vendor      Mirelon, version 1000
+    category    effect
+    interface   CLAP
+    channels    2 in, 2 out, latency 0 frames
+    flags       48 (replacing, chunks)
+    programs    0 (current "")
+  
+  parameters
+     0  Gain           1.0000      0.5000
+     1  Mode           0.0000      0.0000
+     2  Tone           0.0000      0.5000
+  
+  presets
+  $ host info --plugin amplifier.lv2
+  Test Amplifier
+    file        amplifier.lv2/amplifier.so
+    product     Test Amplifier
+    vendor      Test Vendor, version 3004
+    category    effect
+    interface   LV2, urn:mirelon:test:amplifier
+    channels    1 in, 1 out, latency 7 frames
+    flags       16 (replacing)
+    programs    2 (current "loud")
+  
+  parameters
+     0  Factor           1.00 x    0.2500
+     1  Mode            Plain      0.0000
+     2  Mute              Off      0.0000  switch
+     3  Tone          1000.00 Hz   0.5000
+     4  Steps               2      0.2500
+  
+  presets
+     0  loud  (current)
+     1  muted
   $ host info --plugin displays.so --parameter-names
   Drive
   Mix

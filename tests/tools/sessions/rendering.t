@@ -317,6 +317,25 @@ Sound through a plug-in, and what is said of it.
     width: -0.5 anti-phase to +0.5 mono; balance: -0.5 left to +0.5 right.
     Both are log16 of a ratio of RMS values (L+R to L-R, R to L) over the whole file.
   $ host render tones.wav vst2.wav --preset 9 --quiet
+  $ host render tones.wav gain.wav --plugin test.clap --set gain=0.5 --set-normalised tone=0.25
+  input     tones.wav (WAV, Signed 16 bit PCM, 44100 Hz, stereo)
+  output    gain.wav (WAV, Signed 16 bit PCM)
+  settings  Gain 0.5000, Tone -6.0000
+  frames    6000 (0.14 s)
+  speed     N x real time
+  
+    dBFS     L peak     L RMS     R peak     R RMS    width  balance   correl
+    before    -11.21    -14.22     -13.39    -16.41   +0.001   -0.091   +0.003
+    after     -14.48    -17.49     -16.65    -19.68   +0.001   -0.091   +0.003
+  
+    width: -0.5 anti-phase to +0.5 mono; balance: -0.5 left to +0.5 right.
+    Both are log16 of a ratio of RMS values (L+R to L-R, R to L) over the whole file.
+  $ host render mono.wav amplified.wav --plugin amplifier.lv2 --set factor=2 --automate tone=100:1000
+  ! mirelon-host: urn:mirelon:test:amplifier: has 1 inputs and 1 outputs, two of each are needed
+  [2]
+  $ host render mono.wav muted.wav --plugin amplifier.lv2 --set mute=on --set mode=inverted --preset 1
+  ! mirelon-host: urn:mirelon:test:amplifier: has 1 inputs and 1 outputs, two of each are needed
+  [2]
   $ host compare clap.wav vst2.wav
   clap.wav and vst2.wav: identical
   $ host compare lv2.wav vst2.wav
