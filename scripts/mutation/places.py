@@ -4,6 +4,7 @@ import concurrent.futures
 import hashlib
 import json
 import os
+import re
 import shlex
 import subprocess
 from collections import Counter, defaultdict
@@ -63,7 +64,9 @@ def built_plugin():
 
 def search(plugin, root, entry, output):
     """Has one source searched, as its entry of the compilation database says."""
-    words = shlex.split(entry["command"])
+    # Where the folder is built already, what GCC has made of a precompiled header is in
+    # clang's way. The sources include all that they need.
+    words = shlex.split(re.sub(r" -include \S+/cmake_pch\.hxx", "", entry["command"]))
     at = words.index("-o")
     flags = [w for w in words[1:at] + words[at + 2 :] if w not in ("-c", entry["file"])]
     argument = ["-Xclang", "-plugin-arg-mutation-places", "-Xclang"]
