@@ -33,6 +33,7 @@ void writeSounds(const fs::path& folder) {
     writeSound(folder / "tones.wav", tones(2, 6000));
     writeSound(folder / "mono.wav", tones(1, 3000));
     writeSound(folder / "empty.wav", tones(2, 0));
+    writeSound(folder / "three.wav", tones(3, 300));
     fs::copy_file(folder / "tones.wav", folder / "short.wav");
     fs::resize_file(folder / "short.wav", 10000);
 }

@@ -210,6 +210,25 @@ Other plug-ins:
   presets
      0  loud  (current)
      1  muted
+  $ for unit in pc db khz mhz ms s min bpm cent semitone12TET oct degree frame other; do
+  >   rm -rf changed.lv2; cp -rL amplifier.lv2 changed.lv2
+  >   sed -i "s/units:hz/units:$unit/" changed.lv2/*.ttl
+  >   host info --plugin changed.lv2 | grep Tone
+  > done
+     3  Tone          1000.00 %    0.5000
+     3  Tone          1000.00 dB   0.5000
+     3  Tone          1000.00 kHz  0.5000
+     3  Tone          1000.00 MHz  0.5000
+     3  Tone          1000.00 ms   0.5000
+     3  Tone          1000.00 s    0.5000
+     3  Tone          1000.00 min  0.5000
+     3  Tone          1000.00 BPM  0.5000
+     3  Tone          1000.00 ct   0.5000
+     3  Tone          1000.00 semi 0.5000
+     3  Tone          1000.00 oct  0.5000
+     3  Tone          1000.00 deg  0.5000
+     3  Tone          1000.00 frames 0.5000
+     3  Tone          1000.00      0.5000
   $ host info --plugin displays.so --parameter-names
   Drive
   Mix

@@ -70,6 +70,23 @@ Plug-ins:
   $ host screenshot picture.png --plugin displays.so
   ! mirelon-host: the plug-in has no editor
   [2]
+  $ DISPLAY= host screenshot picture.png
+  ! mirelon-host: there is no X display to open a window on (DISPLAY)
+  [2]
+  $ changed() {
+  >   rm -rf changed.lv2; cp -rL amplifier.lv2 changed.lv2; sed -i "$1" changed.lv2/*.ttl
+  >   host info --plugin changed.lv2
+  > }
+  $ changed 's/requiredFeature urid:map/requiredFeature urid:map , <urn:nowhere>/'
+  ! mirelon-host: urn:mirelon:test:amplifier: needs what is not offered here: urn:nowhere
+  [2]
+  $ changed '0,/lv2:InputPort , lv2:ControlPort/s//lv2:InputPort , <urn:kind>/'
+  ! mirelon-host: urn:mirelon:test:amplifier: its port factor is of a kind that is not hosted here
+  [2]
+  $ changed 's/amplifier.so/other.so/'
+  ! lilv_lib_open(): error: Failed to open library changed.lv2/other.so (changed.lv2/other.so: cannot open shared object file: No such file or directory)
+  ! mirelon-host: urn:mirelon:test:amplifier: the plug-in made no instance
+  [2]
 
 Files:
 
@@ -152,6 +169,47 @@ Files:
     loudness after EBU R 128
     before      -inf LUFS, true peak -inf dBTP
     after       -inf LUFS, true peak -inf dBTP
+  $ host render three.wav new2.wav
+  ! mirelon-host: three.wav: has 3 channels; only mono and stereo can be processed
+  [2]
+  $ host render tones.wav new2.opus
+  ! mirelon-host: new2.opus: OGG, Opus at 44100 Hz cannot be written (Error : Opus only supports sample rates of 8000, 12000, 16000, 24000, and 48000)
+  [2]
+  $ host render tones.wav loud.wav --set gain=12 --quiet
+  ! mirelon-host: warning: loud.wav: 1602 samples are beyond full scale, the highest by 0.79 dB; --headroom 0.8 or --bits float keeps them whole
+  $ host render loud.wav mono.wav --out-dir crashed --plugin crash.so --jobs 1 --block 30
+  crashed/mono.wav: 0.07 s, N x real time
+  1 of 2 files rendered
+  failed    loud.wav
+  ! mirelon-host: loud.wav: the plug-in crashed (Killed)
+  [2]
+  $ ln -s /dev/null null.wav
+  $ host render tones.wav null.wav --overwrite
+  ! mirelon-host: /dev/null: not a regular file
+  [2]
+  $ for kind in w64 rf64 aiff caf au flac ogg; do
+  >   host render tones.wav "whole.$kind" --quiet --format $kind
+  >   head -c 5000 "whole.$kind" >"cut.$kind"
+  >   echo $kind; host render "cut.$kind" "cut.$kind.wav" | sed -n '/^frames/p; /^!/p'
+  > done
+  w64
+  frames    1224 (0.03 s)
+  ! mirelon-host: warning: cut.w64: cut short: 0.11 s (4776 frames) of 0.14 s cannot be read
+  rf64
+  frames    1224 (0.03 s)
+  ! mirelon-host: warning: cut.rf64: cut short: 0.11 s (4776 frames) of 0.14 s cannot be read
+  aiff
+  frames    1236 (0.03 s)
+  ! mirelon-host: warning: cut.aiff: cut short: 0.11 s (4764 frames) of 0.14 s cannot be read
+  caf
+  ! mirelon-host: cut.caf: not an audio file (Supported file format but file is malformed)
+  au
+  frames    1244 (0.03 s)
+  ! mirelon-host: warning: cut.au: cut short: 0.11 s (4756 frames) of 0.14 s cannot be read
+  flac
+  frames    6000 (0.14 s)
+  ogg
+  frames    0 (0.00 s)
   $ host plot empty.wav picture.png
   picture.png: empty.wav before and after
   $ host screenshot picture.jpg
@@ -242,4 +300,11 @@ Banks and presets:
   $ host verify tiny.dvp
   tiny.dvp: byte 3: ends before its header does
   ! mirelon-host: 1 problem found
+  [2]
+  $ { head -c 300 all.dvb; printf '\377\377\377\377'; tail -c +305 all.dvb; } >damaged.dvb
+  $ host render tones.wav new3.wav --bank-file damaged.dvb
+  ! mirelon-host: damaged.dvb: value 8 of preset 4 is not 0 to 1 (`verify` says more)
+  [2]
+  $ host chunk load folder.so
+  ! mirelon-host: folder.so: cannot be read (Is a directory)
   [2]
