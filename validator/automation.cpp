@@ -46,8 +46,9 @@ std::string lastValueHolds(const Subject& subject) {
             const float atOnce = effect.parameter(i);
             buffers.in.fill(noise);
             buffers.process(effect, "after setting parameter ", i);
-            require(effect.parameter(i) == atOnce, "parameter ", i, " drifts from ", atOnce, " to ",
-                    effect.parameter(i), " while audio runs");
+            const float later = effect.parameter(i);
+            require(later == atOnce, "parameter ", i, " drifts from ", atOnce, " to ", later,
+                    " while audio runs");
         }
     }
     return {};

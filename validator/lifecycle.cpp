@@ -15,7 +15,7 @@ std::string suspendAndResume(const Subject& subject) {
     start(effect, 44100, 128);
     Buffers<float> buffers(effect, 128);
     for (int i = 0; i < 200; ++i) {
-        doing("suspending and resuming for the ", i, "th time");
+        doing("suspending and resuming for time ", i);
         effect.suspend();
         if (i % 3 == 0)
             effect.suspend();
