@@ -40,8 +40,8 @@ void writeSounds(const fs::path& folder) {
 
 class Sessions : public testing::TestWithParam<const char*> {};
 INSTANTIATE_TEST_SUITE_P(Of, Sessions,
-                         testing::Values("checking", "checkingmirelon", "describing", "helping",
-                                         "presets", "refusing", "rendering"),
+                         testing::Values("checking", "checkingmirelon", "describing", "failing",
+                                         "helping", "presets", "refusing", "rendering"),
                          [](const auto& tested) { return tested.param; });
 
 TEST_P(Sessions, PrintWhatTheyAreToPrint) {

@@ -1,6 +1,7 @@
 // The defect that the environment chooses, and what defects have in common.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -19,6 +20,18 @@ inline bool hasDefect(std::string_view name) {
 // Whether the defect is the one of this family and number: "rate-8000", say.
 inline bool hasDefect(const char* family, long number) {
     return hasDefect(family + std::to_string(number));
+}
+
+// Whether the defect is this one and this the call of it that is named, over all instances:
+// "nan@3", say, in the third of the calls that ask for "nan".
+inline bool hasDefectNow(std::string_view name) {
+    static const char* const chosen = std::getenv("MIRELON_DEFECT");
+    static std::atomic<int> calls{0};
+    if (chosen == nullptr)
+        return false;
+    const std::string_view all = chosen;
+    return all.substr(0, all.find('@')) == name && all.size() > name.size() &&
+           ++calls == std::atoi(chosen + name.size() + 1);
 }
 
 // Writes the process's number where the environment says.

@@ -71,6 +71,8 @@ bool value(const clap_plugin* plugin, clap_id id, double* result) {
     if (place >= parameterCount || (hasDefect("value-missing") && place == tone))
         return false;
     *result = hasDefect("value-beyond-range") ? highest.at(place) + 1.0 : self.at(place);
+    if (hasDefectNow("value-moves"))
+        *result = (lowest.at(place) + *result) / 2.0;
     return true;
 }
 

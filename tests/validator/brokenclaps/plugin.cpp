@@ -118,7 +118,8 @@ bool startProcessing(const clap_plugin* plugin) {
     transcript.note("start_processing", 0);
     Plugin& self = of(plugin);
     allocateIf("start-allocates");
-    self.processing = ++self.starts < 4 || !hasDefect("starts-run-out");
+    self.processing =
+        (++self.starts < 4 || !hasDefect("starts-run-out")) && !hasDefectNow("start-refused");
     return self.processing;
 }
 
@@ -162,7 +163,7 @@ clap_process_status process(const clap_plugin* plugin, const clap_process* cycle
     events.applyUntil(everyTime);
     fill(cycle->out_events, self);
     const bool refused =
-        hasDefect("process-error") ||
+        hasDefect("process-error") || hasDefectNow("process-error") ||
         (hasDefect("events-refused") && cycle->in_events->size(cycle->in_events) > 0);
     return refused ? CLAP_PROCESS_ERROR : CLAP_PROCESS_CONTINUE;
 }

@@ -20,6 +20,8 @@ static_assert(sizeof(State) == 1000);
 
 bool save(const clap_plugin* plugin, const clap_ostream* stream) {
     transcript.note("save", 0);
+    if (hasDefectNow("save-refused"))
+        return false;
     State state;
     for (std::uint32_t place = 0; place < parameterCount; ++place)
         state.values.at(place) = of(plugin).at(place);
@@ -55,6 +57,8 @@ bool load(const clap_plugin* plugin, const clap_istream* stream) {
     }
     transcript.note("load", 0, Transcript::Bytes(bytes, done));
     const bool whole = done == sizeof state;
+    if (hasDefectNow("load-refused"))
+        return false;
     if (!whole && hasDefect("part-of-a-state-taken"))
         return true;
     if (!whole && !(hasDefect("state-applied-before-judged") && done >= 100))

@@ -226,6 +226,8 @@ class TestEffect {
             return static_cast<float>(changes++ % 100) / 100.0F;
         if (hasDefect("realtime-get-parameter"))
             allocate();
+        if (hasDefectNow("value-moves"))
+            return 0.3125F;
         return index >= 0 && index < parameterCount ? state.values[static_cast<std::size_t>(index)]
                                                     : 0.0F;
     }
@@ -262,6 +264,8 @@ class TestEffect {
             return 0;
         }
         std::memcpy(&saved, data, sizeof saved);
+        if (hasDefectNow("state-refused"))
+            return 0;
         if (hasDefect("byte-order") && saved.owner == __builtin_bswap32(State{}.owner))
             crash();
         if (hasDefect("flip") && saved.owner == State{}.owner && saved.version != 1)
@@ -322,7 +326,7 @@ class TestEffect {
             const std::lock_guard lock(access);
         if (hasDefect("realtime-file"))
             ::close(::open("/dev/null", O_RDONLY)); // NOLINT(cppcoreguidelines-pro-type-vararg)
-        if (poisoned)
+        if (poisoned || hasDefectNow("nan"))
             out[0][0] = std::numeric_limits<Sample>::quiet_NaN();
     }
 
