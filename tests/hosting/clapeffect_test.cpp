@@ -1,10 +1,12 @@
 // What a CLAP plug-in in the shape of an effect is told by its host; what such an effect
 // answers stands with the tests of Mirelon's CLAP plug-in.
+#include "hosting/adaptedeffect.h"
 #include "hosting/effect.h"
 #include "hosting/pluginfile.h"
 #include "hosting/recordinghost.h"
 
 #include <array>
+#include <cstdint>
 #include <gtest/gtest.h>
 
 namespace mirelon::hosting {
@@ -73,6 +75,13 @@ TEST_F(ClapEffectTest, HasARateToldThatChangesWhileItPlays) {
     EXPECT_EQ(played(8).rate, 44100.0F);
     effect.setSampleRate(96000.0F);
     EXPECT_EQ(played(8).rate, 96000.0F);
+}
+
+// The published values of the 32-bit hash.
+TEST(IdentifierOfAName, IsItsFnv1aHashWithTheLastBitSet) {
+    EXPECT_EQ(static_cast<std::uint32_t>(identifierOf("a")), 0xE40C292DU);
+    EXPECT_EQ(static_cast<std::uint32_t>(identifierOf("foobar")), 0xBF9CF969U);
+    EXPECT_EQ(static_cast<std::uint32_t>(identifierOf("")), 0x811C9DC5U);
 }
 
 } // namespace

@@ -1,5 +1,5 @@
-// The keys of a window on a display that goes away. What typing and shortcuts make of
-// them stands with the editor's tests.
+// The keys of a window that another one takes, and on a display that goes away. What typing and
+// shortcuts make of them stands with the editor's tests.
 #include "platform/windowkeys.h"
 
 #include "platform/runloop.h"
@@ -29,6 +29,21 @@ std::uint32_t focusedWindowThere() {
     const ReplyPtr<xcb_get_input_focus_reply_t> reply(
         xcb_get_input_focus_reply(connection(), xcb_get_input_focus(connection()), nullptr));
     return reply->focus;
+}
+
+TEST(WindowKeys, StayWhereAnotherWindowHasTakenThem) {
+    VirtualDisplay::start();
+    const RunLoop::User user;
+    ASSERT_TRUE(RunLoop::instance().connectToDisplay());
+    const auto window = makeWindow();
+    const auto other = makeWindow();
+    {
+        WindowKeys keys(window, [] {});
+        keys.take();
+        ASSERT_EQ(focusedWindowThere(), window);
+        xcb_set_input_focus(connection(), XCB_INPUT_FOCUS_PARENT, other, XCB_CURRENT_TIME);
+    }
+    EXPECT_EQ(focusedWindowThere(), other);
 }
 
 // The host ends its editor before anybody has noticed that the server has gone.
