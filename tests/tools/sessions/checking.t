@@ -178,6 +178,11 @@ Bad ones:
   $ MIRELON_DEFECT=switches check good.so --only state-round-trip --strict
   pass   4  state-round-trip                   N s  20 bytes
   good.so, level 10, seed 1: 1 passed, 0 failed, 0 warnings, 0 skipped
+  $ MIRELON_DEFECT=realtime-double check good.so --only realtime-process | sed 's/, first from.*//'
+  FAIL  10  realtime-process                   N s  process with doubles makes malloc calls (200 times
+            while: processing in blocks of 1024 and setting parameters in between
+            again: mirelon-host check good.so --only realtime-process --seed 1
+  good.so, level 10, seed 1: 0 passed, 1 failed, 0 warnings, 0 skipped
   $ MIRELON_DEFECT=window-stays check good.so --only editor-opened-twice
   FAIL   6  editor-opened-twice                N s  leaves its window behind when it is closed
             while: closing the editor
