@@ -236,6 +236,12 @@ TEST(Check, WorksWithoutProc) {
     EXPECT_EQ(reportOf(outcome)["plugin"], MIRELON_PLUGIN_FILE);
 }
 
+// Not one that has ended and that nobody has collected.
+bool runs(pid_t process) {
+    std::ifstream command("/proc/" + std::to_string(process) + "/cmdline");
+    return command.peek() != std::ifstream::traits_type::eof();
+}
+
 // A run that hangs in its first check, and what is left when it is ended.
 class CheckThatEnds : public testing::TestWithParam<int> {};
 
@@ -256,13 +262,15 @@ TEST_P(CheckThatEnds, TakesItsChildrenAndItsFolderAlong) {
         return holds();
     };
     pid_t child = 0;
+    pid_t grandchild = 0;
     ASSERT_TRUE(until([&] {
-        std::ifstream(temporary / "pid") >> child;
-        return child > 0;
+        std::ifstream(temporary / "pid") >> child >> grandchild;
+        return grandchild > 0;
     }));
     check.kill(GetParam());
     EXPECT_EQ(check.wait(), -GetParam());
-    EXPECT_TRUE(until([&] { return kill(child, 0) != 0; })) << "the child still runs";
+    EXPECT_TRUE(until([&] { return !runs(child); })) << "the child still runs";
+    EXPECT_TRUE(until([&] { return !runs(grandchild); })) << "the child's own still runs";
     EXPECT_TRUE(until([&] { return inside() == 1; })) << "the scratch folder is still there";
 }
 

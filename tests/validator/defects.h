@@ -34,11 +34,16 @@ inline bool hasDefectNow(std::string_view name) {
            ++calls == std::atoi(chosen + name.size() + 1);
 }
 
-// Writes the process's number where the environment says.
-inline bool tellProcess() {
+// Writes where the environment says the process's number and that of a child that it starts,
+// which stays.
+inline bool tellProcesses() {
     if (const char* const file = std::getenv("MIRELON_TEST_PID_FILE")) {
+        const pid_t child = fork();
+        if (child == 0)
+            for (;;)
+                pause();
         if (std::FILE* const stream = std::fopen(file, "w")) {
-            std::fprintf(stream, "%d\n", static_cast<int>(getpid()));
+            std::fprintf(stream, "%d %d\n", static_cast<int>(getpid()), static_cast<int>(child));
             std::fclose(stream);
         }
     }

@@ -142,6 +142,8 @@ class TestEffect {
             return 0;
         case effMainsChanged:
             running = value != 0;
+            if (running)
+                noteHost(record);
             if (hasDefect("prints-folders") && running) {
                 printFolders();
                 crash();
@@ -150,7 +152,7 @@ class TestEffect {
                 atTheEnd(crash);
             if (hasDefect("status-at-the-end") && running)
                 atTheEnd([] { _exit(3); });
-            if (running && hasDefect("resume-hangs") && tellProcess())
+            if (running && hasDefect("resume-hangs") && tellProcesses())
                 std::this_thread::sleep_for(std::chrono::hours(1));
             if (running && hasDefect("slow-resume"))
                 std::this_thread::sleep_for(std::chrono::milliseconds(50));
@@ -384,7 +386,8 @@ class TestEffect {
 } // namespace
 
 #ifndef TEST_EFFECT_NO_ENTRY
-TEST_EFFECT_EXPORT AEffect* VSTPluginMain(audioMasterCallback /*host*/) {
+TEST_EFFECT_EXPORT AEffect* VSTPluginMain(audioMasterCallback host) {
+    hostOfAll = host;
     if (hasDefect("slow-load"))
         std::this_thread::sleep_for(std::chrono::milliseconds(2500));
     if (hasDefect("one-instance") || hasDefect("one-record")) {

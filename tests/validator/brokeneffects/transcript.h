@@ -11,6 +11,7 @@
 namespace mirelon::test::brokeneffects {
 
 inline Transcript transcript;
+inline audioMasterCallback hostOfAll = nullptr;
 
 inline void noteEvents(const VstEvents& list) {
     for (std::size_t i = 0; i < static_cast<std::size_t>(list.numEvents); ++i) {
@@ -42,6 +43,12 @@ inline void noteDispatcher(VstInt32 opcode, VstInt32 index, VstIntPtr value, con
             Transcript::Bytes(static_cast<const std::byte*>(ptr), static_cast<std::size_t>(value)));
     if (opcode == effProcessEvents)
         noteEvents(*static_cast<const VstEvents*>(ptr));
+}
+
+// What the host answers to what an effect may ask before it plays.
+inline void noteHost(AEffect& record) {
+    for (const VstInt32 question : {audioMasterGetSampleRate, audioMasterGetBlockSize})
+        transcript.note("host", question, hostOfAll(&record, question, 0, 0, nullptr, 0.0F));
 }
 
 template <typename Sample>
