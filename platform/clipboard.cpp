@@ -92,8 +92,6 @@ class Clipboard::Selection {
 
     ServerConnection connection;
     RunLoop& loop = RunLoop::instance();
-    const DescriptorWatches::Id watch =
-        loop.watchDescriptor(xcb_get_file_descriptor(server()), [this] { serve(); });
     xcb_window_t window = makeWindow();
 
     xcb_atom_t clipboard = atomNamed("CLIPBOARD");
@@ -107,6 +105,10 @@ class Clipboard::Selection {
     xcb_timestamp_t ownedSince = 0;
     Receiver receive; // while text is awaited
     xcb_timestamp_t requestedAt = 0;
+
+    // Last: it is for all of the above.
+    const DescriptorWatches::Id watch =
+        loop.watchDescriptor(xcb_get_file_descriptor(server()), [this] { serve(); });
 };
 
 std::unique_ptr<Clipboard::Selection> Clipboard::Selection::connect() {
