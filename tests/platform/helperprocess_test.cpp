@@ -177,7 +177,10 @@ TEST_F(Helper, ThatTheHostHasCollectedIsNotToldToEnd) {
         std::this_thread::sleep_for(1ms);
     ASSERT_EQ(waitpid(*processIn("leader"), nullptr, 0), *processIn("leader"));
     const pid_t left = *processIn("left");
-    kill(left, SIGSTOP); // what comes now waits for it
+    kill(left, SIGSTOP);
+    while (hasPending(left, SIGSTOP))
+        std::this_thread::sleep_for(1ms);
+    // What comes now waits for it.
     process.reset();
     EXPECT_FALSE(hasPending(left, SIGTERM));
     kill(left, SIGKILL);
