@@ -20,6 +20,12 @@ inline bool processExists(pid_t process) {
     return kill(process, 0) == 0 || errno != ESRCH;
 }
 
+// The same without one that has ended and that nobody has collected.
+inline bool isRunning(pid_t process) {
+    std::ifstream command("/proc/" + std::to_string(process) + "/cmdline");
+    return command.peek() != std::ifstream::traits_type::eof();
+}
+
 // The process number that a program has written to a file; nothing while the file
 // is not there or its line is not whole.
 inline std::optional<pid_t> numberIn(const std::filesystem::path& file) {

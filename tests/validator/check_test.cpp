@@ -1,6 +1,5 @@
 // The validator: a good effect passes everything, and for each check there is a
 // defect that it finds.
-#include "tests/support/temporaryfolder.h"
 #include "tests/support/virtualdisplay.h"
 #include "tests/support/xserver.h"
 #include "tests/support/xwindow.h"
@@ -9,15 +8,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <chrono>
-#include <csignal>
-#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <string_view>
-#include <thread>
+#include <unistd.h>
 #include <vector>
 
 namespace {
@@ -235,46 +231,6 @@ TEST(Check, WorksWithoutProc) {
     EXPECT_EQ(outcome.status, 0) << outcome.output;
     EXPECT_EQ(reportOf(outcome)["plugin"], MIRELON_PLUGIN_FILE);
 }
-
-// Not one that has ended and that nobody has collected.
-bool runs(pid_t process) {
-    std::ifstream command("/proc/" + std::to_string(process) + "/cmdline");
-    return command.peek() != std::ifstream::traits_type::eof();
-}
-
-// A run that hangs in its first check, and what is left when it is ended.
-class CheckThatEnds : public testing::TestWithParam<int> {};
-
-TEST_P(CheckThatEnds, TakesItsChildrenAndItsFolderAlong) {
-    const mirelon::test::TemporaryFolder temporary;
-    const auto inside = [&] {
-        return std::distance(std::filesystem::directory_iterator(temporary.path), {});
-    };
-    std::vector<std::string> environment = mirelon::hosting::ownEnvironment();
-    environment.push_back("TMPDIR=" + temporary.path.string());
-    environment.emplace_back("MIRELON_DEFECT=resume-hangs");
-    environment.push_back("MIRELON_TEST_PID_FILE=" + std::string(temporary / "pid"));
-    mirelon::hosting::ChildProcess check(
-        {host, {host, "check", "--only", "audio-silence", goodEffect}, environment});
-    const auto until = [](auto holds) {
-        for (int i = 0; i < 3000 && !holds(); ++i)
-            std::this_thread::sleep_for(std::chrono::milliseconds(10));
-        return holds();
-    };
-    pid_t child = 0;
-    pid_t grandchild = 0;
-    ASSERT_TRUE(until([&] {
-        std::ifstream(temporary / "pid") >> child >> grandchild;
-        return grandchild > 0;
-    }));
-    check.kill(GetParam());
-    EXPECT_EQ(check.wait(), -GetParam());
-    EXPECT_TRUE(until([&] { return !runs(child); })) << "the child still runs";
-    EXPECT_TRUE(until([&] { return !runs(grandchild); })) << "the child's own still runs";
-    EXPECT_TRUE(until([&] { return inside() == 1; })) << "the scratch folder is still there";
-}
-
-INSTANTIATE_TEST_SUITE_P(By, CheckThatEnds, testing::Values(SIGINT, SIGTERM, SIGKILL));
 
 TEST(Check, LeavesTheUsersFilesAlone) {
     VirtualDisplay::start();
